@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/ZelStyleManagerMode.h>
+
+#include <ZelStyleKit/ZelStyleDomain.h>
+#include <ZelStyleKit/ZelStyleManager.h>
+#include <ZelStyleKit/ZelStyleScheme.h>
+
+namespace zel {
+inline namespace v1 {
+
+std::string_view ZelStyleManagerModeIdentifierLight = "always-light";
+std::string_view ZelStyleManagerModeIdentifierDark = "always-dark";
+std::string_view ZelStyleManagerModeIdentifierFollowSystem = "follow-system";
+
+namespace {
+
+/// Makes a scheme of the default domain current for good. Deliberate: following ends first, which
+/// makes the light scheme current, so a switch from a dark system to "always-dark" passes by light.
+void pin(ZelStyleDomain& domain, std::string_view schemeIdentifier) {
+    const auto scheme = domain.schemeForIdentifier(schemeIdentifier);
+    domain.setSchemeFollowsSystem(false);
+    domain.setCurrentScheme(scheme);
+}
+
+} // namespace
+
+ZelStyleManagerMode::ZelStyleManagerMode() = default;
+
+ZelStyleManagerMode::~ZelStyleManagerMode() = default;
+
+std::shared_ptr<ZelStyleManagerMode>
+ZelStyleManagerMode::initWithIdentifier(std::string_view identifier, std::uint64_t rank,
+                                        std::string_view name) {
+    if (!init()) {
+        return nullptr;
+    }
+    identifier_ = std::string(identifier);
+    rank_ = rank;
+    name_ = std::string(name);
+    return std::static_pointer_cast<ZelStyleManagerMode>(shared_from_this());
+}
+
+// Deliberate: `active_` is not stored. Deliberate: modes are told by these texts, not by the exported
+// variables, and one with another identifier does nothing.
+void ZelStyleManagerMode::setActive(bool active) {
+    if (!active) {
+        return;
+    }
+    const auto domain = ZelStyleDomain::defaultDomain();
+    const std::string mode = identifier();
+    if (mode == "always-dark") {
+        pin(*domain, ZelStyleSchemeIdentifierDark);
+    } else if (mode == "always-light") {
+        pin(*domain, ZelStyleSchemeIdentifierLight);
+    } else if (mode == "follow-system") {
+        domain->setSchemeFollowsSystem(true);
+    }
+}
+
+std::shared_ptr<ZelStyleManager> ZelStyleManagerMode::manager() const {
+    const std::scoped_lock guard(mutex_);
+    return manager_.lock();
+}
+
+void ZelStyleManagerMode::setManager(const std::shared_ptr<ZelStyleManager>& manager) {
+    const std::scoped_lock guard(mutex_);
+    manager_ = manager;
+}
+
+std::string ZelStyleManagerMode::identifier() const {
+    const std::scoped_lock guard(mutex_);
+    return identifier_;
+}
+
+void ZelStyleManagerMode::setIdentifier(std::string_view identifier) {
+    const std::scoped_lock guard(mutex_);
+    identifier_ = std::string(identifier);
+}
+
+std::string ZelStyleManagerMode::name() const {
+    const std::scoped_lock guard(mutex_);
+    return name_;
+}
+
+void ZelStyleManagerMode::setName(std::string_view name) {
+    const std::scoped_lock guard(mutex_);
+    name_ = std::string(name);
+}
+
+std::uint64_t ZelStyleManagerMode::rank() const {
+    const std::scoped_lock guard(mutex_);
+    return rank_;
+}
+
+void ZelStyleManagerMode::setRank(std::uint64_t rank) {
+    const std::scoped_lock guard(mutex_);
+    rank_ = rank;
+}
+
+} // namespace v1
+} // namespace zel

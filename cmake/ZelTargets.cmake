@@ -1,0 +1,36 @@
+# What every target of the project shares. Nothing here touches a global flag, so that a project which
+# adds this one keeps its own.
+
+# Warnings, for our own sources only.
+function(zel_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    if(ZELSTYLEKIT_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+endfunction()
+
+# A library that is installed and exported: C++20, hidden visibility, versioned where shared.
+function(zel_library_defaults target)
+    zel_warnings(${target})
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_include_directories(${target}
+        PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+        PRIVATE ${PROJECT_SOURCE_DIR})
+    target_compile_definitions(${target} PRIVATE ZELSTYLEKIT_BUILDING)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL "STATIC_LIBRARY")
+        target_compile_definitions(${target} PUBLIC ZELSTYLEKIT_STATIC)
+    elseif(UNIX AND NOT APPLE)
+        set(symbols ${PROJECT_SOURCE_DIR}/cmake/ZelSymbols.map)
+        target_link_options(${target} PRIVATE LINKER:--version-script=${symbols})
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${symbols})
+    endif()
+endfunction()

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "domain/DomainState.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
+
+#include <optional>
+#include <utility>
+
+namespace zel {
+inline namespace v1 {
+namespace {
+
+/// The call that a registration makes: outside the table's lock, its handler kept in place, even
+/// where another thread unregisters it meanwhile.
+class RegistrationCall {
+public:
+    RegistrationCall(std::shared_ptr<ChangeHandlerTable> table, ChangeHandlerTable::Entry& entry,
+                     RecursiveGuard& guard)
+        : table_(std::move(table)), guard_(guard), call_(std::in_place, *table_, entry) {
+        guard_.unlock();
+    }
+    RegistrationCall(const RegistrationCall&) = delete;
+    RegistrationCall& operator=(const RegistrationCall&) = delete;
+    ~RegistrationCall() {
+        guard_.lock();
+        call_.reset();
+        guard_.unlock();
+    }
+
+private:
+    std::shared_ptr<ChangeHandlerTable> table_;
+    RecursiveGuard& guard_;
+    std::optional<ChangeHandlerTable::Call> call_;
+};
+
+} // namespace
+
+void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
+                                           const std::shared_ptr<NSObject>& withOwner) {
+    if (!withOwner) {
+        return;
+    }
+    if (!handler) {
+        throw ZelInvalidArgument("a change handler must not be nil");
+    }
+    const auto self = weak_from_this().lock(); // a handler may take the domain off the registry
+    const std::shared_ptr<ChangeHandlerTable> table = state_->changeHandlersByOwner;
+    RecursiveGuard guard(table->lock);
+    auto* found = table->find(*withOwner);
+    auto& entry = found ? *found : table->insert(withOwner, {});
+    const auto& kept = entry.payload.append(std::move(handler), state_->handlerSerial++);
+    const RegistrationCall call(table, entry, guard);
+    _applyStyle(_notifyStyleFor(withOwner), ChangeHandlersToCall(kept), withOwner,
+                {.withEvent = ZelStyleChangeEventInitial, .force = true});
+}
+
+void ZelStyleDomain::unregisterChangeHandlersWithOwner(const std::shared_ptr<NSObject>& owner) {
+    if (!owner) {
+        return;
+    }
+    ChangeHandlers removed; // end after the lock is released
+    ChangeHandlerTable& table = *state_->changeHandlersByOwner;
+    const RecursiveGuard guard(table.lock);
+    if (auto* entry = table.find(*owner)) {
+        removed = table.remove(*entry);
+    }
+}
+
+void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {
+    if (!object) {
+        return;
+    }
+    {
+        ChangeHandlerObjects& table = *state_->changeHandlers;
+        const RecursiveGuard guard(table.lock);
+        if (!table.find(*object)) {
+            table.insert(object, {});
+        }
+    }
+    _applyStyle(_notifyStyleFor(object), object,
+                {.withEvent = ZelStyleChangeEventInitial, .force = true});
+}
+
+void ZelStyleDomain::unregisterChangeHandler(const std::shared_ptr<NSObject>& object) {
+    if (!object) {
+        return;
+    }
+    ChangeHandlerObjects& table = *state_->changeHandlers;
+    const RecursiveGuard guard(table.lock);
+    if (auto* entry = table.find(*object)) {
+        (void)table.remove(*entry);
+    }
+}
+
+} // namespace v1
+} // namespace zel

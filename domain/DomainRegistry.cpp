@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/DeliveryGate.h"
+#include "platform/RecursiveLock.h"
+
+#include <ZelStyleKit/ZelStyle.h>
+#include <ZelStyleKit/ZelStyleDomain.h>
+#include <ZelStyleKit/ZelStyleScheme.h>
+#include <ZelStyleKit/ZelStyleable.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+
+namespace zel {
+inline namespace v1 {
+namespace {
+
+/// The domains of the process; the only strong references to them that the library keeps.
+class DomainRegistry {
+public:
+    std::shared_ptr<ZelStyleDomain> domain(std::string_view identifier) {
+        const RecursiveGuard guard(lock_);
+        const auto found = domains_.find(identifier);
+        if (found != domains_.end()) {
+            return found->second.domain;
+        }
+        // Made while the lock is held, so that nobody else can make the same one.
+        auto domain = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
+        domains_.emplace(identifier, Registered{domain, next_++});
+        return domain;
+    }
+
+    /// Removes the domains that there are now, oldest first. One that nobody else holds ends during
+    /// its removal and may call handlers; what they make meanwhile stays.
+    void removeAll() {
+        const DeliveryGate gate; // handlers may be called: before the lock, as everywhere
+        const RecursiveGuard guard(lock_);
+        const std::uint64_t end = next_;
+        while (!domains_.empty()) {
+            const auto oldest = std::ranges::min_element(
+                domains_, {}, [](const auto& each) { return each.second.order; });
+            if (oldest->second.order >= end) {
+                return;
+            }
+            const auto removed = domains_.extract(oldest);
+        }
+    }
+
+private:
+    struct Registered {
+        std::shared_ptr<ZelStyleDomain> domain;
+        std::uint64_t order; ///< of creation
+    };
+
+    RecursiveLock lock_; // the class's lock: outside every lock of a domain
+    std::map<std::string, Registered, std::less<>> domains_;
+    std::uint64_t next_ = 0;
+};
+
+DomainRegistry& registry() {
+    static auto* const made = new DomainRegistry; // never destroyed: it lives for the process
+    return *made;
+}
+
+constexpr std::string_view resetIdentifier = "_reset";
+
+/// A main style of the default domain, filled for a scheme and added to it.
+std::shared_ptr<ZelStyle> mainStyleFor(const std::shared_ptr<ZelStyleScheme>& scheme) {
+    return alloc<ZelStyle>()->initWithIdentifier(ZelStyleIdentifierMain, scheme);
+}
+
+} // namespace
+
+std::shared_ptr<ZelStyleDomain> ZelStyleDomain::defaultDomain() {
+    return domainForIdentifier(ZelStyleDomainIdentifierDefault);
+}
+
+// Deliberate: "_reset" empties the registry and is then an identifier like any other.
+std::shared_ptr<ZelStyleDomain>
+ZelStyleDomain::domainForIdentifier(std::optional<std::string_view> identifier) {
+    const std::string_view wanted = identifier.value_or(ZelStyleDomainIdentifierDefault);
+    if (wanted == resetIdentifier) {
+        registry().removeAll();
+    }
+    return registry().domain(wanted);
+}
+
+std::shared_ptr<ZelStyleDomain>
+ZelStyleDomain::domainForStyleable(const std::shared_ptr<NSObject>& styleable) {
+    const ZelStyleable* conforming = styleable ? styleable->asZelStyleable() : nullptr;
+    return conforming ? domainForIdentifier(conforming->domainIdentifierOfZelStyleable()) : nullptr;
+}
+
+void ZelStyleDomain::setupStyles() {
+    static bool done = false; // guarded by the gate; set first, since handlers may call this again
+    const DeliveryGate gate;
+    if (std::exchange(done, true)) {
+        return;
+    }
+    const auto domain = defaultDomain();
+    const auto light = mainStyleFor(domain->lightScheme());
+    domain->defaultScheme()->addStyle(light);
+    domain->lightScheme()->addStyle(light);
+    domain->darkScheme()->addStyle(mainStyleFor(domain->darkScheme()));
+    domain->setSchemeFollowsSystem(true);
+}
+
+} // namespace v1
+} // namespace zel

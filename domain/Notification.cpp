@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "domain/DomainState.h"
+#include "platform/DeliveryGate.h"
+#include "style/UpperFloor.h"
+
+#include <ZelStyleKit/ZelStyle.h>
+#include <ZelStyleKit/ZelStyleable.h>
+
+#include <optional>
+
+namespace zel {
+inline namespace v1 {
+namespace {
+
+/// Whether a listener is called with a style: where the delivery forces it, or where the style is
+/// not the one delivered to it last.
+bool isDue(const std::shared_ptr<ZelStyle>& style, const NSObject& listener,
+           const ZelStyleDelivery& delivery) {
+    if (delivery.force) {
+        const auto& only = delivery.forStyleOnly;
+        if (!only || (style && (style == only || style->isChildOf(only)))) {
+            return true;
+        }
+    }
+    return listener.lastZelStyle() != ZelStyleToken(style);
+}
+
+} // namespace
+
+/// The targets of the notification under way, from the innermost outwards.
+struct ZelStyleDomain::NotificationPath {
+    const NSObject* target;
+    const NotificationPath* above;
+
+    [[nodiscard]] bool contains(const NSObject& object) const {
+        for (const NotificationPath* each = this; each; each = each->above) {
+            if (each->target == &object) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+// Deliberate: the style is remembered after each call, so that an unforced change reaches only the
+// owner's first handler; a forced one reaches them all.
+void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
+                                 const ChangeHandlersToCall& onChangeHandlers,
+                                 const std::shared_ptr<NSObject>& withOwner,
+                                 const ZelStyleDelivery& delivery) {
+    onChangeHandlers.forEach([&](const ZelStyleChangeHandler& handler) {
+        if (isDue(style, *withOwner, delivery)) {
+            handler(withOwner, style, delivery.withEvent);
+            withOwner->setLastZelStyle(style);
+        }
+    });
+}
+
+void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
+                                 const std::shared_ptr<NSObject>& onChangeHandler,
+                                 const ZelStyleDelivery& delivery) {
+    if (isDue(style, *onChangeHandler, delivery)) {
+        onChangeHandler->styleChangedWithEvent(style, delivery.withEvent);
+        onChangeHandler->setLastZelStyle(style);
+    }
+}
+
+void ZelStyleDomain::notifyForStyleChangeOf(const std::shared_ptr<NSObject>& styleable,
+                                            const ZelStyleDelivery& delivery) {
+    const auto self = weak_from_this().lock(); // nil while the domain ends
+    notify(styleable, delivery, nullptr);
+}
+
+// Without a listener the gate isn't taken: a domain is made, and says so to nobody, under the lock
+// of the registry, which comes after the gate.
+void ZelStyleDomain::notify(const std::shared_ptr<NSObject>& styleable,
+                            const ZelStyleDelivery& delivery, const NotificationPath* above) {
+    if (hasListeners()) {
+        const DeliveryGate gate;
+        notifyOwners(styleable, delivery);
+        notifyObjects(styleable, delivery);
+    }
+    if (styleable) {
+        notifyAssociated(*styleable, delivery, NotificationPath{styleable.get(), above});
+    }
+}
+
+bool ZelStyleDomain::hasListeners() const {
+    {
+        const RecursiveGuard guard(state_->changeHandlersByOwner->lock);
+        if (!state_->changeHandlersByOwner->isEmpty()) {
+            return true;
+        }
+    }
+    const RecursiveGuard guard(state_->changeHandlers->lock);
+    return !state_->changeHandlers->isEmpty();
+}
+
+void ZelStyleDomain::notifyOwners(const std::shared_ptr<NSObject>& styleable,
+                                  const ZelStyleDelivery& delivery) {
+    ChangeHandlerTable& table = *state_->changeHandlersByOwner;
+    ChangeHandlerTable::Walk walk(state_->changeHandlersByOwner);
+    const std::uint64_t bound = state_->handlerSerial;
+    while (auto* entry = walk.next()) {
+        const std::shared_ptr<NSObject>& owner = walk.owner();
+        if (styleable && !(owner->asZelStyleable() && isEqualOrChildOf(owner, styleable))) {
+            continue;
+        }
+        const ChangeHandlerTable::Call call(table, *entry);
+        _applyStyle(_notifyStyleFor(owner), ChangeHandlersToCall(*entry, bound), owner, delivery);
+    }
+}
+
+void ZelStyleDomain::notifyObjects(const std::shared_ptr<NSObject>& styleable,
+                                   const ZelStyleDelivery& delivery) {
+    ChangeHandlerObjects::Walk walk(state_->changeHandlers);
+    while (walk.next()) {
+        const std::shared_ptr<NSObject>& object = walk.owner();
+        if (!styleable || (object->asZelStyleable() && isEqualOrChildOf(object, styleable))) {
+            _applyStyle(_notifyStyleFor(object), object, delivery);
+        }
+    }
+}
+
+// A circle of associated objects ends where it comes back to a target further up its own path.
+void ZelStyleDomain::notifyAssociated(const NSObject& styleable, const ZelStyleDelivery& delivery,
+                                      const NotificationPath& path) {
+    const ZelStyleable* conforming = styleable.asZelStyleable();
+    const auto associated = conforming ? conforming->associatedZelStyleables() : std::nullopt;
+    if (!associated) {
+        return;
+    }
+    for (const std::shared_ptr<NSObject>& each : *associated) {
+        if (each && !path.contains(*each)) {
+            notify(each, delivery, &path);
+        }
+    }
+}
+
+void deliverStyleUpdate(const std::shared_ptr<ZelStyleDomain>& domain,
+                        const std::shared_ptr<ZelStyle>& style) {
+    if (domain) {
+        domain->notifyForStyleChangeOf(nullptr, {.withEvent = ZelStyleChangeEventChanged,
+                                                 .force = true,
+                                                 .forStyleOnly = style});
+    }
+}
+
+std::shared_ptr<ZelStyleScheme> currentSchemeOf(const std::shared_ptr<ZelStyleDomain>& domain) {
+    return domain ? domain->currentScheme() : nullptr;
+}
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/NSObject.h>
+#include <ZelStyleKit/ZelAttributeValue.h>
+#include <ZelStyleKit/ZelStyleAttributes.h>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zel {
+inline namespace v1 {
+
+class ZelStyleDefaultValueProvider;
+class ZelStyleDomain;
+class ZelStyleScheme;
+struct MergedValues;
+struct StyleState;
+
+/// What "styleType" holds.
+enum ZelStyleType : unsigned long {
+    ZelStyleTypeCustom = 0, ///< of a scheme that is neither "light" nor "dark"
+    ZelStyleTypeLight = 1,
+    ZelStyleTypeDark = 2,
+};
+
+/// A named set of attribute values with an optional parent whose values it inherits.
+/// Owns: its own values, the cache of merged values, its update observers (keyed by owner, which it
+/// holds weakly).
+/// Refers to: parent style, scheme and domain, weakly; a scheme owns the style.
+/// Threads: any. Values have a lock of their own, a child's taken before its parent's; a read of a
+/// predefined attribute takes none unless the merged values were dropped. An update holds the
+/// style's lock while it calls back; one update or delivery runs at a time in the process.
+/// Failure: a nil key to write to raises `ZelInvalidArgument`; changing the observers while an
+/// update walks them raises `ZelEnumerationMutation`; every lock is free afterwards.
+class ZEL_EXPORT ZelStyle : public NSObject {
+public:
+    /// Called with (owner, the style that changed, whether this is the call made on adding).
+    using UpdateObserver = std::function<void(const std::shared_ptr<NSObject>& owner,
+                                              const std::shared_ptr<ZelStyle>& style, bool initial)>;
+    /// Changes the style; true accepts the update, false cancels it (what it wrote stays written).
+    using Changes = std::function<bool(const std::shared_ptr<ZelStyle>& style)>;
+    /// Computes a child's own values from its parent's; the parent may be nil by then.
+    using InheritedChanges = std::function<void(const std::shared_ptr<ZelStyle>& parent,
+                                                const std::shared_ptr<ZelStyle>& child)>;
+
+    ZelStyle();
+    ~ZelStyle() override;
+
+    /// `initWithIdentifier:scheme:parentStyle:`. Without a parent the style is filled by the default
+    /// value providers. The style isn't added to the scheme; its `scheme` stays nil.
+    std::shared_ptr<ZelStyle> initWithIdentifier(std::optional<std::string_view> identifier,
+                                                 const std::shared_ptr<ZelStyleScheme>& scheme,
+                                                 const std::shared_ptr<ZelStyle>& parentStyle);
+    /// `initWithIdentifier:scheme:`
+    std::shared_ptr<ZelStyle> initWithIdentifier(std::optional<std::string_view> identifier,
+                                                 const std::shared_ptr<ZelStyleScheme>& scheme);
+
+    /// `for:`. The style that applies to a styleable in its own domain; nil gives the default
+    /// domain's main style.
+    static std::shared_ptr<ZelStyle> forStyleable(const std::shared_ptr<NSObject>& styleable);
+
+    /// `isChildOf:`. Whether the argument is a strict ancestor, by identity.
+    [[nodiscard]] bool isChildOf(const std::shared_ptr<ZelStyle>& style) const;
+
+    /// `domain`, `scheme`, `parentStyle`, `identifier`: plain accessors; setting one drops no cache,
+    /// moves no counter and re-keys the style nowhere.
+    [[nodiscard]] std::shared_ptr<ZelStyleDomain> domain() const;
+    void setDomain(const std::shared_ptr<ZelStyleDomain>& domain);
+    [[nodiscard]] std::shared_ptr<ZelStyleScheme> scheme() const;
+    void setScheme(const std::shared_ptr<ZelStyleScheme>& scheme);
+    [[nodiscard]] std::shared_ptr<ZelStyle> parentStyle() const;
+    void setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle);
+    [[nodiscard]] std::optional<std::string> identifier() const;
+    void setIdentifier(std::optional<std::string_view> identifier);
+
+    /// `seed`. Accepted updates of this style and of every ancestor, unsigned 64-bit, wraps.
+    [[nodiscard]] std::uint64_t seed() const;
+
+    /// Never nil, never the same for two styles of a process.
+    [[nodiscard]] ZelStyleToken token() const noexcept { return ZelStyleToken(serial_); }
+
+    /// `valueForAttribute:`. The style's own entry only: a value, the null marker, or absent.
+    [[nodiscard]] std::optional<ZelAttributeValue>
+    valueForAttribute(std::optional<std::string_view> key) const;
+    /// `effectiveValueForAttribute:`. Own or inherited; the null marker reads as absent.
+    [[nodiscard]] std::optional<ZelAttributeValue>
+    effectiveValueForAttribute(std::optional<std::string_view> key) const;
+    /// `effectiveValues`. The merged values of the style and its ancestors, an immutable snapshot;
+    /// the same one until something drops the cache. A root's holds its null markers.
+    [[nodiscard]] std::shared_ptr<const ZelAttributeDictionary> effectiveValues() const;
+    /// `setValue:forAttribute:`. Stores the own value (nil as the null marker) and drops the style's
+    /// merged values. Tells nobody and touches no child: that is an update's work.
+    void setValue(const std::optional<ZelAttributeValue>& value,
+                  std::optional<std::string_view> forAttribute);
+
+    /// `updateStyleWithChanges:`. Runs the changes, moves the style's counter, drops its merged
+    /// values, calls its observers, then has its domain deliver it to everything it applies to.
+    void updateStyleWithChanges(const Changes& changes);
+    /// `inheritedStyleWithChanges:identifier:scheme:`. Answers the scheme's style of that
+    /// identifier where there is one, even the receiver; else makes a child that follows the
+    /// receiver's updates. The caller or the scheme keeps the child alive.
+    std::shared_ptr<ZelStyle> inheritedStyleWithChanges(InheritedChanges changes,
+                                                        std::optional<std::string_view> identifier,
+                                                        const std::shared_ptr<ZelStyleScheme>& scheme);
+    /// `addStyleUpdateObserver:withOwner:initialCall:`. One observer for each owner: a second
+    /// replaces the first. Called with the style's lock held. Nil observer or owner: nothing.
+    void addStyleUpdateObserver(UpdateObserver observer, const std::shared_ptr<NSObject>& withOwner,
+                                bool initialCall);
+    /// `removeStyleUpdateObserverWithOwner:`
+    void removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject>& owner);
+
+    /// `addDefaultValueProvider:`. Appends; deliberate: every one named "main" goes to the front.
+    static void addDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);
+    /// `removeDefaultValueProvider:`. Removes every occurrence of that very provider.
+    static void
+    removeDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);
+
+    /// `load`: registers the built-in providers. Runs by itself before the registry is first used;
+    /// called again, it registers them again.
+    static void load();
+    /// `loadBase`: registers the provider "base".
+    static void loadBase();
+    /// `loadMain`: registers the provider "main", which runs after "base".
+    static void loadMain();
+
+    /// `isDarkStyle`, `isLightStyle`, `isCustomStyle`: which type "styleType" holds; a style that
+    /// holds no number there is custom.
+    [[nodiscard]] bool isDarkStyle() const;
+    [[nodiscard]] bool isLightStyle() const;
+    [[nodiscard]] bool isCustomStyle() const;
+
+    /// Typed accessors of the predefined attributes, `backgroundColor()` and
+    /// `setBackgroundColor(color)` and so on. A read gives the effective value; absent, null and a
+    /// value of another kind are none. A write is `setValue` under the key.
+#define ZEL_DECLARE_ACCESSORS(key, Key, Kind, group)                                               \
+    [[nodiscard]] std::optional<NS##Kind> key() const;                                             \
+    void set##Key(const std::optional<NS##Kind>& value);
+    ZEL_STYLE_ATTRIBUTES(ZEL_DECLARE_ACCESSORS)
+#undef ZEL_DECLARE_ACCESSORS
+
+private:
+    friend struct ZelStyleInternals;
+    using Providers = std::vector<std::shared_ptr<ZelStyleDefaultValueProvider>>;
+
+    static const Providers& _defaultValueProviders();
+    void _setupWithDefaultValuesUsingScheme(const std::shared_ptr<ZelStyleScheme>& scheme);
+    void _incrementSeed();
+
+    std::shared_ptr<ZelStyle> self() const;
+
+    const std::uint64_t serial_;
+    /// Merged values, for reads without a lock; made on the first read and kept for good.
+    mutable std::atomic<MergedValues*> merged_{nullptr};
+    const std::unique_ptr<StyleState> state_;
+};
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/NSObject.h>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zel {
+inline namespace v1 {
+
+class ZelStyle;
+class ZelStyleScheme;
+
+/// Identifiers of the library's own providers. Modifiable variables that hold fixed strings.
+extern ZEL_EXPORT std::string_view ZelStyleDefaultValueProviderIdentifierBase;
+extern ZEL_EXPORT std::string_view ZelStyleDefaultValueProviderIdentifierMain;
+
+/// A named callback that fills a new root style with default values, and hooks around the others'.
+/// Owns: its identifier, requirements and callbacks (copies). Refers to: nothing.
+/// Threads: accessors are atomic; callbacks run on the thread that makes a style, no lock held.
+/// Failure: a provider without callback is an empty step that still counts as applied. A callback
+/// must not change the registry of providers: the walk that called it raises.
+class ZEL_EXPORT ZelStyleDefaultValueProvider : public NSObject {
+public:
+    using ProviderBlock = std::function<void(const std::shared_ptr<ZelStyle>& style,
+                                             const std::shared_ptr<ZelStyleScheme>& scheme)>;
+    /// Called with (style, scheme, the provider that has the hook, the provider that runs).
+    using ApplyBlock =
+        std::function<void(const std::shared_ptr<ZelStyle>& style,
+                           const std::shared_ptr<ZelStyleScheme>& scheme,
+                           const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
+                           const std::shared_ptr<ZelStyleDefaultValueProvider>& applied)>;
+    using Identifiers = std::set<std::string, std::less<>>;
+
+    ZelStyleDefaultValueProvider();
+    ~ZelStyleDefaultValueProvider() override;
+
+    /// `providerWithIdentifier:afterRunning:using:`
+    static std::shared_ptr<ZelStyleDefaultValueProvider>
+    providerWithIdentifier(std::string_view identifier,
+                           const std::optional<std::vector<std::string>>& afterRunning,
+                           ProviderBlock usingBlock);
+
+    /// `initWithIdentifier:afterRunning:using:`. An empty list is no requirement, as none is.
+    std::shared_ptr<ZelStyleDefaultValueProvider>
+    initWithIdentifier(std::string_view identifier,
+                       const std::optional<std::vector<std::string>>& afterRunning,
+                       ProviderBlock usingBlock);
+
+    /// `provideDefaultValuesFor:withScheme:`
+    void provideDefaultValuesFor(const std::shared_ptr<ZelStyle>& style,
+                                 const std::shared_ptr<ZelStyleScheme>& withScheme);
+    /// `willApply:toStyle:withScheme:`
+    void willApply(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
+                   const std::shared_ptr<ZelStyle>& toStyle,
+                   const std::shared_ptr<ZelStyleScheme>& withScheme);
+    /// `didApply:toStyle:withScheme:`
+    void didApply(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
+                  const std::shared_ptr<ZelStyle>& toStyle,
+                  const std::shared_ptr<ZelStyleScheme>& withScheme);
+
+    /// `identifier`; absent before initialisation.
+    [[nodiscard]] std::optional<std::string> identifier() const;
+
+    /// `requiredDefaultValueProviders`: identifiers that must have run before; none: no requirement.
+    [[nodiscard]] std::optional<Identifiers> requiredDefaultValueProviders() const;
+    void setRequiredDefaultValueProviders(std::optional<Identifiers> required);
+
+    /// `providerBlock`, `willApplyBlock`, `didApplyBlock`; empty where there is none.
+    [[nodiscard]] ProviderBlock providerBlock() const;
+    void setProviderBlock(ProviderBlock block);
+    [[nodiscard]] ApplyBlock willApplyBlock() const;
+    void setWillApplyBlock(ApplyBlock block);
+    [[nodiscard]] ApplyBlock didApplyBlock() const;
+    void setDidApplyBlock(ApplyBlock block);
+
+private:
+    mutable std::mutex mutex_; // guards everything below, for single accesses
+    std::optional<std::string> identifier_;
+    std::optional<Identifiers> required_;
+    ProviderBlock providerBlock_;
+    ApplyBlock willApplyBlock_;
+    ApplyBlock didApplyBlock_;
+};
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/NSAppearance.h>
+#include <ZelStyleKit/NSApplication.h>
+#include <ZelStyleKit/NSBundle.h>
+#include <ZelStyleKit/NSColor.h>
+#include <ZelStyleKit/NSColorSpace.h>
+#include <ZelStyleKit/NSMainQueue.h>
+#include <ZelStyleKit/NSNotificationCenter.h>
+#include <ZelStyleKit/NSNumber.h>
+#include <ZelStyleKit/NSObject.h>
+#include <ZelStyleKit/NSProcessInfo.h>
+#include <ZelStyleKit/NSUserDefaults.h>
+#include <ZelStyleKit/NSView.h>
+#include <ZelStyleKit/NSViewController.h>
+#include <ZelStyleKit/ZelAttributeValue.h>
+#include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelStyle.h>
+#include <ZelStyleKit/ZelStyleAttributes.h>
+#include <ZelStyleKit/ZelStyleChangeEvent.h>
+#include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
+#include <ZelStyleKit/ZelStyleDomain.h>
+#include <ZelStyleKit/ZelStyleManager.h>
+#include <ZelStyleKit/ZelStyleManagerMode.h>
+#include <ZelStyleKit/ZelStyleScheme.h>
+#include <ZelStyleKit/ZelStyleSystemAppearance.h>
+#include <ZelStyleKit/ZelStyleToken.h>
+#include <ZelStyleKit/ZelStyleVersion.h>
+#include <ZelStyleKit/ZelStyleable.h>

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/NSObject.h>
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace zel {
+inline namespace v1 {
+
+class ZelStyleManager;
+
+/// Identifiers of the modes that every application has. Modifiable variables with fixed strings.
+extern ZEL_EXPORT std::string_view ZelStyleManagerModeIdentifierLight;
+extern ZEL_EXPORT std::string_view ZelStyleManagerModeIdentifierDark;
+extern ZEL_EXPORT std::string_view ZelStyleManagerModeIdentifierFollowSystem;
+
+/// An appearance that a user can choose.
+/// Owns: its identifier and names. Refers to: its manager, weakly.
+/// Threads: accessors are atomic; applying switches schemes on the calling thread.
+/// Failure: applying a mode of an identifier unknown to the library does nothing.
+class ZEL_EXPORT ZelStyleManagerMode : public NSObject {
+public:
+    ZelStyleManagerMode();
+    ~ZelStyleManagerMode() override;
+
+    /// `initWithIdentifier:rank:name:`
+    std::shared_ptr<ZelStyleManagerMode> initWithIdentifier(std::string_view identifier,
+                                                            std::uint64_t rank,
+                                                            std::string_view name);
+
+    /// `active`. Deliberate: never set by the library, so always false.
+    [[nodiscard]] bool active() const noexcept { return active_; }
+    /// `setActive:`. True applies the mode to the default domain. Deliberate: the flag isn't stored,
+    /// so that a mode is applied afresh whenever it is chosen; false does nothing.
+    void setActive(bool active);
+
+    /// `manager`, `identifier`, `name`, `rank`: plain accessors. A list is sorted when a mode is
+    /// added, by rank, lowest first, then by name; changing either here doesn't move the mode.
+    [[nodiscard]] std::shared_ptr<ZelStyleManager> manager() const;
+    void setManager(const std::shared_ptr<ZelStyleManager>& manager);
+    [[nodiscard]] std::string identifier() const;
+    void setIdentifier(std::string_view identifier);
+    [[nodiscard]] std::string name() const;
+    void setName(std::string_view name);
+    [[nodiscard]] std::uint64_t rank() const;
+    void setRank(std::uint64_t rank);
+
+private:
+    mutable std::mutex mutex_; // guards everything below but `active_`, for single accesses
+    bool active_ = false;
+    std::weak_ptr<ZelStyleManager> manager_;
+    std::string identifier_;
+    std::string name_;
+    std::uint64_t rank_ = 0;
+};
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/Export.h>
+
+namespace zel {
+inline namespace v1 {
+
+/// The library's version number.
+extern ZEL_EXPORT const double ZelStyleKitVersionNumber;
+
+} // namespace v1
+} // namespace zel

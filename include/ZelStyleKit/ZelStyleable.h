@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/Export.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zel {
+inline namespace v1 {
+
+class NSObject;
+
+/// What an object answers to take part in styling: its class derives from `NSObject` and from this,
+/// and overrides `NSObject::asZelStyleable` with `return this;`. Declaring is what counts; an
+/// object is never probed for the operations.
+/// Refers to: its parent (the answer is held only while it is used).
+/// Threads: asked on whichever thread notifies or resolves, with a domain's handler table locked.
+/// Failure: none; nil is accepted everywhere.
+class ZEL_EXPORT ZelStyleable {
+public:
+    virtual ~ZelStyleable();
+
+    /// `domainIdentifierOfZelStyleable`: the domain that styles the object; nil is the default one.
+    [[nodiscard]] virtual std::optional<std::string> domainIdentifierOfZelStyleable() const = 0;
+
+    /// `parentZelStyleable`: the next object up; nil, or an object that is not styleable, ends the
+    /// chain.
+    [[nodiscard]] virtual std::shared_ptr<NSObject> parentZelStyleable() const = 0;
+
+    /// `associatedZelStyleables` (optional): objects to notify whenever this one is a notification's
+    /// target; absent unless overridden.
+    [[nodiscard]] virtual std::optional<std::vector<std::shared_ptr<NSObject>>>
+    associatedZelStyleables() const;
+
+protected:
+    ZelStyleable() = default;
+    ZelStyleable(const ZelStyleable&) = default;
+    ZelStyleable& operator=(const ZelStyleable&) = default;
+};
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/NSColor.h>
+#include <ZelStyleKit/ZelStyleAttributes.h>
+
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace zel {
+inline namespace v1 {
+
+class ZelStyle;
+
+/// How a palette makes one colour.
+struct PaletteRecipe {
+    enum class Kind {
+        White,     ///< a grey: level, alpha
+        SRGB,      ///< encoded sRGB: red, green, blue, alpha
+        Platform,  ///< one of the platform's colours, which may be missing
+        Copy,      ///< another attribute's value at that moment, unchanged
+        CopyAlpha, ///< another attribute's colour with its alpha replaced
+        Effect,    ///< another attribute's colour with an effect
+    };
+    using PlatformColor = std::optional<NSColor> (*)();
+
+    Kind kind = Kind::Copy;
+    ZelRGBA components{}; ///< a white level stands in red
+    PlatformColor platform = nullptr;
+    ZelStyleAttribute source{};
+    unsigned long effect = ZelStyleEffectNone;
+};
+
+constexpr PaletteRecipe white(double level, double alpha = 1.0) {
+    return {.kind = PaletteRecipe::Kind::White, .components = {level, level, level, alpha}};
+}
+constexpr PaletteRecipe sRGB(double red, double green, double blue, double alpha = 1.0) {
+    return {.kind = PaletteRecipe::Kind::SRGB, .components = {red, green, blue, alpha}};
+}
+/// Red, green and blue alike.
+constexpr PaletteRecipe sRGBGray(double value, double alpha = 1.0) {
+    return sRGB(value, value, value, alpha);
+}
+constexpr PaletteRecipe platform(PaletteRecipe::PlatformColor color) {
+    return {.kind = PaletteRecipe::Kind::Platform, .platform = color};
+}
+constexpr PaletteRecipe copyOf(ZelStyleAttribute source) {
+    return {.kind = PaletteRecipe::Kind::Copy, .source = source};
+}
+constexpr PaletteRecipe copyWithAlpha(ZelStyleAttribute source, double alpha) {
+    return {.kind = PaletteRecipe::Kind::CopyAlpha, .components = {0, 0, 0, alpha}, .source = source};
+}
+constexpr PaletteRecipe withEffect(ZelStyleAttribute source, unsigned long effect) {
+    return {.kind = PaletteRecipe::Kind::Effect, .source = source, .effect = effect};
+}
+
+/// One attribute of a palette: when it is written, and with what in a dark and in any other scheme.
+struct PaletteRow {
+    enum class Written { WhenAbsent, Always };
+
+    ZelStyleAttribute attribute;
+    Written written;
+    PaletteRecipe dark;
+    PaletteRecipe other;
+};
+
+/// Writes a palette into a style, row after row; each row reads what earlier ones wrote.
+void writePalette(std::span<const PaletteRow> rows, const std::shared_ptr<ZelStyle>& style,
+                  bool darkMode);
+
+} // namespace v1
+} // namespace zel

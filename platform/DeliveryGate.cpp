@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/DeliveryGate.h"
+
+namespace zel {
+inline namespace v1 {
+
+RecursiveLock& DeliveryGate::lock() {
+    static auto* const lock = new RecursiveLock; // never destroyed: domains may end at exit
+    return *lock;
+}
+
+} // namespace v1
+} // namespace zel

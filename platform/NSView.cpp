@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/TreeLinks.h"
+
+#include <ZelStyleKit/NSView.h>
+
+namespace zel {
+inline namespace v1 {
+
+NSView::NSView() = default;
+
+// A subview that others hold goes on as the root of its own tree; its weak superview reads nil.
+NSView::~NSView() = default;
+
+void NSView::addSubview(const std::shared_ptr<NSView>& view) {
+    if (!view) {
+        return;
+    }
+    requireNotBelow(*view, shared_from_this(),
+                    [](const NSView& each) { return each.superview(); });
+    const std::shared_ptr<NSView> kept = view;
+    kept->removeFromSuperview();
+    subviews_.push_back(kept);
+    kept->superview_ = std::static_pointer_cast<NSView>(shared_from_this());
+}
+
+void NSView::removeFromSuperview() {
+    if (const auto superview = superview_.lock()) {
+        const auto self = shared_from_this(); // the superview may be the only one to hold it
+        superview_.reset();
+        eraseLink(superview->subviews_, *this);
+    }
+}
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelStyleVersion.h>
+
+namespace zel {
+inline namespace v1 {
+
+const double ZelStyleKitVersionNumber = 1.0;
+
+ZelInvalidArgument::~ZelInvalidArgument() = default;
+ZelEnumerationMutation::~ZelEnumerationMutation() = default;
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/ZelAttributeValue.h>
+
+#include <array>
+#include <atomic>
+#include <bit>
+#include <cstdint>
+#include <optional>
+
+namespace zel {
+inline namespace v1 {
+
+/// An attribute value in six words, so that it can be read while another thread writes it: a tag
+/// that says what it is, then a colour's components or a number's bits. A value that is neither only
+/// leaves its tag; whoever reads that looks it up under the lock.
+struct AttributeSlot {
+    static constexpr std::uint64_t absent = 0;
+    static constexpr std::uint64_t null = 1;
+    static constexpr std::uint64_t other = 2;
+    static constexpr std::uint64_t number = 8; ///< plus the number's kind
+    static constexpr std::uint64_t color = 64; ///< from here on: the address of its colour space
+
+    std::uint64_t tag = absent;
+    std::array<double, NSColorSpace::maximumComponentCount> words{};
+
+    static AttributeSlot of(const ZelAttributeValue& value) noexcept {
+        AttributeSlot slot;
+        if (const NSColor* heldColor = value.color()) {
+            slot.tag = reinterpret_cast<std::uintptr_t>(heldColor->space_);
+            slot.words = heldColor->components_;
+        } else if (const NSNumber* heldNumber = value.number()) {
+            slot.tag = number + static_cast<std::uint64_t>(heldNumber->kind());
+            slot.words[0] = heldNumber->kind() == NSNumber::Kind::Double
+                                ? heldNumber->doubleValue()
+                                : std::bit_cast<double>(heldNumber->unsignedLongValue());
+        } else {
+            slot.tag = value.isNull() ? null : other;
+        }
+        return slot;
+    }
+
+    [[nodiscard]] std::optional<NSColor> asColor() const noexcept {
+        if (tag < color) {
+            return std::nullopt;
+        }
+        return NSColor(*reinterpret_cast<const NSColorSpace*>(tag), words);
+    }
+
+    [[nodiscard]] std::optional<NSNumber> asNumber() const noexcept {
+        if (tag < number || tag >= color) {
+            return std::nullopt;
+        }
+        const auto bits = std::bit_cast<std::uint64_t>(words[0]);
+        switch (static_cast<NSNumber::Kind>(tag - number)) {
+        case NSNumber::Kind::Long:
+            return NSNumber::numberWithLong(static_cast<std::int64_t>(bits));
+        case NSNumber::Kind::Double:
+            return NSNumber::numberWithDouble(words[0]);
+        case NSNumber::Kind::Bool:
+            return NSNumber::numberWithBool(bits != 0);
+        default:
+            return NSNumber::numberWithUnsignedLong(bits);
+        }
+    }
+
+    /// The value, where the slot alone says it: nothing for an absent or other one.
+    [[nodiscard]] std::optional<ZelAttributeValue> asValue() const noexcept {
+        if (tag == null) {
+            return ZelAttributeValue(NSNull{});
+        }
+        if (const auto held = asColor()) {
+            return ZelAttributeValue(*held);
+        }
+        if (const auto held = asNumber()) {
+            return ZelAttributeValue(*held);
+        }
+        return std::nullopt;
+    }
+};
+
+/// A slot that one thread writes while others read. Each word by itself is whole; the counter of
+/// `MergedValues` says whether the words belong together.
+class AtomicSlot {
+public:
+    // Acquire and release instead of fences, which the thread sanitizer doesn't know.
+    [[nodiscard]] AttributeSlot load() const noexcept {
+        AttributeSlot slot;
+        slot.tag = tag_.load(std::memory_order_acquire);
+        for (std::size_t i = 0; i < slot.words.size(); ++i) {
+            slot.words[i] = words_[i].load(std::memory_order_acquire);
+        }
+        return slot;
+    }
+    void store(const AttributeSlot& slot) noexcept {
+        tag_.store(slot.tag, std::memory_order_release);
+        for (std::size_t i = 0; i < slot.words.size(); ++i) {
+            words_[i].store(slot.words[i], std::memory_order_release);
+        }
+    }
+
+private:
+    std::atomic<std::uint64_t> tag_{AttributeSlot::absent};
+    std::array<std::atomic<double>, NSColorSpace::maximumComponentCount> words_{};
+};
+
+} // namespace v1
+} // namespace zel

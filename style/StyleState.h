@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/AtomicWeakReference.h"
+#include "platform/Identifier.h"
+#include "platform/RecursiveLock.h"
+#include "platform/WeakTable.h"
+#include "style/OwnValues.h"
+
+#include <ZelStyleKit/ZelStyle.h>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+namespace zel {
+inline namespace v1 {
+
+/// What an owner has asked for of a style: an observer to call, or, where the owner is a child
+/// style that follows its parent, the changes that compute it.
+struct UpdateFollower {
+    std::shared_ptr<const ZelStyle::UpdateObserver> observer;
+    std::shared_ptr<const ZelStyle::InheritedChanges> inherited;
+};
+
+/// Owner to its one follower, in the order in which owners came.
+using UpdateFollowers = WeakTable<UpdateFollower>;
+
+/// A style's fields, but for the merged values, which reads want without a detour.
+struct StyleState {
+    std::atomic<std::uint64_t> counter{0}; ///< accepted updates of this style alone
+    AtomicWeakReference<ZelStyleDomain> domain;
+    AtomicWeakReference<ZelStyleScheme> scheme;
+    AtomicWeakReference<ZelStyle> parentStyle;
+    AtomicIdentifier identifier;
+
+    RecursiveLock updateLock;                   ///< the style's own lock; outside valuesLock
+    std::shared_ptr<UpdateFollowers> followers; ///< guarded by updateLock
+
+    RecursiveLock valuesLock; ///< a child's is taken before its parent's
+    OwnValues own;            ///< guarded by valuesLock, as the merged values are
+};
+
+} // namespace v1
+} // namespace zel

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "style/AttributeKeys.h"
+#include "style/AttributeSlot.h"
+#include "style/MergedValues.h"
+
+#include <ZelStyleKit/ZelStyle.h>
+
+namespace zel {
+inline namespace v1 {
+
+/// The way from the library's other sources, and from tests, to what a style keeps to itself.
+struct ZelStyleInternals {
+    /// The merged slot under a key; an absent slot where there is none.
+    static AttributeSlot effectiveSlot(const ZelStyle& style, AttributeIndex key) {
+        AttributeSlot slot;
+        const MergedValues* merged = style.merged_.load(std::memory_order_acquire);
+        if (merged && merged->read(key, slot)) [[likely]] {
+            return slot;
+        }
+        return computedSlot(style, key);
+    }
+    /// The same of a predefined attribute, known to be one.
+    static AttributeSlot predefinedSlot(const ZelStyle& style, ZelStyleAttribute attribute) {
+        const auto key = static_cast<AttributeIndex>(attribute);
+        AttributeSlot slot;
+        const MergedValues* merged = style.merged_.load(std::memory_order_acquire);
+        if (merged && merged->readPredefined(key, slot)) [[likely]] {
+            return slot;
+        }
+        return computedSlot(style, key);
+    }
+
+    /// Brings the merged values up to date under the locks of the style and its ancestors, then
+    /// answers the slot.
+    static AttributeSlot computedSlot(const ZelStyle& style, AttributeIndex key);
+
+    /// Stores an own value under a key's place; what `setValue` does for a key that isn't nil.
+    static void setValueAt(ZelStyle& style, AttributeIndex key,
+                           const std::optional<ZelAttributeValue>& value);
+
+    static const ZelStyle::Providers& defaultValueProviders() {
+        return ZelStyle::_defaultValueProviders();
+    }
+    static StyleState& state(const ZelStyle& style) { return *style.state_; }
+    static void incrementSeed(ZelStyle& style) { style._incrementSeed(); }
+    static bool hasComputedValues(const ZelStyle& style) {
+        const MergedValues* merged = style.merged_.load(std::memory_order_acquire);
+        return merged && merged->isComputed();
+    }
+    static MergedValues& mergedValues(const ZelStyle& style);
+    static std::shared_ptr<ZelStyle> self(const ZelStyle& style) { return style.self(); }
+};
+
+} // namespace v1
+} // namespace zel

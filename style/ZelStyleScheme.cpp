@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/ZelStyleScheme.h>
+
+#include "platform/AtomicWeakReference.h"
+#include "platform/Identifier.h"
+#include "platform/RecursiveLock.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelStyle.h>
+
+#include <utility>
+
+namespace zel {
+inline namespace v1 {
+
+std::string_view ZelStyleSchemeIdentifierDefault = "default";
+std::string_view ZelStyleSchemeIdentifierLight = "light";
+std::string_view ZelStyleSchemeIdentifierDark = "dark";
+
+namespace {
+
+/// The key a style stands under.
+std::string keyOf(const ZelStyle& style) {
+    auto identifier = style.identifier();
+    if (!identifier) {
+        throw ZelInvalidArgument("a style in a scheme must have an identifier");
+    }
+    return *std::move(identifier);
+}
+
+} // namespace
+
+struct ZelStyleScheme::State {
+    AtomicWeakReference<ZelStyleDomain> domain;
+    AtomicIdentifier identifier;
+    mutable RecursiveLock lock; // the innermost of a domain's locks
+    Styles styles;              // guarded by lock
+};
+
+ZelStyleScheme::ZelStyleScheme() : state_(std::make_unique<State>()) {}
+
+ZelStyleScheme::~ZelStyleScheme() = default;
+
+std::shared_ptr<ZelStyleScheme>
+ZelStyleScheme::initWithIdentifier(std::optional<std::string_view> identifier,
+                                   const std::shared_ptr<ZelStyleDomain>& domain) {
+    if (!init()) {
+        return nullptr;
+    }
+    state_->identifier.store(identifier);
+    state_->domain.store(domain);
+    return std::static_pointer_cast<ZelStyleScheme>(shared_from_this());
+}
+
+void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
+    if (!style) {
+        return;
+    }
+    std::shared_ptr<ZelStyle> added = style; // becomes the replaced one, to end outside the lock
+    const RecursiveGuard guard(state_->lock);
+    added->setDomain(domain());
+    added->setScheme(std::static_pointer_cast<ZelStyleScheme>(shared_from_this()));
+    state_->styles[keyOf(*added)].swap(added);
+}
+
+void ZelStyleScheme::removeStyle(const std::shared_ptr<ZelStyle>& style) {
+    if (!style) {
+        return;
+    }
+    Styles::node_type removed; // ends outside the lock
+    const RecursiveGuard guard(state_->lock);
+    style->setDomain(nullptr);
+    style->setScheme(nullptr);
+    removed = state_->styles.extract(keyOf(*style));
+}
+
+std::shared_ptr<ZelStyle>
+ZelStyleScheme::styleForIdentifier(std::optional<std::string_view> identifier) const {
+    if (!identifier) {
+        return nullptr;
+    }
+    const RecursiveGuard guard(state_->lock);
+    const auto found = state_->styles.find(*identifier);
+    return found == state_->styles.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<ZelStyleDomain> ZelStyleScheme::domain() const { return state_->domain.load(); }
+
+std::optional<std::string> ZelStyleScheme::identifier() const { return state_->identifier.copy(); }
+
+ZelStyleScheme::Styles ZelStyleScheme::stylesByIdentifier() const {
+    const RecursiveGuard guard(state_->lock);
+    return state_->styles;
+}
+
+void ZelStyleScheme::setStylesByIdentifier(Styles styles) {
+    const RecursiveGuard guard(state_->lock);
+    state_->styles.swap(styles);
+}
+
+} // namespace v1
+} // namespace zel

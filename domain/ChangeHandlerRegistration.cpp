@@ -2,6 +2,7 @@
 #include "domain/DomainState.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelStyleable.h>
 
 #include <optional>
 #include <utility>
@@ -33,6 +34,12 @@ private:
     std::optional<ChangeHandlerTable::Call> call_;
 };
 
+/// Whether a target's notification has to ask the owner for its parents.
+bool hasUnknownParents(const NSObject& owner) {
+    const ZelStyleable* styleable = owner.asZelStyleable();
+    return styleable && !styleable->zelStyleableNode();
+}
+
 } // namespace
 
 void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
@@ -47,10 +54,11 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
     const std::shared_ptr<ChangeHandlerTable> table = state_->changeHandlersByOwner;
     RecursiveGuard guard(table->lock);
     auto* found = table->find(*withOwner);
-    auto& entry = found ? *found : table->insert(withOwner, {});
+    auto& entry = found ? *found : table->insert(withOwner, {}, hasUnknownParents(*withOwner));
     const auto& kept = entry.payload.append(std::move(handler), state_->handlerSerial++);
+    const ChangeHandlersToCall added(entry, kept);
     const RegistrationCall call(table, entry, guard);
-    _applyStyle(_notifyStyleFor(withOwner), ChangeHandlersToCall(kept), withOwner,
+    _applyStyle(_notifyStyleFor(withOwner), added, withOwner,
                 {.withEvent = ZelStyleChangeEventInitial, .force = true});
 }
 
@@ -74,7 +82,7 @@ void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& obje
         ChangeHandlerObjects& table = *state_->changeHandlers;
         const RecursiveGuard guard(table.lock);
         if (!table.find(*object)) {
-            table.insert(object, {});
+            table.insert(object, {}, hasUnknownParents(*object));
         }
     }
     _applyStyle(_notifyStyleFor(object), object,

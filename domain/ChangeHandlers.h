@@ -66,10 +66,13 @@ using ChangeHandlerTable = WeakTable<ChangeHandlers>;
 /// just registered.
 class ChangeHandlersToCall {
 public:
+    using Entry = ChangeHandlerTable::Entry;
+
     /// All of an owner's that there were before `bound`; ends early where the entry is removed.
-    ChangeHandlersToCall(const ChangeHandlerTable::Entry& entry, std::uint64_t bound)
-        : entry_(&entry), bound_(bound) {}
-    explicit ChangeHandlersToCall(const ZelStyleChangeHandler& only) : only_(&only) {}
+    ChangeHandlersToCall(const Entry& entry, std::uint64_t bound) noexcept
+        : entry_(entry), state_(*entry.state), bound_(bound) {}
+    ChangeHandlersToCall(const Entry& entry, const ZelStyleChangeHandler& only) noexcept
+        : entry_(entry), state_(*entry.state), only_(&only) {}
 
     template <class Visit>
     void forEach(Visit visit) const {
@@ -77,15 +80,19 @@ public:
             visit(*only_);
             return;
         }
-        entry_->payload.forEachBefore(bound_, [&](const ZelStyleChangeHandler& handler) {
+        entry_.payload.forEachBefore(bound_, [&](const ZelStyleChangeHandler& handler) {
             visit(handler);
-            return entry_->isLive();
+            return entry_.isLive();
         });
     }
 
+    /// The owner's state; it lasts as long as the owner, which whoever calls the handlers holds.
+    [[nodiscard]] ObjectState& ownerState() const noexcept { return state_; }
+
 private:
+    const Entry& entry_;
+    ObjectState& state_;
     const ZelStyleChangeHandler* only_ = nullptr;
-    const ChangeHandlerTable::Entry* entry_ = nullptr;
     std::uint64_t bound_ = 0;
 };
 

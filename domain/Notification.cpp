@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "domain/BoundStyles.h"
 #include "domain/DomainState.h"
+#include "domain/ListenerWalk.h"
 #include "platform/DeliveryGate.h"
 #include "style/UpperFloor.h"
 
@@ -12,17 +14,8 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
-/// Whether a listener is called with a style: where the delivery forces it, or where the style is
-/// not the one delivered to it last.
-bool isDue(const std::shared_ptr<ZelStyle>& style, const NSObject& listener,
-           const ZelStyleDelivery& delivery) {
-    if (delivery.force) {
-        const auto& only = delivery.forStyleOnly;
-        if (!only || (style && (style == only || style->isChildOf(only)))) {
-            return true;
-        }
-    }
-    return listener.lastZelStyle() != ZelStyleToken(style);
+void remember(const std::shared_ptr<ZelStyle>& style, ObjectState& listener) {
+    listener.lastZelStyle.store(style ? style->token().serial() : 0, std::memory_order_relaxed);
 }
 
 } // namespace
@@ -48,10 +41,11 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
                                  const ChangeHandlersToCall& onChangeHandlers,
                                  const std::shared_ptr<NSObject>& withOwner,
                                  const ZelStyleDelivery& delivery) {
+    ObjectState& state = onChangeHandlers.ownerState();
     onChangeHandlers.forEach([&](const ZelStyleChangeHandler& handler) {
-        if (isDue(style, *withOwner, delivery)) {
+        if (isDeliveryDue(style, state, delivery)) {
             handler(withOwner, style, delivery.withEvent);
-            withOwner->setLastZelStyle(style);
+            remember(style, state);
         }
     });
 }
@@ -59,9 +53,10 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
 void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
                                  const std::shared_ptr<NSObject>& onChangeHandler,
                                  const ZelStyleDelivery& delivery) {
-    if (isDue(style, *onChangeHandler, delivery)) {
+    ObjectState& state = ObjectState::of(*onChangeHandler);
+    if (isDeliveryDue(style, state, delivery)) {
         onChangeHandler->styleChangedWithEvent(style, delivery.withEvent);
-        onChangeHandler->setLastZelStyle(style);
+        remember(style, state);
     }
 }
 
@@ -98,27 +93,30 @@ bool ZelStyleDomain::hasListeners() const {
 
 void ZelStyleDomain::notifyOwners(const std::shared_ptr<NSObject>& styleable,
                                   const ZelStyleDelivery& delivery) {
-    ChangeHandlerTable& table = *state_->changeHandlersByOwner;
-    ChangeHandlerTable::Walk walk(state_->changeHandlersByOwner);
+    ListenerWalk<ChangeHandlers> walk(state_->changeHandlersByOwner, styleable);
     const std::uint64_t bound = state_->handlerSerial;
-    while (auto* entry = walk.next()) {
+    BoundStyles styles(*this);
+    const auto mayBeDue = [&](const auto& entry) {
+        return styles.mayBeDue(*entry.state, delivery);
+    };
+    while (auto* entry = walk.next(mayBeDue)) {
         const std::shared_ptr<NSObject>& owner = walk.owner();
-        if (styleable && !(owner->asZelStyleable() && isEqualOrChildOf(owner, styleable))) {
-            continue;
-        }
-        const ChangeHandlerTable::Call call(table, *entry);
-        _applyStyle(_notifyStyleFor(owner), ChangeHandlersToCall(*entry, bound), owner, delivery);
+        const ChangeHandlerTable::Call call(*state_->changeHandlersByOwner, *entry);
+        _applyStyle(styles.styleFor(styleBindingOf(*owner, *entry->state)),
+                    ChangeHandlersToCall(*entry, bound), owner, delivery);
     }
 }
 
 void ZelStyleDomain::notifyObjects(const std::shared_ptr<NSObject>& styleable,
                                    const ZelStyleDelivery& delivery) {
-    ChangeHandlerObjects::Walk walk(state_->changeHandlers);
-    while (walk.next()) {
+    ListenerWalk<NoPayload> walk(state_->changeHandlers, styleable);
+    BoundStyles styles(*this);
+    const auto mayBeDue = [&](const auto& entry) {
+        return styles.mayBeDue(*entry.state, delivery);
+    };
+    while (const auto* entry = walk.next(mayBeDue)) {
         const std::shared_ptr<NSObject>& object = walk.owner();
-        if (!styleable || (object->asZelStyleable() && isEqualOrChildOf(object, styleable))) {
-            _applyStyle(_notifyStyleFor(object), object, delivery);
-        }
+        _applyStyle(styles.styleFor(styleBindingOf(*object, *entry->state)), object, delivery);
     }
 }
 
@@ -140,9 +138,9 @@ void ZelStyleDomain::notifyAssociated(const NSObject& styleable, const ZelStyleD
 void deliverStyleUpdate(const std::shared_ptr<ZelStyleDomain>& domain,
                         const std::shared_ptr<ZelStyle>& style) {
     if (domain) {
-        domain->notifyForStyleChangeOf(nullptr, {.withEvent = ZelStyleChangeEventChanged,
-                                                 .force = true,
-                                                 .forStyleOnly = style});
+        domain->notifyForStyleChangeOf(
+            nullptr,
+            {.withEvent = ZelStyleChangeEventChanged, .force = true, .forStyleOnly = style});
     }
 }
 

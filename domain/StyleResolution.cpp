@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "domain/BoundStyles.h"
 #include "domain/DomainState.h"
 #include "platform/ObjectState.h"
+#include "platform/StyleableTree.h"
+#include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleable.h>
@@ -15,57 +18,79 @@ std::shared_ptr<NSObject> parentOf(const NSObject& object) {
     return styleable ? styleable->parentZelStyleable() : nullptr;
 }
 
-/// The identifiers that apply to an object: each the nearest one set, on it or above it, the two
-/// found independently.
-struct AppliedIdentifiers {
-    explicit AppliedIdentifiers(const NSObject& object) {
-        std::shared_ptr<NSObject> held;
-        const NSObject* current = &object;
-        for (;;) {
-            if (const ObjectState* state = ObjectState::find(*current)) {
-                if (!scheme) {
-                    scheme = state->customZelStyleSchemeIdentifier.load();
-                }
-                if (!style) {
-                    style = state->customZelStyleIdentifier.load();
-                }
+/// Each identifier the nearest one set, on the object or above it, the two found independently.
+AppliedIdentifiers appliedByAsking(const NSObject& object) {
+    AppliedIdentifiers applied;
+    std::shared_ptr<NSObject> held;
+    for (const NSObject* current = &object; current; current = held.get()) {
+        if (const ObjectState* state = ObjectState::find(*current)) {
+            if (!applied.scheme) {
+                applied.scheme = state->customZelStyleSchemeIdentifier.load();
             }
-            if (scheme && style) {
-                return;
+            if (!applied.style) {
+                applied.style = state->customZelStyleIdentifier.load();
             }
-            held = parentOf(*current);
-            if (!held) {
-                return;
-            }
-            current = held.get();
         }
+        if (applied.scheme && applied.style) {
+            break;
+        }
+        held = parentOf(*current);
     }
-
-    const PooledString* scheme = nullptr;
-    const PooledString* style = nullptr;
-};
+    return applied;
+}
 
 } // namespace
 
-// An object pinned to a scheme that lacks the style falls back to the current scheme's main style.
-std::shared_ptr<ZelStyle> ZelStyleDomain::styleFor(const std::shared_ptr<NSObject>& styleable) {
-    if (!styleable) {
-        return mainStyle();
+StyleBinding styleBindingOf(const NSObject& object) {
+    if (const ObjectState* state = ObjectState::find(object)) {
+        if (const auto bound = state->binding.load(BindingEpoch::now())) {
+            return *bound;
+        }
     }
-    const AppliedIdentifiers applied(*styleable);
+    const ZelStyleable* styleable = object.asZelStyleable();
+    if (!styleable) {
+        return 0;
+    }
+    const ZelStyleableNode* node = styleable->zelStyleableNode();
+    return node ? ZelStyleableTree::bindingOf(*node) : styleBindingOf(appliedByAsking(object));
+}
+
+const std::shared_ptr<ZelStyle>& BoundStyles::styleFor(StyleBinding binding) {
+    Found& found = found_[binding % found_.size()];
+    const std::uint64_t epoch = StyleLookupEpoch::now();
+    if (found.epoch != epoch || found.binding != binding) [[unlikely]] {
+        found.style = domain_._styleForBinding(binding);
+        found.epoch = epoch;
+        found.binding = binding;
+    }
+    return found.style;
+}
+
+// An object pinned to a scheme that lacks the style falls back to the current scheme's main style.
+std::shared_ptr<ZelStyle> ZelStyleDomain::_styleForBinding(std::uint32_t binding) {
+    const AppliedIdentifiers applied = appliedIdentifiersOf(binding);
     std::shared_ptr<ZelStyle> style;
     if (applied.scheme) {
-        style = schemeForIdentifier(applied.scheme->text)
-                    ->styleForIdentifier(applied.style ? std::string_view(applied.style->text)
+        style = schemeForIdentifier(applied.scheme.text())
+                    ->styleForIdentifier(applied.style ? std::string_view(applied.style.text())
                                                        : ZelStyleIdentifierMain);
     } else if (applied.style) {
-        style = styleForIdentifier(applied.style->text);
+        style = styleForIdentifier(applied.style.text());
     }
     return style ? style : mainStyle();
 }
 
+std::shared_ptr<ZelStyle> ZelStyleDomain::styleFor(const std::shared_ptr<NSObject>& styleable) {
+    if (!styleable) {
+        return mainStyle();
+    }
+    return _styleForBinding(styleable->asZelStyleable()
+                                ? styleBindingOf(*styleable)
+                                : styleBindingOf(appliedByAsking(*styleable)));
+}
+
 std::shared_ptr<ZelStyle> ZelStyleDomain::_notifyStyleFor(const std::shared_ptr<NSObject>& object) {
-    return object && object->asZelStyleable() ? styleFor(object) : mainStyle();
+    return object ? _styleForBinding(styleBindingOf(*object)) : mainStyle();
 }
 
 bool ZelStyleDomain::isEqualOrChildOf(const std::shared_ptr<NSObject>& object,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "domain/DomainState.h"
 #include "domain/SystemAppearance.h"
+#include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/NSNotificationCenter.h>
 #include <ZelStyleKit/ZelExceptions.h>
@@ -14,7 +15,9 @@ std::string_view ZelStyleIdentifierMain = "main";
 
 ZelStyleDomain::ZelStyleDomain() : state_(std::make_unique<State>()) {}
 
-ZelStyleDomain::~ZelStyleDomain() { setSchemeFollowsSystem(false); }
+ZelStyleDomain::~ZelStyleDomain() {
+    setSchemeFollowsSystem(false);
+}
 
 std::shared_ptr<NSObject> ZelStyleDomain::init() {
     if (!NSObject::init()) {
@@ -95,6 +98,7 @@ void ZelStyleDomain::setCurrentScheme(const std::shared_ptr<ZelStyleScheme>& sch
         state_->mainStyle.swap(formerMain);
         ++state_->mainStyleDrops;
     }
+    StyleLookupEpoch::advance();
     notifyForStyleChangeOf(nullptr, {.withEvent = ZelStyleChangeEventChanged});
 }
 
@@ -154,8 +158,9 @@ ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
         }
     }
     const auto found = state_->schemesByIdentifier.find(ZelStyleSchemeIdentifierDefault);
-    return found == state_->schemesByIdentifier.end() ? nullptr
-                                                      : found->second->styleForIdentifier(identifier);
+    return found == state_->schemesByIdentifier.end()
+               ? nullptr
+               : found->second->styleForIdentifier(identifier);
 }
 
 } // namespace v1

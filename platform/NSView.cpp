@@ -15,18 +15,19 @@ void NSView::addSubview(const std::shared_ptr<NSView>& view) {
     if (!view) {
         return;
     }
-    requireNotBelow(*view, shared_from_this(),
-                    [](const NSView& each) { return each.superview(); });
+    requireNotBelow(*view, shared_from_this(), [](const NSView& each) { return each.superview(); });
     const std::shared_ptr<NSView> kept = view;
     kept->removeFromSuperview();
     subviews_.push_back(kept);
     kept->superview_ = std::static_pointer_cast<NSView>(shared_from_this());
+    kept->node_.setParent(&node_);
 }
 
 void NSView::removeFromSuperview() {
     if (const auto superview = superview_.lock()) {
         const auto self = shared_from_this(); // the superview may be the only one to hold it
         superview_.reset();
+        node_.setParent(nullptr);
         eraseLink(superview->subviews_, *this);
     }
 }

@@ -17,9 +17,13 @@ const std::shared_ptr<NSView>& NSViewController::view() {
     return view_;
 }
 
-void NSViewController::setView(std::shared_ptr<NSView> view) { view_ = std::move(view); }
+void NSViewController::setView(std::shared_ptr<NSView> view) {
+    view_ = std::move(view);
+}
 
-void NSViewController::loadView() { setView(alloc<NSView>()); }
+void NSViewController::loadView() {
+    setView(alloc<NSView>());
+}
 
 void NSViewController::addChildViewController(const std::shared_ptr<NSViewController>& child) {
     if (!child) {
@@ -31,12 +35,14 @@ void NSViewController::addChildViewController(const std::shared_ptr<NSViewContro
     kept->removeFromParentViewController();
     children_.push_back(kept);
     kept->parent_ = std::static_pointer_cast<NSViewController>(shared_from_this());
+    kept->node_.setParent(&node_);
 }
 
 void NSViewController::removeFromParentViewController() {
     if (const auto parent = parent_.lock()) {
         const auto self = shared_from_this(); // the parent may be the only one to hold it
         parent_.reset();
+        node_.setParent(nullptr);
         eraseLink(parent->children_, *this);
     }
 }

@@ -28,8 +28,8 @@ ObjectState& ObjectState::of(const NSObject& object) {
     return *present;
 }
 
-// A table is held while its entry is dropped, since it may be ending on another thread; a table that
-// has ended has taken its entries out of the chain.
+// A table is held while its entry is dropped, since it may be ending on another thread; a table
+// that has ended has taken its entries out of the links.
 void ObjectState::end(NSObject& object) noexcept {
     ObjectState* const state = find(object);
     if (state == nullptr) {
@@ -39,13 +39,12 @@ void ObjectState::end(NSObject& object) noexcept {
         std::shared_ptr<WeakTableBase> table;
         {
             const std::scoped_lock guard(linkLock());
-            WeakTableEntry* entry = state->entries;
-            while (entry && !(table = entry->table->weak_from_this().lock())) {
-                entry = entry->nextOfOwner;
-            }
-            if (state->entries == nullptr) {
+            if (state->entries.isEmpty()) {
                 break;
             }
+            (void)state->entries.find([&](const WeakTableEntry& entry) {
+                return (table = WeakTableBase::withNumber(entry.table)) != nullptr;
+            });
         }
         if (table) {
             table->ownerEnded(*state);

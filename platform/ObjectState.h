@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/EntryLinks.h"
 #include "platform/Identifier.h"
+#include "platform/StyleBinding.h"
 
 #include <atomic>
 #include <cstdint>
@@ -11,15 +13,15 @@ namespace zel {
 inline namespace v1 {
 
 class NSObject;
-struct WeakTableEntry;
 
 /// What can be attached to any object, made when first needed: the styling state, and the entries
-/// of the weak-keyed tables that have the object as their key.
+/// of the weak-keyed tables that have the object as their key. Kept small: every listener has one.
 struct ObjectState {
     std::atomic<std::uint64_t> lastZelStyle{0}; ///< a token's serial
     AtomicIdentifier customZelStyleIdentifier;
     AtomicIdentifier customZelStyleSchemeIdentifier;
-    WeakTableEntry* entries = nullptr; ///< linked through nextOfOwner; guarded by linkLock()
+    BindingMemo binding; ///< kept for objects with a place in a known tree
+    EntryLinks entries;  ///< guarded by linkLock()
 
     /// The state of an object, or nothing where none was ever set.
     static ObjectState* find(const NSObject& object) noexcept;
@@ -28,8 +30,8 @@ struct ObjectState {
     /// Removes the object's entries from their tables and deletes the state; for its destructor.
     static void end(NSObject& object) noexcept;
 
-    /// Guards every link between an object and its entries. Innermost but for nothing: no other
-    /// lock is taken and nothing is called while it is held.
+    /// Guards every link between an object and its entries. Innermost: no other lock is taken and
+    /// nothing is called while it is held.
     static std::mutex& linkLock() noexcept;
 };
 

@@ -58,30 +58,34 @@ const PooledString* StringPool::intern(std::string_view text) {
     if (const PooledString* found = find(text)) {
         return found;
     }
-    auto string = std::make_unique<PooledString>(PooledString{
-        std::string(text), hashOf(text), static_cast<std::uint32_t>(strings_.size())});
-    if ((strings_.size() + 1) * 2 > tables_.back()->mask) {
+    if ((std::size_t{count_} + 1) * 2 > tables_.back()->mask) {
         grow();
     }
-    strings_.push_back(std::move(string));
-    const PooledString* added = strings_.back().get();
-    place(tables_.back()->slots.get(), tables_.back()->mask, added);
+    const PooledString& added = add(text);
+    place(tables_.back()->slots.get(), tables_.back()->mask, &added);
+    return &added;
+}
+
+PooledString& StringPool::add(std::string_view text) {
+    const Place place(count_);
+    if (place.offset == 0) {
+        owned_.push_back(std::make_unique<PooledString[]>(place.capacity()));
+        segments_[place.segment].store(owned_.back().get(), std::memory_order_release);
+    }
+    PooledString& added = owned_.back()[place.offset];
+    added = PooledString{std::string(text), hashOf(text), count_};
+    ++count_;
     return added;
 }
 
 // The outgrown table stays: another thread may be looking through it.
 void StringPool::grow() {
     auto larger = std::make_unique<Table>((tables_.back()->mask + 1) * 2);
-    for (const auto& string : strings_) {
-        place(larger->slots.get(), larger->mask, string.get());
+    for (std::uint32_t index = 0; index < count_; ++index) {
+        place(larger->slots.get(), larger->mask, &at(index));
     }
     tables_.push_back(std::move(larger));
     table_.store(tables_.back().get(), std::memory_order_release);
-}
-
-const PooledString& StringPool::at(std::uint32_t index) const {
-    const std::scoped_lock guard(mutex_);
-    return *strings_.at(index);
 }
 
 } // namespace v1

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <atomic>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -13,11 +15,12 @@
 namespace zel {
 inline namespace v1 {
 
-/// A string of a pool: lives for the process, so that its address stands for its text.
+/// A string of a pool: lives for the process, so that its address, or its index, stands for its
+/// text.
 struct PooledString {
     std::string text;
-    std::uint64_t hash;
-    std::uint32_t index; ///< 0 for the pool's first string, and so on
+    std::uint64_t hash = 0;
+    std::uint32_t index = 0; ///< 0 for the pool's first string, and so on
 };
 
 /// Strings kept once each and for good: attribute keys, and the identifiers that objects carry.
@@ -38,11 +41,29 @@ public:
     /// The pool's string of that text, added where it is new.
     const PooledString* intern(std::string_view text);
     /// The string that was added as the index-th; it must be there.
-    [[nodiscard]] const PooledString& at(std::uint32_t index) const;
+    [[nodiscard]] const PooledString& at(std::uint32_t index) const noexcept {
+        const Place place(index);
+        return segments_[place.segment].load(std::memory_order_acquire)[place.offset];
+    }
 
     [[nodiscard]] static std::uint64_t hashOf(std::string_view text) noexcept;
 
 private:
+    static constexpr std::uint32_t firstSegment = 64;
+
+    /// Where a string stands: each segment is as large as all before it together (the first has
+    /// 64).
+    struct Place {
+        explicit Place(std::uint32_t index) noexcept
+            : segment(static_cast<std::uint32_t>(std::bit_width(index / firstSegment))),
+              offset(segment == 0 ? index : index - (firstSegment << (segment - 1))) {}
+        [[nodiscard]] std::size_t capacity() const noexcept {
+            return segment == 0 ? firstSegment : std::size_t{firstSegment} << (segment - 1);
+        }
+        std::uint32_t segment;
+        std::uint32_t offset;
+    };
+
     struct Table {
         explicit Table(std::size_t capacity);
         std::size_t mask;
@@ -58,12 +79,15 @@ private:
             }
         }
     }
+    PooledString& add(std::string_view text);
     void grow();
 
     std::atomic<const Table*> table_;
-    mutable std::mutex mutex_;                         // guards what follows, and adding
-    std::vector<std::unique_ptr<Table>> tables_;       // the last one is in use
-    std::vector<std::unique_ptr<PooledString>> strings_; // by index
+    std::array<std::atomic<PooledString*>, 27> segments_{};
+    std::mutex mutex_;                                   // guards what follows, and adding
+    std::vector<std::unique_ptr<Table>> tables_;         // the last one is in use
+    std::vector<std::unique_ptr<PooledString[]>> owned_; // the segments
+    std::uint32_t count_ = 0;
 };
 
 } // namespace v1

@@ -3,46 +3,73 @@
 
 namespace zel {
 inline namespace v1 {
+
 namespace {
 
-/// The place that holds the link to an entry; its object's link lock is held.
-WeakTableEntry** linkTo(ObjectState& state, const WeakTableEntry& entry) noexcept {
-    WeakTableEntry** link = &state.entries;
-    while (*link != &entry) {
-        link = &(*link)->nextOfOwner;
+/// The living tables by number; guarded by ObjectState::linkLock().
+struct TableNumbers {
+    std::vector<WeakTableBase*> tables;
+    std::vector<std::uint32_t> free;
+};
+
+TableNumbers& tableNumbers() {
+    static auto* const numbers = new TableNumbers; // never destroyed: tables may end at exit
+    return *numbers;
+}
+
+std::uint32_t takeNumber(WeakTableBase& table) {
+    const std::scoped_lock guard(ObjectState::linkLock());
+    auto& [tables, free] = tableNumbers();
+    if (free.empty()) {
+        free.reserve(tables.size() + 1); // so that giving the number back can't fail
+        tables.push_back(&table);
+        return static_cast<std::uint32_t>(tables.size() - 1);
     }
-    return link;
+    const std::uint32_t number = free.back();
+    free.pop_back();
+    tables[number] = &table;
+    return number;
 }
 
 } // namespace
 
-WeakTableEntry* WeakTableBase::entryOf(const ObjectState& state) const noexcept {
+WeakTableBase::WeakTableBase() : number_(takeNumber(*this)) {}
+
+WeakTableBase::~WeakTableBase() {
     const std::scoped_lock guard(ObjectState::linkLock());
-    WeakTableEntry* entry = state.entries;
-    while (entry && entry->table != this) {
-        entry = entry->nextOfOwner;
-    }
-    return entry;
+    tableNumbers().tables[number_] = nullptr;
+    tableNumbers().free.push_back(number_);
 }
 
-void WeakTableBase::link(WeakTableEntry& entry, ObjectState& state) noexcept {
+std::shared_ptr<WeakTableBase> WeakTableBase::withNumber(std::uint32_t number) noexcept {
+    WeakTableBase* const table = tableNumbers().tables[number];
+    return table ? table->weak_from_this().lock() : nullptr;
+}
+
+WeakTableEntry* WeakTableBase::entryIn(const ObjectState& state) const noexcept {
+    return state.entries.find([this](const WeakTableEntry& each) { return each.table == number_; });
+}
+
+WeakTableEntry* WeakTableBase::entryOf(const ObjectState& state) const noexcept {
     const std::scoped_lock guard(ObjectState::linkLock());
+    return entryIn(state);
+}
+
+void WeakTableBase::link(WeakTableEntry& entry, ObjectState& state) {
+    const std::scoped_lock guard(ObjectState::linkLock());
+    state.entries.add(entry);
     entry.state = &state;
-    entry.nextOfOwner = std::exchange(state.entries, &entry);
 }
 
 void WeakTableBase::unlink(WeakTableEntry& entry) noexcept {
     const std::scoped_lock guard(ObjectState::linkLock());
-    *linkTo(*entry.state, entry) = entry.nextOfOwner;
-    entry.state = nullptr;
+    std::exchange(entry.state, nullptr)->entries.remove(entry);
 }
 
 void WeakTableBase::relink(WeakTableEntry& from, WeakTableEntry& to) noexcept {
     const std::scoped_lock guard(ObjectState::linkLock());
-    *linkTo(*from.state, from) = &to;
+    from.state->entries.replace(from, to);
     to.state = std::exchange(from.state, nullptr);
-    to.nextOfOwner = from.nextOfOwner;
-    to.table = from.table;
 }
 
 } // namespace v1

@@ -4,8 +4,10 @@
 #include "platform/ObjectState.h"
 #include "platform/RecursiveLock.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -18,21 +20,28 @@ class WeakTableBase;
 /// One key of a weak-keyed table. Its address is stable while the table is walked or called from.
 struct WeakTableEntry {
     std::weak_ptr<NSObject> owner;
-    ObjectState* state = nullptr;          ///< the owner's; nothing once the entry was removed
-    WeakTableEntry* nextOfOwner = nullptr; ///< guarded by ObjectState::linkLock()
-    WeakTableBase* table = nullptr;
+    ObjectState* state = nullptr; ///< the owner's; nothing once the entry was removed
+    std::uint32_t table = 0;      ///< which table, by WeakTableBase::number()
+    std::uint32_t order = 0;      ///< among the table's entries; moves together when they do
+
+    [[nodiscard]] bool isLive() const noexcept { return state != nullptr; }
 };
 
 /// What a weak-keyed table is to the objects that are its keys.
 class WeakTableBase : public std::enable_shared_from_this<WeakTableBase> {
 public:
-    WeakTableBase() = default;
-    virtual ~WeakTableBase() = default;
+    WeakTableBase();
+    virtual ~WeakTableBase();
     WeakTableBase(const WeakTableBase&) = delete;
     WeakTableBase& operator=(const WeakTableBase&) = delete;
 
     /// Called by an ending owner: drops its entry with what it holds.
     virtual void ownerEnded(ObjectState& state) noexcept = 0;
+
+    /// The table of that number, or nothing where it is ending; linkLock() is held.
+    static std::shared_ptr<WeakTableBase> withNumber(std::uint32_t number) noexcept;
+    /// Tells the living tables of a process apart.
+    [[nodiscard]] std::uint32_t number() const noexcept { return number_; }
 
     /// The table's lock. Recursive, and held for a whole walk, callbacks included.
     RecursiveLock lock;
@@ -40,9 +49,14 @@ public:
 protected:
     /// This table's entry of an owner's, or nothing.
     [[nodiscard]] WeakTableEntry* entryOf(const ObjectState& state) const noexcept;
-    static void link(WeakTableEntry& entry, ObjectState& state) noexcept;
+    /// The same while linkLock() is held.
+    [[nodiscard]] WeakTableEntry* entryIn(const ObjectState& state) const noexcept;
+    static void link(WeakTableEntry& entry, ObjectState& state);
     static void unlink(WeakTableEntry& entry) noexcept;
     static void relink(WeakTableEntry& from, WeakTableEntry& to) noexcept;
+
+private:
+    const std::uint32_t number_;
 };
 
 /// A map from owners, held weakly, to payloads, in order of insertion. An entry goes, payload and
@@ -56,7 +70,6 @@ class WeakTable : public WeakTableBase {
 public:
     struct Entry : WeakTableEntry {
         Payload payload;
-        [[nodiscard]] bool isLive() const noexcept { return state != nullptr; }
     };
 
     ~WeakTable() override {
@@ -80,18 +93,31 @@ public:
         return state ? static_cast<Entry*>(entryOf(*state)) : nullptr;
     }
 
-    /// Adds an owner that has no entry yet, at the end.
-    Entry& insert(const std::shared_ptr<NSObject>& owner, Payload payload) {
+    /// Adds an owner that has no entry yet, at the end; a marked one is found again by `marked`.
+    Entry& insert(const std::shared_ptr<NSObject>& owner, Payload payload, bool isMarked = false) {
         ObjectState& state = ObjectState::of(*owner);
         compactIfWorthwhile();
         if (chunks_.empty() || chunks_.back().size() == chunks_.back().capacity()) {
             addChunk();
         }
+        if (isMarked) {
+            marked_.reserve(marked_.size() + 1 + marked_.size() / 2);
+        }
         Entry& entry = chunks_.back().emplace_back();
+        try {
+            entry.table = number();
+            entry.order = nextOrder_;
+            link(entry, state);
+        } catch (...) {
+            chunks_.back().pop_back();
+            throw;
+        }
+        ++nextOrder_;
         entry.owner = owner;
-        entry.table = this;
         entry.payload = std::move(payload);
-        link(entry, state);
+        if (isMarked) {
+            marked_.push_back(&entry);
+        }
         ++live_;
         ++mutations_;
         return entry;
@@ -112,8 +138,19 @@ public:
         }
     } // the guard goes first, then the payload
 
-    /// Keeps an entry's payload in place for the time of a call into it, even where the call removes
-    /// the entry. Made and ended with the lock held; the call itself may run without it.
+    /// The order that the next entry gets; those there are now have lower ones.
+    [[nodiscard]] std::uint32_t endOrder() const noexcept { return nextOrder_; }
+    /// The marked entries by order, removed ones among them.
+    [[nodiscard]] const std::vector<Entry*>& marked() const noexcept { return marked_; }
+    /// An owner's entry, by its state; for use while linkLock() is held.
+    [[nodiscard]] Entry* entryWhileLinksAreLocked(const ObjectState& state) const noexcept {
+        return static_cast<Entry*>(entryIn(state));
+    }
+    /// Room for walks to keep entries in, each above what was there when it began.
+    std::vector<Entry*> scratch;
+
+    /// Keeps an entry's payload in place for the time of a call into it, even where the call
+    /// removes the entry. Made and ended with the lock held; the call itself may run without it.
     class Call {
     public:
         Call(WeakTable& table, Entry& entry) noexcept
@@ -143,13 +180,12 @@ public:
         Call* previous_ = nullptr;
     };
 
-    /// A walk over the entries there are now whose owners live, in order. Holds the lock. Nothing of
-    /// it allocates.
+    /// A walk over the entries there are now whose owners live, in order. Holds the lock. Nothing
+    /// of it allocates.
     class Walk {
     public:
         explicit Walk(std::shared_ptr<WeakTable> table)
-            : table_(std::move(table)), guard_(table_->lock),
-              endChunk_(table_->chunks_.size()),
+            : table_(std::move(table)), guard_(table_->lock), endChunk_(table_->chunks_.size()),
               endIndex_(table_->chunks_.empty() ? 0 : table_->chunks_.back().size()) {
             ++table_->walks_;
         }
@@ -164,13 +200,22 @@ public:
 
         /// The next entry, its owner held until the step after; nothing at the end.
         Entry* next() {
+            return next([](const Entry&) { return true; });
+        }
+        /// The next entry that `wants` accepts; the owners of others aren't touched. `wants` may
+        /// look at the entry and its state, and calls nothing that could change the table.
+        template <class Wants>
+        Entry* next(Wants wants) {
             owner_.reset();
             while (chunk_ < endChunk_) {
                 auto& entries = table_->chunks_[chunk_];
                 const std::size_t end = chunk_ + 1 == endChunk_ ? endIndex_ : entries.size();
                 while (index_ < end) {
+                    if (index_ + ahead < end) {
+                        prefetch(entries[index_ + ahead]);
+                    }
                     Entry& entry = entries[index_++];
-                    if (entry.isLive() && (owner_ = entry.owner.lock())) {
+                    if (entry.isLive() && wants(entry) && (owner_ = entry.owner.lock())) {
                         return &entry;
                     }
                 }
@@ -180,6 +225,24 @@ public:
             return nullptr;
         }
         [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return owner_; }
+
+        /// Makes an entry that was come by otherwise the present one, if it and its owner live.
+        bool visit(const Entry& entry) {
+            owner_.reset();
+            return entry.isLive() && (owner_ = entry.owner.lock());
+        }
+        /// Goes on behind the entries of lower order than that.
+        void skipTo(std::uint32_t order) {
+            const auto& chunks = table_->chunks_;
+            while (chunk_ + 1 < endChunk_ && chunks[chunk_ + 1].front().order <= order) {
+                ++chunk_;
+                index_ = 0;
+            }
+            if (chunk_ < endChunk_ && !chunks[chunk_].empty()) {
+                const std::uint32_t first = chunks[chunk_].front().order;
+                index_ = std::max<std::size_t>(index_, order > first ? order - first : 0);
+            }
+        }
 
     private:
         std::shared_ptr<WeakTable> table_;
@@ -193,6 +256,18 @@ public:
 
 private:
     static constexpr std::size_t largestChunk = 256;
+    static constexpr std::size_t ahead =
+        8; ///< entries whose memory is asked for while one is called
+
+    // Owners stand anywhere in memory; taking hold of one waits for its counts, which stand just
+    // before an object that came from std::make_shared. The first word of a weak pointer is where
+    // the object is; were it anything else, nothing but time would be lost.
+    static void prefetch(const Entry& entry) noexcept {
+        const char* object = nullptr;
+        std::memcpy(&object, static_cast<const void*>(&entry.owner), sizeof object);
+        __builtin_prefetch(entry.state);
+        __builtin_prefetch(object - 16, 1);
+    }
 
     [[nodiscard]] bool isCalled(const Entry& entry) const noexcept {
         for (const Call* call = calls_; call; call = call->next_) {
@@ -224,22 +299,35 @@ private:
         }
         std::vector<Entry> together;
         together.reserve(live_ + live_ / 2 + 1);
+        std::size_t nextMarked = 0; // the next of the marked to meet, and how many still live
+        std::size_t liveMarked = 0;
+        nextOrder_ = 0;
         for (auto& chunk : chunks_) {
             for (Entry& entry : chunk) {
+                const bool isMarked = nextMarked < marked_.size() && marked_[nextMarked] == &entry;
+                nextMarked += isMarked ? 1 : 0;
                 if (entry.isLive()) {
                     Entry& moved = together.emplace_back();
                     relink(entry, moved);
+                    moved.table = entry.table;
+                    moved.order = nextOrder_++;
                     moved.owner = std::move(entry.owner);
                     moved.payload = std::move(entry.payload);
+                    if (isMarked) {
+                        marked_[liveMarked++] = &moved;
+                    }
                 }
             }
         }
+        marked_.resize(liveMarked);
         chunks_.clear();
         chunks_.push_back(std::move(together));
         dead_ = 0;
     }
 
     std::vector<std::vector<Entry>> chunks_; // none grows past its capacity, so entries stay put
+    std::vector<Entry*> marked_;
+    std::uint32_t nextOrder_ = 0;
     Call* calls_ = nullptr;
     std::size_t live_ = 0;
     std::size_t dead_ = 0;

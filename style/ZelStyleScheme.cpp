@@ -4,6 +4,7 @@
 #include "platform/AtomicWeakReference.h"
 #include "platform/Identifier.h"
 #include "platform/RecursiveLock.h"
+#include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyle.h>
@@ -12,6 +13,8 @@
 
 namespace zel {
 inline namespace v1 {
+
+constinit std::atomic<std::uint64_t> StyleLookupEpoch::epoch_{1};
 
 std::string_view ZelStyleSchemeIdentifierDefault = "default";
 std::string_view ZelStyleSchemeIdentifierLight = "light";
@@ -61,6 +64,7 @@ void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
     added->setDomain(domain());
     added->setScheme(std::static_pointer_cast<ZelStyleScheme>(shared_from_this()));
     state_->styles[keyOf(*added)].swap(added);
+    StyleLookupEpoch::advance();
 }
 
 void ZelStyleScheme::removeStyle(const std::shared_ptr<ZelStyle>& style) {
@@ -72,6 +76,7 @@ void ZelStyleScheme::removeStyle(const std::shared_ptr<ZelStyle>& style) {
     style->setDomain(nullptr);
     style->setScheme(nullptr);
     removed = state_->styles.extract(keyOf(*style));
+    StyleLookupEpoch::advance();
 }
 
 std::shared_ptr<ZelStyle>
@@ -84,9 +89,13 @@ ZelStyleScheme::styleForIdentifier(std::optional<std::string_view> identifier) c
     return found == state_->styles.end() ? nullptr : found->second;
 }
 
-std::shared_ptr<ZelStyleDomain> ZelStyleScheme::domain() const { return state_->domain.load(); }
+std::shared_ptr<ZelStyleDomain> ZelStyleScheme::domain() const {
+    return state_->domain.load();
+}
 
-std::optional<std::string> ZelStyleScheme::identifier() const { return state_->identifier.copy(); }
+std::optional<std::string> ZelStyleScheme::identifier() const {
+    return state_->identifier.copy();
+}
 
 ZelStyleScheme::Styles ZelStyleScheme::stylesByIdentifier() const {
     const RecursiveGuard guard(state_->lock);
@@ -96,6 +105,7 @@ ZelStyleScheme::Styles ZelStyleScheme::stylesByIdentifier() const {
 void ZelStyleScheme::setStylesByIdentifier(Styles styles) {
     const RecursiveGuard guard(state_->lock);
     state_->styles.swap(styles);
+    StyleLookupEpoch::advance();
 }
 
 } // namespace v1

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/ObjectState.h"
+#include "platform/StyleableTree.h"
 
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -16,7 +17,8 @@ std::optional<std::string> readIdentifier(const NSObject& object, AttachedIdenti
     return state ? (state->*attached).copy() : std::nullopt;
 }
 
-// The new value isn't compared with the old one: redundant deliveries are filtered where they happen.
+// The new value isn't compared with the old one: redundant deliveries are filtered where they
+// happen.
 void setIdentifier(NSObject& object, AttachedIdentifier attached,
                    std::optional<std::string_view> identifier) {
     if (identifier || ObjectState::find(object)) {
@@ -24,6 +26,10 @@ void setIdentifier(NSObject& object, AttachedIdentifier attached,
     }
     const ZelStyleable* conforming = object.asZelStyleable();
     if (conforming) {
+        if (const ZelStyleableNode* node = conforming->zelStyleableNode()) {
+            const std::scoped_lock guard(ZelStyleableTree::lock());
+            ZelStyleableTree::forgetBindings(*node);
+        }
         ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
             ->notifyForStyleChangeOf(object.shared_from_this(),
                                      {.withEvent = ZelStyleChangeEventChanged});

@@ -10,8 +10,13 @@ inline namespace v1 {
 
 ZelStyleable::~ZelStyleable() = default;
 
-std::optional<std::vector<std::shared_ptr<NSObject>>> ZelStyleable::associatedZelStyleables() const {
+std::optional<std::vector<std::shared_ptr<NSObject>>>
+ZelStyleable::associatedZelStyleables() const {
     return std::nullopt;
+}
+
+const ZelStyleableNode* ZelStyleable::zelStyleableNode() const noexcept {
+    return nullptr;
 }
 
 // How the platform's views and view controllers take part.
@@ -20,7 +25,9 @@ std::optional<std::string> NSView::domainIdentifierOfZelStyleable() const {
     return std::string(ZelStyleDomainIdentifierDefault);
 }
 
-std::shared_ptr<NSObject> NSView::parentZelStyleable() const { return superview(); }
+std::shared_ptr<NSObject> NSView::parentZelStyleable() const {
+    return superview();
+}
 
 std::optional<std::vector<std::shared_ptr<NSObject>>> NSView::associatedZelStyleables() const {
     return std::nullopt;

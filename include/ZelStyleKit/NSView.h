@@ -3,6 +3,7 @@
 
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/ZelStyleable.h>
+#include <ZelStyleKit/ZelStyleableNode.h>
 
 #include <memory>
 #include <vector>
@@ -31,14 +32,16 @@ public:
     [[nodiscard]] const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
 
     [[nodiscard]] const ZelStyleable* asZelStyleable() const noexcept override { return this; }
+    [[nodiscard]] const ZelStyleableNode* zelStyleableNode() const noexcept final { return &node_; }
     [[nodiscard]] std::optional<std::string> domainIdentifierOfZelStyleable() const override;
-    /// The superview.
-    [[nodiscard]] std::shared_ptr<NSObject> parentZelStyleable() const override;
+    /// The superview; always, since a change below it is found by walking down.
+    [[nodiscard]] std::shared_ptr<NSObject> parentZelStyleable() const final;
     /// Always none.
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<NSObject>>>
     associatedZelStyleables() const override;
 
 private:
+    ZelStyleableNode node_{*this};
     std::weak_ptr<NSView> superview_;
     std::vector<std::shared_ptr<NSView>> subviews_;
 };

@@ -4,6 +4,7 @@
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/NSView.h>
 #include <ZelStyleKit/ZelStyleable.h>
+#include <ZelStyleKit/ZelStyleableNode.h>
 
 #include <memory>
 #include <vector>
@@ -42,14 +43,16 @@ public:
     }
 
     [[nodiscard]] const ZelStyleable* asZelStyleable() const noexcept override { return this; }
+    [[nodiscard]] const ZelStyleableNode* zelStyleableNode() const noexcept final { return &node_; }
     [[nodiscard]] std::optional<std::string> domainIdentifierOfZelStyleable() const override;
-    /// The parent controller.
-    [[nodiscard]] std::shared_ptr<NSObject> parentZelStyleable() const override;
+    /// The parent controller; always, since a change below it is found by walking down.
+    [[nodiscard]] std::shared_ptr<NSObject> parentZelStyleable() const final;
     /// Exactly the view, once it is loaded; none before. Never loads it.
     [[nodiscard]] std::optional<std::vector<std::shared_ptr<NSObject>>>
     associatedZelStyleables() const override;
 
 private:
+    ZelStyleableNode node_{*this};
     std::shared_ptr<NSView> view_;
     std::weak_ptr<NSViewController> parent_;
     std::vector<std::shared_ptr<NSViewController>> children_;

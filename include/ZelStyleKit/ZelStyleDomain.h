@@ -3,6 +3,7 @@
 
 #include <ZelStyleKit/NSObject.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -114,12 +115,14 @@ public:
                                 const ZelStyleDelivery& delivery);
 
 private:
+    friend class BoundStyles;
     friend struct ZelStyleDomainInternals;
     struct State;
     struct NotificationPath;
 
     void _updateFromSystemAppearance(const NSNotification* notification);
     std::shared_ptr<ZelStyle> _notifyStyleFor(const std::shared_ptr<NSObject>& object);
+    std::shared_ptr<ZelStyle> _styleForBinding(std::uint32_t binding);
     void _applyStyle(const std::shared_ptr<ZelStyle>& style,
                      const ChangeHandlersToCall& onChangeHandlers,
                      const std::shared_ptr<NSObject>& withOwner, const ZelStyleDelivery& delivery);

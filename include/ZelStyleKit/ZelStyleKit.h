@@ -28,3 +28,4 @@
 #include <ZelStyleKit/ZelStyleToken.h>
 #include <ZelStyleKit/ZelStyleVersion.h>
 #include <ZelStyleKit/ZelStyleable.h>
+#include <ZelStyleKit/ZelStyleableNode.h>

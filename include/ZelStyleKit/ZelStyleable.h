@@ -12,6 +12,7 @@ namespace zel {
 inline namespace v1 {
 
 class NSObject;
+class ZelStyleableNode;
 
 /// What an object answers to take part in styling: its class derives from `NSObject` and from this,
 /// and overrides `NSObject::asZelStyleable` with `return this;`. Declaring is what counts; an
@@ -30,10 +31,14 @@ public:
     /// chain.
     [[nodiscard]] virtual std::shared_ptr<NSObject> parentZelStyleable() const = 0;
 
-    /// `associatedZelStyleables` (optional): objects to notify whenever this one is a notification's
-    /// target; absent unless overridden.
+    /// `associatedZelStyleables` (optional): objects to notify whenever this one is a
+    /// notification's target; absent unless overridden.
     [[nodiscard]] virtual std::optional<std::vector<std::shared_ptr<NSObject>>>
     associatedZelStyleables() const;
+
+    /// The object's place in a tree whose links the library knows; nothing unless overridden: its
+    /// parents are then asked for.
+    [[nodiscard]] virtual const ZelStyleableNode* zelStyleableNode() const noexcept;
 
 protected:
     ZelStyleable() = default;

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/ObjectState.h"
+#include "platform/StyleBinding.h"
+
+#include <ZelStyleKit/NSObject.h>
+#include <ZelStyleKit/ZelStyleableNode.h>
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+
+namespace zel {
+inline namespace v1 {
+
+/// The trees whose links the library knows.
+struct ZelStyleableTree {
+    /// Guards every node's links. Innermost but for ObjectState::linkLock().
+    static std::mutex& lock() noexcept;
+
+    /// Moves with every change of a link.
+    [[nodiscard]] static std::uint64_t linkChanges() noexcept {
+        return linkChanges_.load(std::memory_order_acquire);
+    }
+    static void noteLinkChange() noexcept { linkChanges_.fetch_add(1, std::memory_order_acq_rel); }
+
+    /// Forgets what was bound to the node's object, and to all below it if there is anything. The
+    /// lock is held.
+    static void forgetBindings(const ZelStyleableNode& node) noexcept;
+
+    /// The binding of the node's object, from its memo or by walking up; what was found on the way
+    /// is remembered on the objects that have a state. Takes the lock.
+    static StyleBinding bindingOf(const ZelStyleableNode& node);
+
+    /// Calls `visit` for the object of each node at and below this one, parents first. The lock is
+    /// held.
+    template <class Visit>
+    static void forEachAtAndBelow(const ZelStyleableNode& root, Visit visit) {
+        const ZelStyleableNode* node = &root;
+        while (node) {
+            visit(node->object_);
+            node = nextInOrder(*node, root);
+        }
+    }
+
+private:
+    static const ZelStyleableNode* nextInOrder(const ZelStyleableNode& node,
+                                               const ZelStyleableNode& root) noexcept {
+        if (node.firstChild_) {
+            return node.firstChild_;
+        }
+        const ZelStyleableNode* each = &node;
+        while (each != &root && !each->nextSibling_) {
+            each = each->parent_;
+        }
+        return each == &root ? nullptr : each->nextSibling_;
+    }
+    static void rememberUpwards(const ZelStyleableNode& from, StyleBinding binding,
+                                std::uint64_t epoch) noexcept;
+
+    static constinit std::atomic<std::uint64_t> linkChanges_;
+};
+
+} // namespace v1
+} // namespace zel

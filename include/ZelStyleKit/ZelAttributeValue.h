@@ -32,18 +32,27 @@ class ZelAttributeValue {
 public:
     using Other = std::shared_ptr<const std::any>;
 
+    /// What a value can be made from besides a colour, a number and the null marker. Not an optional:
+    /// where nil may be written, `std::optional<ZelAttributeValue>` says so.
+    template <class T>
+    static constexpr bool IsContent =
+        !std::same_as<std::remove_cvref_t<T>, ZelAttributeValue> &&
+        !std::same_as<std::remove_cvref_t<T>, NSColor> &&
+        !std::same_as<std::remove_cvref_t<T>, NSNumber> &&
+        !std::same_as<std::remove_cvref_t<T>, NSNull> &&
+        !std::convertible_to<std::remove_cvref_t<T>, Other> &&
+        !std::same_as<std::remove_cvref_t<T>, std::nullopt_t> &&
+        !(std::convertible_to<std::nullopt_t, std::remove_cvref_t<T>> &&
+          !std::same_as<std::remove_cvref_t<T>, std::any>);
+
     ZelAttributeValue(NSNull) noexcept : value_(NSNull{}) {}
     ZelAttributeValue(const NSColor& color) noexcept : value_(color) {}
     ZelAttributeValue(NSNumber number) noexcept : value_(number) {}
-    /// Any other copyable value, a string or a host's own type.
+    /// Any other copyable value, a string or a host's own type. Plain numbers and booleans become
+    /// numbers, string literals strings.
     template <class T>
-        requires(!std::same_as<std::remove_cvref_t<T>, ZelAttributeValue> &&
-                 !std::same_as<std::remove_cvref_t<T>, NSColor> &&
-                 !std::same_as<std::remove_cvref_t<T>, NSNumber> &&
-                 !std::same_as<std::remove_cvref_t<T>, NSNull> &&
-                 !std::same_as<std::remove_cvref_t<T>, Other>)
-    explicit ZelAttributeValue(T&& value)
-        : value_(Other(std::make_shared<const std::any>(std::forward<T>(value)))) {}
+        requires IsContent<T>
+    explicit ZelAttributeValue(T&& value) : value_(contentOf(std::forward<T>(value))) {}
     /// Content that is shared already. Nil counts as the null marker.
     explicit ZelAttributeValue(Other other) noexcept {
         if (other) {
@@ -72,7 +81,27 @@ public:
     }
 
 private:
-    std::variant<NSNull, NSColor, NSNumber, Other> value_;
+    using Content = std::variant<NSNull, NSColor, NSNumber, Other>;
+
+    template <class T>
+    static Content contentOf(T&& value) {
+        using Plain = std::remove_cvref_t<T>;
+        if constexpr (std::same_as<Plain, bool>) {
+            return NSNumber::numberWithBool(value);
+        } else if constexpr (std::unsigned_integral<Plain>) {
+            return NSNumber::numberWithUnsignedLong(value);
+        } else if constexpr (std::signed_integral<Plain>) {
+            return NSNumber::numberWithLong(value);
+        } else if constexpr (std::floating_point<Plain>) {
+            return NSNumber::numberWithDouble(static_cast<double>(value));
+        } else if constexpr (std::convertible_to<T, const char*>) {
+            return std::make_shared<const std::any>(std::string(value));
+        } else {
+            return std::make_shared<const std::any>(std::forward<T>(value));
+        }
+    }
+
+    Content value_;
 };
 
 /// Attribute key to value, by key.

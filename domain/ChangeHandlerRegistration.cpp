@@ -50,15 +50,18 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
     if (!handler) {
         throw ZelInvalidArgument("a change handler must not be nil");
     }
-    const auto self = weak_from_this().lock(); // a handler may take the domain off the registry
+    // A handler may take the domain off the registry, and clear the caller's reference to the
+    // owner.
+    const auto self = weak_from_this().lock();
+    const std::shared_ptr<NSObject> owner = withOwner;
     const std::shared_ptr<ChangeHandlerTable> table = state_->changeHandlersByOwner;
     RecursiveGuard guard(table->lock);
-    auto* found = table->find(*withOwner);
-    auto& entry = found ? *found : table->insert(withOwner, {}, hasUnknownParents(*withOwner));
+    auto* found = table->find(*owner);
+    auto& entry = found ? *found : table->insert(owner, {}, hasUnknownParents(*owner));
     const auto& kept = entry.payload.append(std::move(handler), state_->handlerSerial++);
     const ChangeHandlersToCall added(entry, kept);
     const RegistrationCall call(table, entry, guard);
-    _applyStyle(_notifyStyleFor(withOwner), added, withOwner,
+    _applyStyle(_notifyStyleFor(owner), added, owner,
                 {.withEvent = ZelStyleChangeEventInitial, .force = true});
 }
 
@@ -78,14 +81,15 @@ void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& obje
     if (!object) {
         return;
     }
+    const std::shared_ptr<NSObject> kept = object; // its call may clear the caller's reference
     {
         ChangeHandlerObjects& table = *state_->changeHandlers;
         const RecursiveGuard guard(table.lock);
-        if (!table.find(*object)) {
-            table.insert(object, {}, hasUnknownParents(*object));
+        if (!table.find(*kept)) {
+            table.insert(kept, {}, hasUnknownParents(*kept));
         }
     }
-    _applyStyle(_notifyStyleFor(object), object,
+    _applyStyle(_notifyStyleFor(kept), kept,
                 {.withEvent = ZelStyleChangeEventInitial, .force = true});
 }
 

@@ -63,7 +63,10 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
 void ZelStyleDomain::notifyForStyleChangeOf(const std::shared_ptr<NSObject>& styleable,
                                             const ZelStyleDelivery& delivery) {
     const auto self = weak_from_this().lock(); // nil while the domain ends
-    notify(styleable, delivery, nullptr);
+    // Copies: handlers may clear what the caller passed.
+    const std::shared_ptr<NSObject> target = styleable;
+    const ZelStyleDelivery kept = delivery;
+    notify(target, kept, nullptr);
 }
 
 // Without a listener the gate isn't taken: a domain is made, and says so to nobody, under the lock

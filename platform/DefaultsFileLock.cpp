@@ -17,8 +17,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A waiter asks for the lock at least this often.
+/// A waiter asks for the lock at least this often, and never more often than that.
 constexpr std::chrono::microseconds kLongestPoll{2000};
+constexpr std::chrono::microseconds kShortestPoll{100};
+
+/// How long a waiter sleeps before it asks again. Deliberate: the longer it has waited, the less,
+/// although one would rather expect the opposite. Nobody queues for the lock; whoever asks first
+/// after its release has it, so that asking more often is what gets the oldest waiter its turn.
+std::chrono::microseconds pollAfter(Clock::duration waited) {
+    const auto halvings = waited / std::chrono::milliseconds{128};
+    return std::max(kLongestPoll / (1 << std::min<Clock::rep>(halvings, 10)), kShortestPoll);
+}
 
 /// When this process last let a lock go.
 std::atomic<Clock::rep>& lastRelease() {
@@ -57,15 +66,15 @@ bool isStillThere(const FileDescriptor& file, const std::string& path) {
 
 FileLock::FileLock(const std::string& path, Clock::time_point deadline) {
     giveOthersATurn();
-    std::chrono::microseconds wait{250};
+    const Clock::time_point start = Clock::now();
     for (FileDescriptor file = openLockFile(path); file; file = openLockFile(path)) {
         while (::flock(file.number(), LOCK_EX | LOCK_NB) != 0) {
             const bool waiting = errno == EWOULDBLOCK || errno == EINTR;
-            if (!waiting || Clock::now() >= deadline) {
+            const Clock::time_point now = Clock::now();
+            if (!waiting || now >= deadline) {
                 return;
             }
-            std::this_thread::sleep_for(wait);
-            wait = std::min(wait * 2, kLongestPoll);
+            std::this_thread::sleep_for(pollAfter(now - start));
         }
         if (isStillThere(file, path)) {
             file_ = std::move(file);

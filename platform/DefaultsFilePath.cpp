@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include <pwd.h>
@@ -77,8 +78,8 @@ std::uint64_t fingerprintOf(std::string_view text) {
     return hash;
 }
 
-} // namespace
-
+/// A name made fit for a single folder: distinct names stay distinct, nothing leads out of the
+/// parent folder, and the result is never empty nor longer than file systems allow.
 std::string folderNameFor(std::string_view name) {
     // File systems take 255 bytes; a longer name is cut and told apart by a fingerprint.
     constexpr std::size_t longest = 255;
@@ -101,6 +102,8 @@ std::string folderNameFor(std::string_view name) {
     // A percent sign of the name's own is escaped, so that a lone one can stand for no name.
     return result.empty() ? "%" : result;
 }
+
+} // namespace
 
 std::optional<std::string> defaultsFilePath() {
     auto path = configurationFolder();

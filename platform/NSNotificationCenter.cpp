@@ -17,8 +17,10 @@ struct Registration {
     std::weak_ptr<NSObject> object;
     bool anyObject = true;
 
+    /// Of one sender only, not even a notification without one is wanted once that sender has ended.
     [[nodiscard]] bool wants(const NSNotification& notification) const {
-        return name == notification.name && (anyObject || object.lock() == notification.object);
+        return name == notification.name &&
+               (anyObject || (notification.object && object.lock() == notification.object));
     }
 };
 

@@ -9,13 +9,18 @@ inline namespace v1 {
 NSView::NSView() = default;
 
 // A subview that others hold goes on as the root of its own tree; its weak superview reads nil.
-NSView::~NSView() = default;
+NSView::~NSView() {
+    endChildren(subviews_);
+}
 
 void NSView::addSubview(const std::shared_ptr<NSView>& view) {
     if (!view) {
         return;
     }
-    requireNotBelow(*view, shared_from_this(), [](const NSView& each) { return each.superview(); });
+    if (view.get() == this || !view->subviews_.empty()) { // nothing stands below any other view
+        requireNotBelow(*view, shared_from_this(),
+                        [](const NSView& each) { return each.superview(); });
+    }
     const std::shared_ptr<NSView> kept = view;
     kept->removeFromSuperview();
     subviews_.push_back(kept);

@@ -8,7 +8,9 @@ inline namespace v1 {
 
 NSViewController::NSViewController() = default;
 
-NSViewController::~NSViewController() = default;
+NSViewController::~NSViewController() {
+    endChildren(children_);
+}
 
 const std::shared_ptr<NSView>& NSViewController::view() {
     if (!view_) {
@@ -29,8 +31,10 @@ void NSViewController::addChildViewController(const std::shared_ptr<NSViewContro
     if (!child) {
         return;
     }
-    requireNotBelow(*child, shared_from_this(),
-                    [](const NSViewController& each) { return each.parentViewController(); });
+    if (child.get() == this || !child->children_.empty()) { // nothing stands below any other one
+        requireNotBelow(*child, shared_from_this(),
+                        [](const NSViewController& each) { return each.parentViewController(); });
+    }
     const std::shared_ptr<NSViewController> kept = child;
     kept->removeFromParentViewController();
     children_.push_back(kept);

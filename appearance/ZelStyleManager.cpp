@@ -33,7 +33,8 @@ bool standsBefore(const std::shared_ptr<ZelStyleManagerMode>& a,
                   const std::shared_ptr<ZelStyleManagerMode>& b) {
     const std::uint64_t rankA = a->rank();
     const std::uint64_t rankB = b->rank();
-    return rankA != rankB ? rankA < rankB : localizedCaseInsensitiveCompare(a->name(), b->name()) < 0;
+    return rankA != rankB ? rankA < rankB
+                          : localizedCaseInsensitiveCompare(a->name(), b->name()) < 0;
 }
 
 } // namespace
@@ -64,7 +65,9 @@ void ZelStyleManager::setup() {
     }
 }
 
-const ZelStyleManager::Modes& ZelStyleManager::modes() const noexcept { return state_->modes; }
+const ZelStyleManager::Modes& ZelStyleManager::modes() const noexcept {
+    return state_->modes;
+}
 
 void ZelStyleManager::addMode(const std::shared_ptr<ZelStyleManagerMode>& mode) {
     if (!mode) {
@@ -80,11 +83,8 @@ void ZelStyleManager::addMode(const std::shared_ptr<ZelStyleManagerMode>& mode) 
 }
 
 void ZelStyleManager::removeMode(const std::shared_ptr<ZelStyleManagerMode>& mode) {
-    if (!mode) {
-        return;
-    }
     const auto kept = mode; // the list may be the only one to hold it
-    {
+    if (kept) {
         const RecursiveGuard guard(state_->lock);
         if (kept->active()) {
             kept->setActive(false);
@@ -103,22 +103,23 @@ NSUserDefaultsValue ZelStyleManager::activeModeIdentifier() const {
 bool ZelStyleManager::setActiveModeIdentifier(std::optional<std::string_view> identifier) {
     const auto value =
         identifier ? std::optional<NSUserDefaultsValue>(std::string(*identifier)) : std::nullopt;
-    const bool durable =
-        NSUserDefaults::standardUserDefaults().setObject(value, activeModeKey);
+    const bool durable = NSUserDefaults::standardUserDefaults().setObject(value, activeModeKey);
     _updateActiveMode();
     return durable;
 }
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
     const RecursiveGuard guard(state_->lock);
-    const auto found = std::ranges::find_if(state_->modes, &ZelStyleManagerMode::active,
-                                            [](const auto& mode) -> auto& { return *mode; });
+    const auto found = std::ranges::find_if(
+        state_->modes, &ZelStyleManagerMode::active,
+        [](const auto& mode) -> auto& { return *mode; });
     return found == state_->modes.end() ? nullptr : *found;
 }
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
     const RecursiveGuard guard(state_->lock);
-    for (const auto& mode : state_->modes) {
+    for (std::size_t i = 0; i < state_->modes.size(); ++i) { // a host's store may change the list
+        const std::shared_ptr<ZelStyleManagerMode> mode = state_->modes[i];
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }

@@ -3,6 +3,7 @@
 
 #include "platform/ObjectState.h"
 #include "platform/StyleBinding.h"
+#include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleChangeEvent.h>
@@ -26,44 +27,47 @@ inline StyleBinding styleBindingOf(const NSObject& object, const ObjectState& st
     return bound ? *bound : styleBindingOf(object);
 }
 
-/// Whether a listener is called with a style: where the delivery forces it, or where the style is
-/// not the one delivered to it last.
-[[nodiscard]] inline bool isDeliveryDue(const std::shared_ptr<ZelStyle>& style,
-                                        const ObjectState& listener,
-                                        const ZelStyleDelivery& delivery) {
-    if (delivery.force) {
-        const auto& only = delivery.forStyleOnly;
-        if (!only || (style && (style == only || style->isChildOf(only)))) {
-            return true;
-        }
-    }
-    const std::uint64_t serial = style ? style->token().serial() : 0;
-    return listener.lastZelStyle.load(std::memory_order_relaxed) != serial;
+/// Whether a delivery forces a style: all of them, or its filter's and those that descend from it.
+[[nodiscard]] inline bool isForced(const std::shared_ptr<ZelStyle>& style,
+                                   const ZelStyleDelivery& delivery) {
+    const auto& only = delivery.forStyleOnly;
+    return delivery.force && (!only || (style && (style == only || style->isChildOf(only))));
 }
 
 /// The styles that one walk over listeners has found so far, by binding, so that listeners that are
-/// bound alike share one look-up. Each is held until another takes its place, between two calls.
+/// bound alike share one look-up. Each is held until another takes its place, which may end it.
 class BoundStyles {
 public:
-    explicit BoundStyles(ZelStyleDomain& domain) noexcept : domain_(domain) {}
+    BoundStyles(ZelStyleDomain& domain, const ZelStyleDelivery& delivery) noexcept
+        : domain_(domain), delivery_(delivery) {}
 
     /// The style of a binding, now; stays in place until the next call.
     const std::shared_ptr<ZelStyle>& styleFor(StyleBinding binding);
 
-    /// False where a listener is known not to be due, by what its state remembers.
-    [[nodiscard]] bool mayBeDue(const ObjectState& listener, const ZelStyleDelivery& delivery) {
+    /// False where a listener is known not to be due, by what its state and this remember. Changes
+    /// nothing and calls nothing.
+    [[nodiscard]] bool mayBeDue(const ObjectState& listener) const noexcept {
         const auto bound = listener.binding.load(BindingEpoch::now());
-        return !bound || isDeliveryDue(styleFor(*bound), listener, delivery);
+        if (!bound) {
+            return true;
+        }
+        const Found& found = found_[*bound % found_.size()];
+        return found.epoch != StyleLookupEpoch::now() || found.binding != *bound ||
+               found.isForced ||
+               listener.lastZelStyle.load(std::memory_order_relaxed) != found.serial;
     }
 
 private:
     struct Found {
         std::uint64_t epoch = 0; ///< of StyleLookupEpoch, which begins at 1
         StyleBinding binding = 0;
+        bool isForced = false; ///< whether the delivery forces the style
+        std::uint64_t serial = 0;
         std::shared_ptr<ZelStyle> style;
     };
 
     ZelStyleDomain& domain_;
+    const ZelStyleDelivery& delivery_;
     std::array<Found, 8> found_; // by the binding's last bits
 };
 

@@ -4,7 +4,6 @@
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
-#include <optional>
 #include <utility>
 
 namespace zel {
@@ -17,21 +16,21 @@ class RegistrationCall {
 public:
     RegistrationCall(std::shared_ptr<ChangeHandlerTable> table, ChangeHandlerTable::Entry& entry,
                      RecursiveGuard& guard)
-        : table_(std::move(table)), guard_(guard), call_(std::in_place, *table_, entry) {
+        : table_(std::move(table)), guard_(guard), call_(*table_, entry) {
         guard_.unlock();
     }
     RegistrationCall(const RegistrationCall&) = delete;
     RegistrationCall& operator=(const RegistrationCall&) = delete;
     ~RegistrationCall() {
         guard_.lock();
-        call_.reset();
+        const ChangeHandlers removed = call_.end();
         guard_.unlock();
-    }
+    } // what the handler held ends outside the lock
 
 private:
     std::shared_ptr<ChangeHandlerTable> table_;
     RecursiveGuard& guard_;
-    std::optional<ChangeHandlerTable::Call> call_;
+    ChangeHandlerTable::Call call_;
 };
 
 /// Whether a target's notification has to ask the owner for its parents.

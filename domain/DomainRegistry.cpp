@@ -15,11 +15,29 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
+constexpr std::string_view resetIdentifier = "_reset";
+
 /// The domains of the process; the only strong references to them that the library keeps.
 class DomainRegistry {
 public:
     std::shared_ptr<ZelStyleDomain> domain(std::string_view identifier) {
+        if (identifier == resetIdentifier) {
+            const DeliveryGate gate; // handlers may be called: before the lock, as everywhere
+            const RecursiveGuard guard(lock_);
+            removeAll();
+            return findOrMake(identifier);
+        }
         const RecursiveGuard guard(lock_);
+        return findOrMake(identifier);
+    }
+
+private:
+    struct Registered {
+        std::shared_ptr<ZelStyleDomain> domain;
+        std::uint64_t order; ///< of creation
+    };
+
+    std::shared_ptr<ZelStyleDomain> findOrMake(std::string_view identifier) {
         const auto found = domains_.find(identifier);
         if (found != domains_.end()) {
             return found->second.domain;
@@ -33,8 +51,6 @@ public:
     /// Removes the domains that there are now, oldest first. One that nobody else holds ends during
     /// its removal and may call handlers; what they make meanwhile stays.
     void removeAll() {
-        const DeliveryGate gate; // handlers may be called: before the lock, as everywhere
-        const RecursiveGuard guard(lock_);
         const std::uint64_t end = next_;
         while (!domains_.empty()) {
             const auto oldest = std::ranges::min_element(
@@ -46,12 +62,6 @@ public:
         }
     }
 
-private:
-    struct Registered {
-        std::shared_ptr<ZelStyleDomain> domain;
-        std::uint64_t order; ///< of creation
-    };
-
     RecursiveLock lock_; // the class's lock: outside every lock of a domain
     std::map<std::string, Registered, std::less<>> domains_;
     std::uint64_t next_ = 0;
@@ -62,11 +72,17 @@ DomainRegistry& registry() {
     return *made;
 }
 
-constexpr std::string_view resetIdentifier = "_reset";
-
 /// A main style of the default domain, filled for a scheme and added to it.
 std::shared_ptr<ZelStyle> mainStyleFor(const std::shared_ptr<ZelStyleScheme>& scheme) {
     return alloc<ZelStyle>()->initWithIdentifier(ZelStyleIdentifierMain, scheme);
+}
+
+/// The light one stands in two schemes, the light and the default one.
+void addMainStyles(ZelStyleDomain& domain) {
+    const auto light = mainStyleFor(domain.lightScheme());
+    domain.defaultScheme()->addStyle(light);
+    domain.lightScheme()->addStyle(light);
+    domain.darkScheme()->addStyle(mainStyleFor(domain.darkScheme()));
 }
 
 } // namespace
@@ -78,11 +94,7 @@ std::shared_ptr<ZelStyleDomain> ZelStyleDomain::defaultDomain() {
 // Deliberate: "_reset" empties the registry and is then an identifier like any other.
 std::shared_ptr<ZelStyleDomain>
 ZelStyleDomain::domainForIdentifier(std::optional<std::string_view> identifier) {
-    const std::string_view wanted = identifier.value_or(ZelStyleDomainIdentifierDefault);
-    if (wanted == resetIdentifier) {
-        registry().removeAll();
-    }
-    return registry().domain(wanted);
+    return registry().domain(identifier.value_or(ZelStyleDomainIdentifierDefault));
 }
 
 std::shared_ptr<ZelStyleDomain>
@@ -98,10 +110,12 @@ void ZelStyleDomain::setupStyles() {
         return;
     }
     const auto domain = defaultDomain();
-    const auto light = mainStyleFor(domain->lightScheme());
-    domain->defaultScheme()->addStyle(light);
-    domain->lightScheme()->addStyle(light);
-    domain->darkScheme()->addStyle(mainStyleFor(domain->darkScheme()));
+    try {
+        addMainStyles(*domain);
+    } catch (...) { // a provider's: the next call makes the styles
+        done = false;
+        throw;
+    }
     domain->setSchemeFollowsSystem(true);
 }
 

@@ -26,32 +26,48 @@ public:
 
     ListenerWalk(const std::shared_ptr<Table>& table, const std::shared_ptr<NSObject>& target)
         : walk_(table), table_(*table), target_(target), scratchBegin_(table->scratch.size()),
-          end_(table->endOrder()), askAll_(!target) {
-        if (target_) {
+          end_(table->endOrder()) {
+        try {
             collect();
+        } catch (...) { // no memory
+            table_.scratch.resize(scratchBegin_);
+            throw;
         }
     }
     ListenerWalk(const ListenerWalk&) = delete;
     ListenerWalk& operator=(const ListenerWalk&) = delete;
     ~ListenerWalk() { table_.scratch.resize(scratchBegin_); }
 
-    /// The next listener that `wants` accepts by its entry alone; `wants` must accept whatever it
-    /// can't judge without the owner.
+    /// The next listener. Among all of them, the next that `wants` accepts by its entry alone;
+    /// `wants` must accept whatever it can't judge without the owner.
     template <class Wants>
     Entry* next(Wants wants) {
         if (!target_) {
             return walk_.next(wants);
         }
-        if (!askAll_ && ZelStyleableTree::linkChanges() != linkChanges_) {
-            walk_.skipTo(nextOrder_);
-            askAll_ = true;
+        for (;;) {
+            walk_.release(); // may end the owner, and move whatever its end moves
+            if (!askAll_ && ZelStyleableTree::linkChanges() != linkChanges_) {
+                walk_.skipTo(nextOrder_);
+                askAll_ = true;
+            }
+            bool isFound = false;
+            Entry* entry = askAll_ ? walk_.next() : nextCandidate(isFound);
+            if (!entry) {
+                return nullptr;
+            }
+            if ((askAll_ || walk_.visit(*entry)) && (isFound || isConcerned()) && entry->isLive()) {
+                return entry;
+            }
         }
-        return askAll_ ? nextByAsking() : nextFound();
     }
     [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return walk_.owner(); }
 
 private:
     void collect() {
+        if (!target_) {
+            return;
+        }
         const ZelStyleable* styleable = target_->asZelStyleable();
         const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
         const std::scoped_lock treeGuard(ZelStyleableTree::lock());
@@ -75,31 +91,19 @@ private:
         found_ = scratchBegin_;
     }
 
-    Entry* nextByAsking() {
-        while (Entry* entry = walk_.next()) {
-            if (isConcerned()) {
-                return entry;
-            }
+    /// The next of those found by walking down and those that have to be asked, by order.
+    Entry* nextCandidate(bool& isFound) {
+        const auto& marked = table_.marked();
+        Entry* found = found_ < scratchEnd_ ? table_.scratch[found_] : nullptr;
+        Entry* asked = marked_ < marked.size() ? marked[marked_] : nullptr;
+        isFound = found && (!asked || found->order < asked->order);
+        Entry* entry = isFound ? found : asked;
+        if (!entry || entry->order >= end_) {
+            return nullptr;
         }
-        return nullptr;
-    }
-
-    Entry* nextFound() {
-        for (;;) {
-            const auto& marked = table_.marked();
-            Entry* found = found_ < scratchEnd_ ? table_.scratch[found_] : nullptr;
-            Entry* asked = marked_ < marked.size() ? marked[marked_] : nullptr;
-            const bool takesFound = found && (!asked || found->order < asked->order);
-            Entry* entry = takesFound ? found : asked;
-            if (!entry || entry->order >= end_) {
-                return nullptr;
-            }
-            ++(takesFound ? found_ : marked_);
-            nextOrder_ = entry->order + 1;
-            if (walk_.visit(*entry) && (takesFound || isConcerned())) {
-                return entry;
-            }
-        }
+        ++(isFound ? found_ : marked_);
+        nextOrder_ = entry->order + 1;
+        return entry;
     }
 
     [[nodiscard]] bool isConcerned() const {
@@ -116,7 +120,7 @@ private:
     std::uint32_t end_;
     std::uint32_t nextOrder_ = 0;
     std::uint64_t linkChanges_ = 0;
-    bool askAll_;
+    bool askAll_ = false;
 };
 
 } // namespace v1

@@ -14,8 +14,16 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
+/// Whether a listener is called with a style: where the delivery forces it, or where the style is
+/// not the one delivered to it last.
+bool isDue(const std::shared_ptr<ZelStyle>& style, const ObjectState& listener,
+           const ZelStyleDelivery& delivery) {
+    return isForced(style, delivery) ||
+           listener.lastZelStyle.load(std::memory_order_relaxed) != ZelStyleToken(style).serial();
+}
+
 void remember(const std::shared_ptr<ZelStyle>& style, ObjectState& listener) {
-    listener.lastZelStyle.store(style ? style->token().serial() : 0, std::memory_order_relaxed);
+    listener.lastZelStyle.store(ZelStyleToken(style).serial(), std::memory_order_relaxed);
 }
 
 } // namespace
@@ -43,7 +51,7 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
                                  const ZelStyleDelivery& delivery) {
     ObjectState& state = onChangeHandlers.ownerState();
     onChangeHandlers.forEach([&](const ZelStyleChangeHandler& handler) {
-        if (isDeliveryDue(style, state, delivery)) {
+        if (isDue(style, state, delivery)) {
             handler(withOwner, style, delivery.withEvent);
             remember(style, state);
         }
@@ -54,7 +62,7 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
                                  const std::shared_ptr<NSObject>& onChangeHandler,
                                  const ZelStyleDelivery& delivery) {
     ObjectState& state = ObjectState::of(*onChangeHandler);
-    if (isDeliveryDue(style, state, delivery)) {
+    if (isDue(style, state, delivery)) {
         onChangeHandler->styleChangedWithEvent(style, delivery.withEvent);
         remember(style, state);
     }
@@ -98,28 +106,29 @@ void ZelStyleDomain::notifyOwners(const std::shared_ptr<NSObject>& styleable,
                                   const ZelStyleDelivery& delivery) {
     ListenerWalk<ChangeHandlers> walk(state_->changeHandlersByOwner, styleable);
     const std::uint64_t bound = state_->handlerSerial;
-    BoundStyles styles(*this);
-    const auto mayBeDue = [&](const auto& entry) {
-        return styles.mayBeDue(*entry.state, delivery);
-    };
+    BoundStyles styles(*this, delivery);
+    const auto mayBeDue = [&](const auto& entry) { return styles.mayBeDue(*entry.state); };
     while (auto* entry = walk.next(mayBeDue)) {
         const std::shared_ptr<NSObject>& owner = walk.owner();
-        const ChangeHandlerTable::Call call(*state_->changeHandlersByOwner, *entry);
-        _applyStyle(styles.styleFor(styleBindingOf(*owner, *entry->state)),
-                    ChangeHandlersToCall(*entry, bound), owner, delivery);
+        const auto& style = styles.styleFor(styleBindingOf(*owner, *entry->state));
+        if (entry->isLive()) { // finding the style may have asked the host, and ended another one
+            const ChangeHandlerTable::Call call(*state_->changeHandlersByOwner, *entry);
+            _applyStyle(style, ChangeHandlersToCall(*entry, bound), owner, delivery);
+        }
     }
 }
 
 void ZelStyleDomain::notifyObjects(const std::shared_ptr<NSObject>& styleable,
                                    const ZelStyleDelivery& delivery) {
     ListenerWalk<NoPayload> walk(state_->changeHandlers, styleable);
-    BoundStyles styles(*this);
-    const auto mayBeDue = [&](const auto& entry) {
-        return styles.mayBeDue(*entry.state, delivery);
-    };
+    BoundStyles styles(*this, delivery);
+    const auto mayBeDue = [&](const auto& entry) { return styles.mayBeDue(*entry.state); };
     while (const auto* entry = walk.next(mayBeDue)) {
         const std::shared_ptr<NSObject>& object = walk.owner();
-        _applyStyle(styles.styleFor(styleBindingOf(*object, *entry->state)), object, delivery);
+        const auto& style = styles.styleFor(styleBindingOf(*object, *entry->state));
+        if (entry->isLive()) {
+            _applyStyle(style, object, delivery);
+        }
     }
 }
 

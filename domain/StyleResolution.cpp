@@ -59,9 +59,12 @@ const std::shared_ptr<ZelStyle>& BoundStyles::styleFor(StyleBinding binding) {
     Found& found = found_[binding % found_.size()];
     const std::uint64_t epoch = StyleLookupEpoch::now();
     if (found.epoch != epoch || found.binding != binding) [[unlikely]] {
-        found.style = domain_._styleForBinding(binding);
+        auto style = domain_._styleForBinding(binding);
+        found.isForced = isForced(style, delivery_);
+        found.serial = ZelStyleToken(style).serial();
         found.epoch = epoch;
         found.binding = binding;
+        found.style.swap(style); // the former one may end now
     }
     return found.style;
 }

@@ -15,8 +15,12 @@ std::string_view ZelStyleIdentifierMain = "main";
 
 ZelStyleDomain::ZelStyleDomain() : state_(std::make_unique<State>()) {}
 
+// An exception of a handler that is called now has nowhere to go.
 ZelStyleDomain::~ZelStyleDomain() {
-    setSchemeFollowsSystem(false);
+    try {
+        setSchemeFollowsSystem(false);
+    } catch (...) { // NOLINT(bugprone-empty-catch)
+    }
 }
 
 std::shared_ptr<NSObject> ZelStyleDomain::init() {
@@ -125,8 +129,10 @@ void ZelStyleDomain::setSchemeFollowsSystem(bool follows) {
 
 // Deliberate: a domain that doesn't follow goes to its light scheme, not to its default one.
 void ZelStyleDomain::_updateFromSystemAppearance(const NSNotification* /*notification*/) {
-    const bool dark = schemeFollowsSystem() && systemAppearanceIsDark();
-    const auto target = dark ? darkScheme() : lightScheme();
+    auto target = lightScheme();
+    if (schemeFollowsSystem() && systemAppearanceIsDark()) {
+        target = darkScheme();
+    }
     if (target != currentScheme()) {
         setCurrentScheme(target);
     }

@@ -72,12 +72,11 @@ bool write(const std::optional<NSUserDefaultsValue>& value, std::string_view key
 } // namespace
 
 const DefaultsFile::Reading* DefaultsFile::current() {
-    auto path = defaultsFilePath();
+    const auto path = defaultsFilePath();
     if (!path) {
         return nullptr;
     }
-    if (reading_ && reading_->settled && reading_->path == *path &&
-        versionOf(*path) == reading_->version) {
+    if (reading_ && reading_->settled && versionOf(*path) == reading_->version) {
         return &*reading_;
     }
     reading_.reset();
@@ -85,8 +84,8 @@ const DefaultsFile::Reading* DefaultsFile::current() {
     if (contents.state != FileState::Readable) {
         return nullptr;
     }
-    reading_.emplace(Reading{std::move(*path), versionOf(contents.status),
-                             hasSettled(contents.status), parseDefaultsFile(contents.text)});
+    reading_.emplace(Reading{versionOf(contents.status), hasSettled(contents.status),
+                             parseDefaultsFile(contents.text)});
     return &*reading_;
 }
 

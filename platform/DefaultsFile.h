@@ -8,7 +8,6 @@
 
 #include <mutex>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace zel {
@@ -29,7 +28,6 @@ public:
 
 private:
     struct Reading {
-        std::string path;
         FileVersion version;
         /// Whether the file had been left alone for long enough that a later write can't bear the
         /// same time stamp.

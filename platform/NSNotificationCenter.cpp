@@ -17,7 +17,8 @@ struct Registration {
     std::weak_ptr<NSObject> object;
     bool anyObject = true;
 
-    /// Of one sender only, not even a notification without one is wanted once that sender has ended.
+    /// Of one sender only, not even a notification without one is wanted once that sender has
+    /// ended.
     [[nodiscard]] bool wants(const NSNotification& notification) const {
         return name == notification.name &&
                (anyObject || (notification.object && object.lock() == notification.object));
@@ -97,13 +98,16 @@ void NSNotificationCenter::postNotificationName(std::string_view name,
                                                 const std::shared_ptr<NSObject>& object) {
     const NSNotification notification{std::string(name), object};
     std::vector<Call> calls;
+    std::vector<std::shared_ptr<NSObject>> observers; // held, so that none ends in the walk's lock
     for (RegistrationTable::Walk walk(registrations_->table); auto* entry = walk.next();) {
+        observers.push_back(walk.owner());
         for (const Registration& each : entry->payload) {
             if (each.wants(notification)) {
                 calls.push_back({walk.owner(), each.callback});
             }
         }
     }
+    observers.clear();
     for (const Call& call : calls) {
         const auto observer = call.observer.lock();
         if (observer && registrations_->holds(*observer, call)) {

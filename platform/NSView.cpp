@@ -10,7 +10,8 @@ NSView::NSView() = default;
 
 // A subview that others hold goes on as the root of its own tree; its weak superview reads nil.
 NSView::~NSView() {
-    endChildren(subviews_);
+    node_.leave();
+    endChildren(*this, subviews_);
 }
 
 void NSView::addSubview(const std::shared_ptr<NSView>& view) {

@@ -9,7 +9,8 @@ inline namespace v1 {
 NSViewController::NSViewController() = default;
 
 NSViewController::~NSViewController() {
-    endChildren(children_);
+    node_.leave();
+    endChildren(*this, children_);
 }
 
 const std::shared_ptr<NSView>& NSViewController::view() {

@@ -70,6 +70,10 @@ void ZelStyleableTree::rememberUpwards(const ZelStyleableNode& from, StyleBindin
 }
 
 ZelStyleableNode::~ZelStyleableNode() {
+    leave();
+}
+
+void ZelStyleableNode::leave() noexcept {
     const std::scoped_lock guard(ZelStyleableTree::lock());
     if (firstChild_) {
         BindingEpoch::advance();

@@ -16,7 +16,8 @@ inline namespace v1 {
 
 /// The trees whose links the library knows.
 struct ZelStyleableTree {
-    /// Guards every node's links. Innermost but for ObjectState::linkLock().
+    /// Guards every node's links. Inside it are only ObjectState::linkLock() and the lock of the
+    /// pool of bindings.
     static std::mutex& lock() noexcept;
 
     /// Moves with every change of a link.

@@ -35,34 +35,39 @@ void eraseLink(std::vector<std::shared_ptr<Node>>& children, const Node& node) {
     }
 }
 
-/// Lets an ending node's children go, however deep the tree below it is: the outermost destructor
-/// on the thread ends them in a loop, and those that run meanwhile only hand over their own. The
-/// order is that of nested destructors: a node, then what is below it, then its next sibling.
-/// Without memory for the list the children end nested.
+/// Lets an ending node's children go, however deep the tree below it is: the outermost node's end
+/// ends them in a loop, and a node that this loop ends only hands over its own. The order is that
+/// of nested destructors: a node, then what is below it, then its next sibling. Without memory for
+/// the list the children end nested.
 template <class Node>
-void endChildren(std::vector<std::shared_ptr<Node>>& children) noexcept {
+void endChildren(const Node& node, std::vector<std::shared_ptr<Node>>& children) noexcept {
     using Nodes = std::vector<std::shared_ptr<Node>>;
-    thread_local Nodes* ending = nullptr; // the next node last
+    struct Loop {
+        Nodes nodes;                  ///< still to end, the next one last
+        const Node* ending = nullptr; ///< the one that the loop lets go of now
+    };
+    thread_local Loop* running = nullptr;
     if (children.empty()) {
         return;
     }
-    if (ending) {
+    if (running && running->ending == &node) {
         try {
-            ending->insert(ending->end(), std::make_move_iterator(children.rbegin()),
-                           std::make_move_iterator(children.rend()));
+            running->nodes.insert(running->nodes.end(), std::make_move_iterator(children.rbegin()),
+                                  std::make_move_iterator(children.rend()));
         } catch (const std::bad_alloc&) {
         }
         return;
     }
-    Nodes nodes;
-    nodes.swap(children);
-    std::ranges::reverse(nodes);
-    ending = &nodes;
-    while (!nodes.empty()) {
-        const std::shared_ptr<Node> node = std::move(nodes.back());
-        nodes.pop_back();
+    Loop loop;
+    loop.nodes.swap(children);
+    std::ranges::reverse(loop.nodes);
+    Loop* const outer = std::exchange(running, &loop);
+    while (!loop.nodes.empty()) {
+        const std::shared_ptr<Node> next = std::move(loop.nodes.back());
+        loop.nodes.pop_back();
+        loop.ending = next.get();
     }
-    ending = nullptr;
+    running = outer;
 }
 
 } // namespace v1

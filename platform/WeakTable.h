@@ -63,8 +63,8 @@ private:
 /// all, when its owner ends. Walks survive any change: what is removed isn't visited any more, what
 /// is added isn't visited yet. Always made by `std::make_shared`.
 /// Owns: the payloads. Refers to: the owners.
-/// Threads: every operation but `Walk`'s wants `lock` held; a removed payload is handed out so that
-/// it ends after the lock is released.
+/// Threads: every operation but `Walk`'s wants `lock` held;a removed payload is handed out, so that
+/// it can end after the lock is released.
 template <class Payload>
 class WeakTable : public WeakTableBase {
 public:
@@ -151,6 +151,8 @@ public:
 
     /// Keeps an entry's payload in place for the time of a call into it, even where the call
     /// removes the entry. Made and ended with the lock held; the call itself may run without it.
+    /// Where the entry was removed, `end` hands the payload out; the destructor ends it with the
+    /// lock held.
     class Call {
     public:
         Call(WeakTable& table, Entry& entry) noexcept
@@ -163,13 +165,19 @@ public:
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
         ~Call() {
+            if (!ended_) {
+                const Payload removed = end();
+            }
+        }
+
+        [[nodiscard]] Payload end() {
+            ended_ = true;
             (previous_ ? previous_->next_ : table_.calls_) = next_;
             if (next_) {
                 next_->previous_ = previous_;
             }
-            if (!entry_.isLive() && !table_.isCalled(entry_)) {
-                const Payload ending = std::exchange(entry_.payload, Payload());
-            }
+            const bool isLast = !entry_.isLive() && !table_.isCalled(entry_);
+            return isLast ? std::exchange(entry_.payload, Payload()) : Payload();
         }
 
     private:
@@ -178,6 +186,7 @@ public:
         Entry& entry_;
         Call* next_;
         Call* previous_ = nullptr;
+        bool ended_ = false;
     };
 
     /// A walk over the entries there are now whose owners live, in order. Holds the lock. Nothing
@@ -226,6 +235,8 @@ public:
         }
         [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return owner_; }
 
+        /// Lets the present entry's owner go, which may end it.
+        void release() noexcept { owner_.reset(); }
         /// Makes an entry that was come by otherwise the present one, if it and its owner live.
         bool visit(const Entry& entry) {
             owner_.reset();
@@ -234,7 +245,8 @@ public:
         /// Goes on behind the entries of lower order than that.
         void skipTo(std::uint32_t order) {
             const auto& chunks = table_->chunks_;
-            while (chunk_ + 1 < endChunk_ && chunks[chunk_ + 1].front().order <= order) {
+            while (chunk_ + 1 < endChunk_ && !chunks[chunk_ + 1].empty() &&
+                   chunks[chunk_ + 1].front().order <= order) {
                 ++chunk_;
                 index_ = 0;
             }
@@ -308,9 +320,9 @@ private:
                 nextMarked += isMarked ? 1 : 0;
                 if (entry.isLive()) {
                     Entry& moved = together.emplace_back();
-                    relink(entry, moved);
-                    moved.table = entry.table;
+                    moved.table = entry.table; // before the owner's links lead here
                     moved.order = nextOrder_++;
+                    relink(entry, moved);
                     moved.owner = std::move(entry.owner);
                     moved.payload = std::move(entry.payload);
                     if (isMarked) {

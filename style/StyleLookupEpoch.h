@@ -7,8 +7,9 @@
 namespace zel {
 inline namespace v1 {
 
-/// Moves whenever a style may be found where another one, or none, was found before: a scheme's
-/// table changed, or another scheme became current.
+/// Moves whenever a style may be found where another one, or none, was found before, or may have
+/// other ancestors: a scheme's table changed, another scheme became current, a style got another
+/// parent or ended.
 class StyleLookupEpoch {
 public:
     [[nodiscard]] static std::uint64_t now() noexcept {

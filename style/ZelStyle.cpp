@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyle.h>
 
+#include "style/StyleLookupEpoch.h"
 #include "style/StyleState.h"
 #include "style/ZelStyleInternals.h"
 
@@ -22,7 +23,10 @@ ZelStyleToken::ZelStyleToken(const std::shared_ptr<ZelStyle>& style) noexcept
 
 ZelStyle::ZelStyle() : serial_(nextSerial()), state_(std::make_unique<StyleState>()) {}
 
-ZelStyle::~ZelStyle() { delete merged_.load(std::memory_order_acquire); }
+ZelStyle::~ZelStyle() {
+    StyleLookupEpoch::advance(); // its children have no parent now
+    delete merged_.load(std::memory_order_acquire);
+}
 
 std::shared_ptr<ZelStyle> ZelStyle::self() const {
     return std::static_pointer_cast<ZelStyle>(
@@ -51,25 +55,34 @@ ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
     return initWithIdentifier(identifier, scheme, nullptr);
 }
 
-std::shared_ptr<ZelStyleDomain> ZelStyle::domain() const { return state_->domain.load(); }
+std::shared_ptr<ZelStyleDomain> ZelStyle::domain() const {
+    return state_->domain.load();
+}
 
 void ZelStyle::setDomain(const std::shared_ptr<ZelStyleDomain>& domain) {
     state_->domain.store(domain);
 }
 
-std::shared_ptr<ZelStyleScheme> ZelStyle::scheme() const { return state_->scheme.load(); }
+std::shared_ptr<ZelStyleScheme> ZelStyle::scheme() const {
+    return state_->scheme.load();
+}
 
 void ZelStyle::setScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
     state_->scheme.store(scheme);
 }
 
-std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const { return state_->parentStyle.load(); }
+std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const {
+    return state_->parentStyle.load();
+}
 
 void ZelStyle::setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle) {
     state_->parentStyle.store(parentStyle);
+    StyleLookupEpoch::advance(); // another family
 }
 
-std::optional<std::string> ZelStyle::identifier() const { return state_->identifier.copy(); }
+std::optional<std::string> ZelStyle::identifier() const {
+    return state_->identifier.copy();
+}
 
 void ZelStyle::setIdentifier(std::optional<std::string_view> identifier) {
     state_->identifier.store(identifier);

@@ -30,9 +30,10 @@ void setIdentifier(NSObject& object, AttachedIdentifier attached,
             const std::scoped_lock guard(ZelStyleableTree::lock());
             ZelStyleableTree::forgetBindings(*node);
         }
-        ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
-            ->notifyForStyleChangeOf(object.shared_from_this(),
-                                     {.withEvent = ZelStyleChangeEventChanged});
+        if (const auto target = object.weak_from_this().lock()) { // else it is ending: nobody below
+            ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
+                ->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});
+        }
     }
 }
 
@@ -67,23 +68,22 @@ void NSObject::setCustomZelStyleSchemeIdentifier(std::optional<std::string_view>
 }
 
 bool NSObject::registerStyleableChangeHandler(ZelStyleChangeHandler handler) {
-    const auto self = shared_from_this();
-    const auto domain = ZelStyleDomain::domainForStyleable(self);
-    if (!domain) {
-        return false;
+    const auto domain = ZelStyleDomain::domainForStyleable(shared_from_this());
+    if (domain) {
+        domain->registerChangeHandler(std::move(handler), shared_from_this());
     }
-    domain->registerChangeHandler(std::move(handler), self);
-    return true;
+    return domain != nullptr;
 }
 
+// An object that unregisters in its destructor has nothing left to unregister: its handlers go with
+// it.
 bool NSObject::unregisterStyleableChangeHandlers() {
-    const auto self = shared_from_this();
-    const auto domain = ZelStyleDomain::domainForStyleable(self);
-    if (!domain) {
-        return false;
+    if (const auto self = weak_from_this().lock()) {
+        if (const auto domain = ZelStyleDomain::domainForStyleable(self)) {
+            domain->unregisterChangeHandlersWithOwner(self);
+        }
     }
-    domain->unregisterChangeHandlersWithOwner(self);
-    return true;
+    return asZelStyleable() != nullptr;
 }
 
 } // namespace v1

@@ -31,7 +31,7 @@ public:
     /// `subviews`, in the order in which they were added.
     [[nodiscard]] const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
 
-    [[nodiscard]] const ZelStyleable* asZelStyleable() const noexcept override { return this; }
+    [[nodiscard]] const ZelStyleable* asZelStyleable() const noexcept final { return this; }
     [[nodiscard]] const ZelStyleableNode* zelStyleableNode() const noexcept final { return &node_; }
     [[nodiscard]] std::optional<std::string> domainIdentifierOfZelStyleable() const override;
     /// The superview; always, since a change below it is found by walking down.

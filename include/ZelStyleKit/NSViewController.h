@@ -42,7 +42,7 @@ public:
         return children_;
     }
 
-    [[nodiscard]] const ZelStyleable* asZelStyleable() const noexcept override { return this; }
+    [[nodiscard]] const ZelStyleable* asZelStyleable() const noexcept final { return this; }
     [[nodiscard]] const ZelStyleableNode* zelStyleableNode() const noexcept final { return &node_; }
     [[nodiscard]] std::optional<std::string> domainIdentifierOfZelStyleable() const override;
     /// The parent controller; always, since a change below it is found by walking down.

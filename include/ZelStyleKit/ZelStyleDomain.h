@@ -34,8 +34,8 @@ extern ZEL_EXPORT std::string_view ZelStyleIdentifierMain;
 class ZEL_EXPORT ZelStyleDomain : public NSObject {
 public:
     ZelStyleDomain();
-    /// Stops following, which may make the light scheme current and call handlers. Weak references
-    /// to the domain read nil by then.
+    /// Stops following, which may make the light scheme current and call handlers; an exception of
+    /// theirs ends there. Weak references to the domain read nil by then.
     ~ZelStyleDomain() override;
 
     /// `defaultDomain`
@@ -108,9 +108,9 @@ public:
 
     /// `notifyForStyleChangeOf:withEvent:force:forStyleOnly:`. Resolves the style of every listener
     /// (nil) or of those at and below the styleable, and calls those to whom it is new or whom the
-    /// delivery forces. A listener removed meanwhile is not called any more; one added meanwhile is
-    /// called by its registration alone. Deliberate: an unforced change reaches only an owner's
-    /// first handler.
+    /// delivery forces: first the owners of handlers, then the handler objects. A listener removed
+    /// meanwhile is not called any more; one added while its kind is being served is called by its
+    /// registration alone. Deliberate: an unforced change reaches only an owner's first handler.
     void notifyForStyleChangeOf(const std::shared_ptr<NSObject>& styleable,
                                 const ZelStyleDelivery& delivery);
 

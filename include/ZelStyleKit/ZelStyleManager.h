@@ -30,23 +30,23 @@ public:
 
     /// `sharedStyleManager`: the process's manager, made on the first call and kept for good.
     static const std::shared_ptr<ZelStyleManager>& sharedStyleManager();
-    /// `setup`. Sets up the default domain's styles and adds the three standard modes, each of which
-    /// applies the mode chosen at that moment. Deliberate: a second call adds them again.
+    /// `setup`. Sets up the default domain's styles and adds the three standard modes, each of
+    /// which applies the mode chosen at that moment. Deliberate: a second call adds them again.
     static void setup();
 
-    /// `modes`: the list itself, read without the lock; hold on to a copy where other threads change
-    /// it.
+    /// `modes`: the list itself, read without the lock; hold on to a copy where other threads
+    /// change it.
     [[nodiscard]] const Modes& modes() const noexcept;
-    /// `addMode:` and `removeMode:` (every occurrence); both apply the chosen mode again. Nil:
-    /// nothing.
+    /// `addMode:` and `removeMode:` (every occurrence); both apply the chosen mode again. Adding
+    /// nil does nothing.
     void addMode(const std::shared_ptr<ZelStyleManagerMode>& mode);
     void removeMode(const std::shared_ptr<ZelStyleManagerMode>& mode);
 
     /// `activeModeIdentifier`. What the user defaults hold, read afresh and whatever its type;
     /// "follow-system" where they hold nothing.
     [[nodiscard]] NSUserDefaultsValue activeModeIdentifier() const;
-    /// `setActiveModeIdentifier:`. Stores it (none removes the entry), then applies the chosen mode,
-    /// also where it was chosen before. True when the user defaults took it durably.
+    /// `setActiveModeIdentifier:`. Stores it (none removes the entry), then applies the chosen
+    /// mode, also where it was chosen before. True when the user defaults took it durably.
     bool setActiveModeIdentifier(std::optional<std::string_view> identifier);
 
     /// `activeMode`. Deliberate: always none, since no mode stores being active.

@@ -18,7 +18,8 @@ class ZelStyleableNode;
 /// and overrides `NSObject::asZelStyleable` with `return this;`. Declaring is what counts; an
 /// object is never probed for the operations.
 /// Refers to: its parent (the answer is held only while it is used).
-/// Threads: asked on whichever thread notifies or resolves, with a domain's handler table locked.
+/// Threads: asked on whichever thread notifies or resolves, by a notification with the domain's
+/// handler table locked.
 /// Failure: none; nil is accepted everywhere.
 class ZEL_EXPORT ZelStyleable {
 public:
@@ -36,8 +37,8 @@ public:
     [[nodiscard]] virtual std::optional<std::vector<std::shared_ptr<NSObject>>>
     associatedZelStyleables() const;
 
-    /// The object's place in a tree whose links the library knows; nothing unless overridden: its
-    /// parents are then asked for.
+    /// The object's place in a tree whose links the library knows, always the same; nothing unless
+    /// overridden: its parents are then asked for.
     [[nodiscard]] virtual const ZelStyleableNode* zelStyleableNode() const noexcept;
 
 protected:

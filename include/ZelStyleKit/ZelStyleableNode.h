@@ -26,6 +26,10 @@ public:
     ZelStyleableNode(const ZelStyleableNode&) = delete;
     ZelStyleableNode& operator=(const ZelStyleableNode&) = delete;
 
+    /// Leaves the tree before its end, and lets those below go; for an object's destructor that
+    /// runs others' code.
+    void leave() noexcept;
+
     /// Puts the node, with all that is below it, below another one, or nowhere. Notifies nobody.
     void setParent(ZelStyleableNode* parent) noexcept;
 

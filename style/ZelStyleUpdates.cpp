@@ -39,7 +39,8 @@ struct RunningUpdate {
 };
 
 /// Runs an inherited style's changes: with the parent that it has now, which may be nil.
-void computeChild(const ZelStyle::InheritedChanges& changes, const std::shared_ptr<ZelStyle>& child) {
+void computeChild(const ZelStyle::InheritedChanges& changes,
+                  const std::shared_ptr<ZelStyle>& child) {
     changes(child->parentStyle(), child);
 }
 
@@ -144,13 +145,15 @@ std::shared_ptr<ZelStyle>
 ZelStyle::inheritedStyleWithChanges(InheritedChanges changes,
                                     std::optional<std::string_view> identifier,
                                     const std::shared_ptr<ZelStyleScheme>& scheme) {
-    if (scheme) {
-        if (auto present = scheme->styleForIdentifier(identifier)) {
+    const std::shared_ptr<ZelStyleScheme> addedTo = scheme; // the changes may let go of both
+    const auto parent = self();
+    if (addedTo) {
+        if (auto present = addedTo->styleForIdentifier(identifier)) {
             return present;
         }
     }
     auto child = alloc<ZelStyle>()->initWithIdentifier(
-        identifier, scheme ? scheme : currentSchemeOf(domain()), self());
+        identifier, addedTo ? addedTo : currentSchemeOf(domain()), parent);
     if (changes) {
         const DeliveryGate gate;
         const auto shared = std::make_shared<const InheritedChanges>(std::move(changes));
@@ -160,8 +163,8 @@ ZelStyle::inheritedStyleWithChanges(InheritedChanges changes,
         const RecursiveGuard childGuard(child->state_->updateLock);
         computeChild(*shared, child); // an update that is not accepted: it only writes
     }
-    if (scheme) {
-        scheme->addStyle(child);
+    if (addedTo) {
+        addedTo->addStyle(child);
     }
     return child;
 }
@@ -173,12 +176,14 @@ void ZelStyle::addStyleUpdateObserver(UpdateObserver observer,
         return;
     }
     const DeliveryGate gate;
+    const auto style = self(); // the call may let go of the style and of its owner
+    const std::shared_ptr<NSObject> owner = withOwner;
     const auto shared = std::make_shared<const UpdateObserver>(std::move(observer));
     UpdateFollower replaced; // ends after the lock is released
     const RecursiveGuard guard(state_->updateLock);
-    replaced = follow(*state_, withOwner, {shared, nullptr});
+    replaced = follow(*state_, owner, {shared, nullptr});
     if (initialCall) {
-        (*shared)(withOwner, self(), true);
+        (*shared)(owner, style, true);
     }
 }
 

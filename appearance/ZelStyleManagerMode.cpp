@@ -40,8 +40,8 @@ ZelStyleManagerMode::initWithIdentifier(std::string_view identifier, std::uint64
     return std::static_pointer_cast<ZelStyleManagerMode>(shared_from_this());
 }
 
-// Deliberate: `active_` is not stored. Deliberate: modes are told by these texts, not by the exported
-// variables, and one with another identifier does nothing.
+// Deliberate: `active_` is not stored. Deliberate: modes are told by these texts, not by the
+// exported variables, and one with another identifier does nothing.
 void ZelStyleManagerMode::setActive(bool active) {
     if (!active) {
         return;

@@ -33,7 +33,8 @@ ZelStyleSystemAppearance::~ZelStyleSystemAppearance() {
     }
 }
 
-const std::shared_ptr<ZelStyleSystemAppearance>& ZelStyleSystemAppearance::sharedSystemAppearance() {
+const std::shared_ptr<ZelStyleSystemAppearance>&
+ZelStyleSystemAppearance::sharedSystemAppearance() {
     static const auto* const shared = [] { // never destroyed: domains may end at exit
         auto tracker = alloc<ZelStyleSystemAppearance>();
         tracker->init();

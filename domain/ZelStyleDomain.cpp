@@ -149,7 +149,7 @@ std::shared_ptr<ZelStyle> ZelStyleDomain::mainStyle() {
     }
     auto style = styleForIdentifier(ZelStyleIdentifierMain);
     const std::scoped_lock guard(state_->mutex);
-    if (drops == state_->mainStyleDrops) {
+    if (drops == state_->mainStyleDrops && !state_->mainStyle) {
         state_->mainStyle = style;
     }
     return style;
@@ -157,8 +157,10 @@ std::shared_ptr<ZelStyle> ZelStyleDomain::mainStyle() {
 
 std::shared_ptr<ZelStyle>
 ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
+    std::shared_ptr<ZelStyleScheme> current; // ends outside the lock
     const RecursiveGuard guard(state_->schemesLock);
-    if (const auto current = currentScheme()) {
+    current = currentScheme();
+    if (current) {
         if (auto style = current->styleForIdentifier(identifier)) {
             return style;
         }

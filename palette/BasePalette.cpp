@@ -23,9 +23,15 @@ constexpr PaletteRow ramp(ZelStyleAttribute attribute, double dark, double other
     return {attribute, PaletteRow::Written::WhenAbsent, white(dark), white(other)};
 }
 
-std::optional<NSColor> platformWhite() { return NSColor::whiteColor(); }
-std::optional<NSColor> platformBlack() { return NSColor::blackColor(); }
-std::optional<NSColor> platformClear() { return NSColor::clearColor(); }
+std::optional<NSColor> platformWhite() {
+    return NSColor::whiteColor();
+}
+std::optional<NSColor> platformBlack() {
+    return NSColor::blackColor();
+}
+std::optional<NSColor> platformClear() {
+    return NSColor::clearColor();
+}
 
 // Order is meaning: the platform's hues replace whatever stood there, also with nothing where the
 // platform has none, and only then do the fallbacks fill what is absent.

@@ -24,7 +24,9 @@ constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe both) {
     return always(attribute, both, both);
 }
 
-std::optional<NSColor> windowBackground() { return NSColor::windowBackgroundColor(); }
+std::optional<NSColor> windowBackground() {
+    return NSColor::windowBackgroundColor();
+}
 
 // Order is meaning: a row reads what the rows above it wrote. The first nine can be preset;
 // deliberate: every later row is computed anew whatever stood there.

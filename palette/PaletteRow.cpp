@@ -45,6 +45,7 @@ Value make(const PaletteRecipe& recipe, const ZelStyle& style, bool darkMode) {
     return std::nullopt;
 }
 
+// A value of any kind counts, also one that the typed accessor doesn't answer: it is a client's.
 bool hasValue(const ZelStyle& style, ZelStyleAttribute attribute) {
     const auto tag = ZelStyleInternals::predefinedSlot(style, attribute).tag;
     return tag != AttributeSlot::absent && tag != AttributeSlot::null;

@@ -49,7 +49,8 @@ constexpr PaletteRecipe copyOf(ZelStyleAttribute source) {
     return {.kind = PaletteRecipe::Kind::Copy, .source = source};
 }
 constexpr PaletteRecipe copyWithAlpha(ZelStyleAttribute source, double alpha) {
-    return {.kind = PaletteRecipe::Kind::CopyAlpha, .components = {0, 0, 0, alpha}, .source = source};
+    return {
+        .kind = PaletteRecipe::Kind::CopyAlpha, .components = {0, 0, 0, alpha}, .source = source};
 }
 constexpr PaletteRecipe withEffect(ZelStyleAttribute source, unsigned long effect) {
     return {.kind = PaletteRecipe::Kind::Effect, .source = source, .effect = effect};

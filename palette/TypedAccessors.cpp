@@ -42,11 +42,17 @@ std::uint64_t typeOf(const ZelStyle& style) {
 
 } // namespace
 
-bool ZelStyle::isDarkStyle() const { return typeOf(*this) == ZelStyleTypeDark; }
+bool ZelStyle::isDarkStyle() const {
+    return typeOf(*this) == ZelStyleTypeDark;
+}
 
-bool ZelStyle::isLightStyle() const { return typeOf(*this) == ZelStyleTypeLight; }
+bool ZelStyle::isLightStyle() const {
+    return typeOf(*this) == ZelStyleTypeLight;
+}
 
-bool ZelStyle::isCustomStyle() const { return typeOf(*this) == ZelStyleTypeCustom; }
+bool ZelStyle::isCustomStyle() const {
+    return typeOf(*this) == ZelStyleTypeCustom;
+}
 
 } // namespace v1
 } // namespace zel

@@ -92,10 +92,10 @@ public:
 
 private:
     void append(const CollationWeight& weight) {
-        key_.primary += weight.primary;
+        key_.primary += char32_t{weight.primary};
         key_.accents += U'\0';
         if (weight.accent != 0) {
-            key_.accents += weight.accent;
+            key_.accents += char32_t{weight.accent};
         }
     }
 
@@ -112,13 +112,12 @@ private:
     }
 
     [[nodiscard]] bool matches(const CollationRule& rule) const {
-        const std::size_t count = rule.letters.size();
-        if (text_.size() < count ||
-            !std::equal(rule.letters.begin(), rule.letters.end(), text_.begin())) {
+        const std::u32string_view letters = text_.substr(0, rule.letters.size());
+        if (!std::equal(letters.begin(), letters.end(), rule.letters.begin(), rule.letters.end())) {
             return false;
         }
-        const auto accents = text_.begin() + static_cast<std::ptrdiff_t>(count);
-        return std::includes(accents, std::find_if_not(accents, text_.end(), isAccent),
+        const std::u32string_view rest = text_.substr(letters.size());
+        return std::includes(rest.begin(), std::find_if_not(rest.begin(), rest.end(), isAccent),
                              rule.accents.begin(), rule.accents.end());
     }
 

@@ -113,9 +113,10 @@ bool isSymbol(char32_t c) noexcept {
 }
 
 std::uint32_t placeIn(std::u16string_view order, char32_t character) noexcept {
-    const auto at = std::find(order.begin(), order.end(), character);
-    return at == order.end() ? kUnplaced | character
-                             : kSpacing * (1 + static_cast<std::uint32_t>(at - order.begin()));
+    // Only asked for alphabets of sixteen-bit characters.
+    const std::size_t at = order.find(static_cast<char16_t>(character));
+    return at == std::u16string_view::npos ? kUnplaced | character
+                                           : kSpacing * (1 + static_cast<std::uint32_t>(at));
 }
 
 } // namespace

@@ -171,7 +171,7 @@ std::optional<std::string> followLinks(const std::string& path) {
             return std::nullopt;
         }
         target.resize(static_cast<std::size_t>(length));
-        current = target.front() == '/' ? target : folderOf(current) + '/' + target;
+        current = target.front() == '/' ? target : folderOf(current).append(1, '/').append(target);
     }
     return std::nullopt;
 }

@@ -40,13 +40,26 @@ std::vector<Observation> observationsOf(const NSObject& object, std::string_view
     return found;
 }
 
+/// Whether an observation still stands, which an observer called before it may have ended.
+bool stands(const NSObject& object, const Observation& observation) {
+    const auto& table = observations();
+    const RecursiveGuard guard(table->lock);
+    const auto* entry = table->find(object);
+    return entry && std::ranges::any_of(entry->payload, [&](const Observation& each) {
+               return each.identity == observation.identity &&
+                      each.keyPath == observation.keyPath && each.context == observation.context;
+           });
+}
+
 void tell(NSObject& object, std::string_view key, bool isPrior) {
     for (const Observation& observation : observationsOf(object, key)) {
         if (isPrior && observation.options != NSKeyValueObservingOptions::Prior) {
             continue;
         }
-        if (const auto observer = observation.observer.lock()) {
-            observer->observeValueForKeyPath(key, object, {.isPrior = isPrior}, observation.context);
+        const auto observer = observation.observer.lock();
+        if (observer && stands(object, observation)) {
+            observer->observeValueForKeyPath(key, object, {.isPrior = isPrior},
+                                             observation.context);
         }
     }
 }
@@ -65,8 +78,7 @@ void NSObject::addObserver(const std::shared_ptr<NSObject>& observer, std::strin
         entry = &table->insert(shared_from_this(), {});
     }
     std::erase_if(entry->payload, [](const Observation& each) { return each.observer.expired(); });
-    entry->payload.push_back(
-        {observer, observer.get(), std::string(forKeyPath), options, context});
+    entry->payload.push_back({observer, observer.get(), std::string(forKeyPath), options, context});
 }
 
 void NSObject::removeObserver(const NSObject& observer, std::string_view forKeyPath,
@@ -81,9 +93,13 @@ void NSObject::removeObserver(const NSObject& observer, std::string_view forKeyP
     }
 }
 
-void NSObject::willChangeValueForKey(std::string_view key) { tell(*this, key, true); }
+void NSObject::willChangeValueForKey(std::string_view key) {
+    tell(*this, key, true);
+}
 
-void NSObject::didChangeValueForKey(std::string_view key) { tell(*this, key, false); }
+void NSObject::didChangeValueForKey(std::string_view key) {
+    tell(*this, key, false);
+}
 
 } // namespace v1
 } // namespace zel

@@ -20,11 +20,10 @@ std::string_view cutAt(std::string_view& name, char mark) noexcept {
 
 } // namespace
 
-LocaleName::LocaleName(std::string_view name) noexcept {
-    modifier = cutAt(name, '@');
-    cutAt(name, '.');
-    territory = cutAt(name, '_');
-    language = name;
+LocaleName::LocaleName(std::string_view name) noexcept : language(name) {
+    modifier = cutAt(language, '@');
+    cutAt(language, '.');
+    territory = cutAt(language, '_');
 }
 
 bool LocaleName::isPortable() const noexcept {

@@ -33,10 +33,12 @@ constexpr std::array variants{
 
 } // namespace
 
-NSAppearance NSAppearance::appearanceNamed(std::string_view name) { return NSAppearance(name); }
+NSAppearance NSAppearance::appearanceNamed(std::string_view name) {
+    return NSAppearance(name);
+}
 
-std::optional<std::string> NSAppearance::bestMatchFromAppearancesWithNames(
-    const std::vector<std::string_view>& names) const {
+std::optional<std::string>
+NSAppearance::bestMatchFromAppearancesWithNames(const std::vector<std::string_view>& names) const {
     const auto isListed = [&](std::string_view name) {
         return std::ranges::find(names, name) != names.end();
     };

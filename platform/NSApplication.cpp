@@ -19,8 +19,7 @@ Holder& holder() {
 
 } // namespace
 
-NSApplication::NSApplication()
-    : appearance_(NSAppearance::appearanceNamed(NSAppearanceNameAqua)) {}
+NSApplication::NSApplication() : appearance_(NSAppearance::appearanceNamed(NSAppearanceNameAqua)) {}
 
 const std::shared_ptr<NSApplication>& NSApplication::sharedApplication() {
     Holder& held = holder();

@@ -27,10 +27,10 @@ HostStrings& hostStrings() {
 /// The library's texts for a locale, or for the nearest less specific one.
 const LocalizedStrings* nearestStrings(const LocaleName& locale) {
     const std::string language(locale.language);
-    const std::string territory = '_' + std::string(locale.territory);
     const std::string modifier = '@' + std::string(locale.modifier);
+    const std::string inTerritory = (language + '_').append(locale.territory);
     for (const std::string& name :
-         {language + territory + modifier, language + territory, language + modifier, language}) {
+         {inTerritory + modifier, inTerritory, language + modifier, language}) {
         if (const LocalizedStrings* const strings = localizedStringsFor(name)) {
             return strings;
         }

@@ -8,9 +8,13 @@
 namespace zel {
 inline namespace v1 {
 
-NSObject::~NSObject() { ObjectState::end(*this); }
+NSObject::~NSObject() {
+    ObjectState::end(*this);
+}
 
-std::shared_ptr<NSObject> NSObject::init() { return shared_from_this(); }
+std::shared_ptr<NSObject> NSObject::init() {
+    return shared_from_this();
+}
 
 void NSObject::styleChangedWithEvent(const std::shared_ptr<ZelStyle>& /*style*/,
                                      ZelStyleChangeEvent /*event*/) {

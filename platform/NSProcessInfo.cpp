@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSProcessInfo.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <optional>
 
-#include <errno.h>
 #include <unistd.h>
 
 namespace zel {

@@ -52,8 +52,8 @@ struct MergedValues {
     };
     /// Forgets the values.
     Dropped drop() noexcept;
-    /// Computes them: the parent's, which must be there, if there is a parent, then the own ones. An
-    /// own null marker removes the inherited key; a root keeps its null markers.
+    /// Computes them: the parent's, which must be there, if there is a parent, then the own ones.
+    /// An own null marker removes the inherited key; a root keeps its null markers.
     void compute(const MergedValues* parent, const OwnValues& own);
 
     /// An immutable copy by key, the same one until the next drop.
@@ -84,7 +84,7 @@ private:
     std::atomic<std::uint64_t> sequence_{1};
     std::array<AtomicSlot, ZelStyleAttributeCount> predefined_;
     std::atomic<CustomTable*> custom_{nullptr};
-    std::size_t customCount_ = 0; ///< places taken, absent ones included
+    std::size_t customCount_ = 0;                            ///< places taken, absent ones included
     std::vector<std::unique_ptr<CustomTable>> customTables_; ///< the last one is in use
     std::map<AttributeIndex, ZelAttributeValue::Other> others_;
     std::shared_ptr<const ZelAttributeDictionary> snapshot_;

@@ -12,8 +12,8 @@
 namespace zel {
 inline namespace v1 {
 
-/// A style's own values: as many as were written, in the order of their keys' places. Guarded by the
-/// style's values lock.
+/// A style's own values: as many as were written, in the order of their keys' places. Guarded by
+/// the style's values lock.
 class OwnValues {
 public:
     struct Entry {

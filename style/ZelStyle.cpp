@@ -37,14 +37,16 @@ std::shared_ptr<ZelStyle>
 ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
                              const std::shared_ptr<ZelStyleScheme>& scheme,
                              const std::shared_ptr<ZelStyle>& parentStyle) {
+    const std::shared_ptr<ZelStyleScheme> given = scheme; // what runs below may clear the caller's
+    const std::shared_ptr<ZelStyle> parent = parentStyle;
     if (!init()) {
         return nullptr;
     }
     state_->identifier.store(identifier);
-    setDomain(scheme ? scheme->domain() : nullptr);
-    setParentStyle(parentStyle);
-    if (!parentStyle) {
-        _setupWithDefaultValuesUsingScheme(scheme);
+    setDomain(given ? given->domain() : nullptr);
+    setParentStyle(parent);
+    if (!parent) {
+        _setupWithDefaultValuesUsingScheme(given);
     }
     return self();
 }

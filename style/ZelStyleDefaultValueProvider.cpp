@@ -26,10 +26,14 @@ std::shared_ptr<ZelStyleDefaultValueProvider> ZelStyleDefaultValueProvider::init
     if (!init()) {
         return nullptr;
     }
-    identifier_ = std::string(identifier);
-    if (afterRunning && !afterRunning->empty()) {
-        required_ = Identifiers(afterRunning->begin(), afterRunning->end());
+    {
+        const std::scoped_lock guard(mutex_);
+        identifier_ = std::string(identifier);
     }
+    const bool hasRequirement = afterRunning && !afterRunning->empty();
+    setRequiredDefaultValueProviders(
+        hasRequirement ? std::optional(Identifiers(afterRunning->begin(), afterRunning->end()))
+                       : std::nullopt);
     setProviderBlock(std::move(usingBlock));
     return std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this());
 }

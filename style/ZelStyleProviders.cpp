@@ -29,7 +29,13 @@ ProviderRegistry& registry() {
     if (!loading) {
         std::call_once(once, [] {
             loading = true;
-            ZelStyle::load();
+            try {
+                ZelStyle::load();
+            } catch (...) { // no memory: the next use loads afresh
+                made->providers.clear();
+                loading = false;
+                throw;
+            }
             loading = false;
         });
     }
@@ -95,7 +101,9 @@ private:
 
 } // namespace
 
-const ZelStyle::Providers& ZelStyle::_defaultValueProviders() { return registry().providers; }
+const ZelStyle::Providers& ZelStyle::_defaultValueProviders() {
+    return registry().providers;
+}
 
 // Deliberate: a provider named "main" always goes to the front, the newest first.
 void ZelStyle::addDefaultValueProvider(

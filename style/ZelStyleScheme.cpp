@@ -59,9 +59,11 @@ void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
     if (!style) {
         return;
     }
-    std::shared_ptr<ZelStyle> added = style; // becomes the replaced one, to end outside the lock
+    // These end outside the lock; the first becomes the replaced style.
+    std::shared_ptr<ZelStyle> added = style;
+    const std::shared_ptr<ZelStyleDomain> owner = domain();
     const RecursiveGuard guard(state_->lock);
-    added->setDomain(domain());
+    added->setDomain(owner);
     added->setScheme(std::static_pointer_cast<ZelStyleScheme>(shared_from_this()));
     state_->styles[keyOf(*added)].swap(added);
     StyleLookupEpoch::advance();

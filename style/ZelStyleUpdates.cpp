@@ -135,7 +135,8 @@ void ZelStyle::_incrementSeed() {
 void ZelStyle::updateStyleWithChanges(const Changes& changes) {
     const DeliveryGate gate;
     auto update = std::make_unique<RunningUpdate>(self());
-    if (changes && !changes(update->style)) {
+    const Changes kept = changes; // running it may clear the caller's
+    if (kept && !kept(update->style)) {
         return;
     }
     UpdateRun().accept(std::move(update));

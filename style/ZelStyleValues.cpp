@@ -31,14 +31,14 @@ struct ComputedLock {
 };
 
 /// Brings a style's merged values up to date. Locks the style, then each parent in turn up to the
-/// first whose values are there; then computes downwards. A loop, so that no chain of parents is too
-/// long for the stack.
+/// first whose values are there; then computes downwards. A loop, so that no chain of parents is
+/// too long for the stack.
 ComputedLock lockComputed(const ZelStyle& style) {
+    std::vector<std::shared_ptr<const ZelStyle>> parents;
     LockedStyle first(style);
     if (first.values->isComputed()) {
         return {{}, std::move(first.guard)};
     }
-    std::vector<std::shared_ptr<const ZelStyle>> parents;
     std::vector<LockedStyle> locked;
     for (auto parent = style.parentStyle(); parent; parent = parent->parentStyle()) {
         parents.push_back(parent);

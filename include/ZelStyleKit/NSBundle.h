@@ -29,9 +29,11 @@ public:
     static void setStringTable(StringTable table);
 };
 
-/// `localizedCaseInsensitiveCompare:`: negative, zero or positive as `a` sorts before, with or after
-/// `b` for a reader of the user's locale, upper and lower case alike, whatever the alphabet. UTF-8.
-[[nodiscard]] ZEL_EXPORT int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
+/// `localizedCaseInsensitiveCompare:`: negative, zero or positive as `a` sorts before, with or
+/// after `b` for a reader of the user's locale, upper and lower case alike, whatever the alphabet.
+/// UTF-8.
+[[nodiscard]] ZEL_EXPORT int localizedCaseInsensitiveCompare(std::string_view a,
+                                                             std::string_view b);
 
 } // namespace v1
 } // namespace zel

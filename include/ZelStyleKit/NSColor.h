@@ -80,7 +80,8 @@ public:
 
     /// `colorUsingColorSpace:`. Converts to sRGB and device RGB, and to the colour's own space
     /// (the colour itself); anything else gives nothing.
-    [[nodiscard]] std::optional<NSColor> colorUsingColorSpace(const NSColorSpace& space) const noexcept;
+    [[nodiscard]] std::optional<NSColor>
+    colorUsingColorSpace(const NSColorSpace& space) const noexcept;
 
     /// `colorWithAlphaComponent:`. The same colour with its alpha replaced, in its own space; a
     /// colour of a space without alpha is returned as it is.
@@ -89,7 +90,8 @@ public:
     /// `colorWithZelStyleEffect:darkMode:`. Effect 0 is the receiver itself; any other is an sRGB
     /// colour, its components clamped to 0..1. A colour without an RGB form counts as transparent
     /// black.
-    [[nodiscard]] NSColor colorWithZelStyleEffect(unsigned long effect, bool darkMode) const noexcept;
+    [[nodiscard]] NSColor colorWithZelStyleEffect(unsigned long effect,
+                                                  bool darkMode) const noexcept;
 
     /// `colorWithZelStyleEffect:`. Dark mode off, whatever the system's appearance.
     [[nodiscard]] NSColor colorWithZelStyleEffect(unsigned long effect) const noexcept;

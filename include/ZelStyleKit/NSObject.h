@@ -110,10 +110,10 @@ private:
 template <class T>
 [[nodiscard]] std::shared_ptr<T> alloc() {
     static_assert(std::is_base_of_v<NSObject, T>, "alloc makes objects of classes under NSObject");
-    static_assert(!std::is_base_of_v<ZelStyleable, T> ||
-                      !std::is_same_v<decltype(&T::asZelStyleable),
-                                      decltype(&NSObject::asZelStyleable)>,
-                  "a class under ZelStyleable overrides asZelStyleable() with `return this;`");
+    static_assert(
+        !std::is_base_of_v<ZelStyleable, T> ||
+            !std::is_same_v<decltype(&T::asZelStyleable), decltype(&NSObject::asZelStyleable)>,
+        "a class under ZelStyleable overrides asZelStyleable() with `return this;`");
     return std::make_shared<T>();
 }
 

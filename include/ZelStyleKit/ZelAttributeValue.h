@@ -32,8 +32,8 @@ class ZelAttributeValue {
 public:
     using Other = std::shared_ptr<const std::any>;
 
-    /// What a value can be made from besides a colour, a number and the null marker. Not an optional:
-    /// where nil may be written, `std::optional<ZelAttributeValue>` says so.
+    /// What a value can be made from besides a colour, a number and the null marker. Not an
+    /// optional: where nil may be written, `std::optional<ZelAttributeValue>` says so.
     template <class T>
     static constexpr bool IsContent =
         !std::same_as<std::remove_cvref_t<T>, ZelAttributeValue> &&
@@ -49,9 +49,9 @@ public:
     ZelAttributeValue(const NSColor& color) noexcept : value_(color) {}
     ZelAttributeValue(NSNumber number) noexcept : value_(number) {}
     /// Any other copyable value, a string or a host's own type. Plain numbers and booleans become
-    /// numbers, string literals strings.
+    /// numbers, string literals strings, a nil pointer the null marker.
     template <class T>
-        requires IsContent<T>
+    requires IsContent<T>
     explicit ZelAttributeValue(T&& value) : value_(contentOf(std::forward<T>(value))) {}
     /// Content that is shared already. Nil counts as the null marker.
     explicit ZelAttributeValue(Other other) noexcept {
@@ -95,8 +95,14 @@ private:
         } else if constexpr (std::floating_point<Plain>) {
             return NSNumber::numberWithDouble(static_cast<double>(value));
         } else if constexpr (std::convertible_to<T, const char*>) {
-            return std::make_shared<const std::any>(std::string(value));
+            const char* const text = value;
+            return text ? Content(std::make_shared<const std::any>(std::string(text))) : NSNull{};
         } else {
+            if constexpr (std::equality_comparable_with<const Plain&, std::nullptr_t>) {
+                if (value == nullptr) {
+                    return NSNull{};
+                }
+            }
             return std::make_shared<const std::any>(std::forward<T>(value));
         }
     }

@@ -42,8 +42,9 @@ enum ZelStyleType : unsigned long {
 class ZEL_EXPORT ZelStyle : public NSObject {
 public:
     /// Called with (owner, the style that changed, whether this is the call made on adding).
-    using UpdateObserver = std::function<void(const std::shared_ptr<NSObject>& owner,
-                                              const std::shared_ptr<ZelStyle>& style, bool initial)>;
+    using UpdateObserver =
+        std::function<void(const std::shared_ptr<NSObject>& owner,
+                           const std::shared_ptr<ZelStyle>& style, bool initial)>;
     /// Changes the style; true accepts the update, false cancels it (what it wrote stays written).
     using Changes = std::function<bool(const std::shared_ptr<ZelStyle>& style)>;
     /// Computes a child's own values from its parent's; the parent may be nil by then.
@@ -53,8 +54,8 @@ public:
     ZelStyle();
     ~ZelStyle() override;
 
-    /// `initWithIdentifier:scheme:parentStyle:`. Without a parent the style is filled by the default
-    /// value providers. The style isn't added to the scheme; its `scheme` stays nil.
+    /// `initWithIdentifier:scheme:parentStyle:`. Without a parent the style is filled by the
+    /// default value providers. The style isn't added to the scheme; its `scheme` stays nil.
     std::shared_ptr<ZelStyle> initWithIdentifier(std::optional<std::string_view> identifier,
                                                  const std::shared_ptr<ZelStyleScheme>& scheme,
                                                  const std::shared_ptr<ZelStyle>& parentStyle);
@@ -69,8 +70,8 @@ public:
     /// `isChildOf:`. Whether the argument is a strict ancestor, by identity.
     [[nodiscard]] bool isChildOf(const std::shared_ptr<ZelStyle>& style) const;
 
-    /// `domain`, `scheme`, `parentStyle`, `identifier`: plain accessors; setting one drops no cache,
-    /// moves no counter and re-keys the style nowhere.
+    /// `domain`, `scheme`, `parentStyle`, `identifier`: plain accessors; setting one drops no
+    /// cache, moves no counter and re-keys the style nowhere.
     [[nodiscard]] std::shared_ptr<ZelStyleDomain> domain() const;
     void setDomain(const std::shared_ptr<ZelStyleDomain>& domain);
     [[nodiscard]] std::shared_ptr<ZelStyleScheme> scheme() const;
@@ -95,8 +96,8 @@ public:
     /// `effectiveValues`. The merged values of the style and its ancestors, an immutable snapshot;
     /// the same one until something drops the cache. A root's holds its null markers.
     [[nodiscard]] std::shared_ptr<const ZelAttributeDictionary> effectiveValues() const;
-    /// `setValue:forAttribute:`. Stores the own value (nil as the null marker) and drops the style's
-    /// merged values. Tells nobody and touches no child: that is an update's work.
+    /// `setValue:forAttribute:`. Stores the own value (nil as the null marker) and drops the
+    /// style's merged values. Tells nobody and touches no child: that is an update's work.
     void setValue(const std::optional<ZelAttributeValue>& value,
                   std::optional<std::string_view> forAttribute);
 
@@ -106,9 +107,9 @@ public:
     /// `inheritedStyleWithChanges:identifier:scheme:`. Answers the scheme's style of that
     /// identifier where there is one, even the receiver; else makes a child that follows the
     /// receiver's updates. The caller or the scheme keeps the child alive.
-    std::shared_ptr<ZelStyle> inheritedStyleWithChanges(InheritedChanges changes,
-                                                        std::optional<std::string_view> identifier,
-                                                        const std::shared_ptr<ZelStyleScheme>& scheme);
+    std::shared_ptr<ZelStyle>
+    inheritedStyleWithChanges(InheritedChanges changes, std::optional<std::string_view> identifier,
+                              const std::shared_ptr<ZelStyleScheme>& scheme);
     /// `addStyleUpdateObserver:withOwner:initialCall:`. One observer for each owner: a second
     /// replaces the first. Called with the style's lock held. Nil observer or owner: nothing.
     void addStyleUpdateObserver(UpdateObserver observer, const std::shared_ptr<NSObject>& withOwner,
@@ -117,7 +118,8 @@ public:
     void removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject>& owner);
 
     /// `addDefaultValueProvider:`. Appends; deliberate: every one named "main" goes to the front.
-    static void addDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);
+    static void
+    addDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);
     /// `removeDefaultValueProvider:`. Removes every occurrence of that very provider.
     static void
     removeDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);

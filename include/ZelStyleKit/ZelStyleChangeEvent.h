@@ -21,9 +21,9 @@ enum ZelStyleChangeEvent : std::uint64_t {
 /// notifies, with the domain's handler table locked (not locked for the call at registration). It
 /// may register and unregister any listener, destroy its owner, change identifiers, switch schemes
 /// and update styles. It lives as long as its owner, so it must not hold its owner strongly.
-using ZelStyleChangeHandler = std::function<void(const std::shared_ptr<NSObject>& owner,
-                                                 const std::shared_ptr<ZelStyle>& style,
-                                                 ZelStyleChangeEvent event)>;
+using ZelStyleChangeHandler =
+    std::function<void(const std::shared_ptr<NSObject>& owner,
+                       const std::shared_ptr<ZelStyle>& style, ZelStyleChangeEvent event)>;
 
 /// How a notification is delivered; travels unchanged through every step of it.
 struct ZelStyleDelivery {

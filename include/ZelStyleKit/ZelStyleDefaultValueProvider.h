@@ -24,7 +24,8 @@ extern ZEL_EXPORT std::string_view ZelStyleDefaultValueProviderIdentifierMain;
 
 /// A named callback that fills a new root style with default values, and hooks around the others'.
 /// Owns: its identifier, requirements and callbacks (copies). Refers to: nothing.
-/// Threads: accessors are atomic; callbacks run on the thread that makes a style, no lock held.
+/// Threads: accessors are atomic; callbacks run on the thread that makes a style, under no lock of
+/// the style's or of the registry's.
 /// Failure: a provider without callback is an empty step that still counts as applied. A callback
 /// must not change the registry of providers: the walk that called it raises.
 class ZEL_EXPORT ZelStyleDefaultValueProvider : public NSObject {
@@ -32,17 +33,17 @@ public:
     using ProviderBlock = std::function<void(const std::shared_ptr<ZelStyle>& style,
                                              const std::shared_ptr<ZelStyleScheme>& scheme)>;
     /// Called with (style, scheme, the provider that has the hook, the provider that runs).
-    using ApplyBlock =
-        std::function<void(const std::shared_ptr<ZelStyle>& style,
-                           const std::shared_ptr<ZelStyleScheme>& scheme,
-                           const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
-                           const std::shared_ptr<ZelStyleDefaultValueProvider>& applied)>;
+    using ApplyBlock = std::function<void(
+        const std::shared_ptr<ZelStyle>& style, const std::shared_ptr<ZelStyleScheme>& scheme,
+        const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
+        const std::shared_ptr<ZelStyleDefaultValueProvider>& applied)>;
     using Identifiers = std::set<std::string, std::less<>>;
 
     ZelStyleDefaultValueProvider();
     ~ZelStyleDefaultValueProvider() override;
 
-    /// `providerWithIdentifier:afterRunning:using:`
+    /// `providerWithIdentifier:afterRunning:using:`. For a provider of a subclass:
+    /// `alloc<Subclass>()->initWithIdentifier(…)`.
     static std::shared_ptr<ZelStyleDefaultValueProvider>
     providerWithIdentifier(std::string_view identifier,
                            const std::optional<std::vector<std::string>>& afterRunning,
@@ -55,21 +56,22 @@ public:
                        ProviderBlock usingBlock);
 
     /// `provideDefaultValuesFor:withScheme:`
-    void provideDefaultValuesFor(const std::shared_ptr<ZelStyle>& style,
-                                 const std::shared_ptr<ZelStyleScheme>& withScheme);
+    virtual void provideDefaultValuesFor(const std::shared_ptr<ZelStyle>& style,
+                                         const std::shared_ptr<ZelStyleScheme>& withScheme);
     /// `willApply:toStyle:withScheme:`
-    void willApply(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
-                   const std::shared_ptr<ZelStyle>& toStyle,
-                   const std::shared_ptr<ZelStyleScheme>& withScheme);
+    virtual void willApply(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
+                           const std::shared_ptr<ZelStyle>& toStyle,
+                           const std::shared_ptr<ZelStyleScheme>& withScheme);
     /// `didApply:toStyle:withScheme:`
-    void didApply(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
-                  const std::shared_ptr<ZelStyle>& toStyle,
-                  const std::shared_ptr<ZelStyleScheme>& withScheme);
+    virtual void didApply(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
+                          const std::shared_ptr<ZelStyle>& toStyle,
+                          const std::shared_ptr<ZelStyleScheme>& withScheme);
 
     /// `identifier`; absent before initialisation.
     [[nodiscard]] std::optional<std::string> identifier() const;
 
-    /// `requiredDefaultValueProviders`: identifiers that must have run before; none: no requirement.
+    /// `requiredDefaultValueProviders`: identifiers that must have run before; none: no
+    /// requirement.
     [[nodiscard]] std::optional<Identifiers> requiredDefaultValueProviders() const;
     void setRequiredDefaultValueProviders(std::optional<Identifiers> required);
 

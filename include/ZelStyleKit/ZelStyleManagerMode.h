@@ -29,14 +29,13 @@ public:
     ~ZelStyleManagerMode() override;
 
     /// `initWithIdentifier:rank:name:`
-    std::shared_ptr<ZelStyleManagerMode> initWithIdentifier(std::string_view identifier,
-                                                            std::uint64_t rank,
-                                                            std::string_view name);
+    std::shared_ptr<ZelStyleManagerMode>
+    initWithIdentifier(std::string_view identifier, std::uint64_t rank, std::string_view name);
 
     /// `active`. Deliberate: never set by the library, so always false.
     [[nodiscard]] bool active() const noexcept { return active_; }
-    /// `setActive:`. True applies the mode to the default domain. Deliberate: the flag isn't stored,
-    /// so that a mode is applied afresh whenever it is chosen; false does nothing.
+    /// `setActive:`. True applies the mode to the default domain. Deliberate: the flag isn't
+    /// stored, so that a mode is applied afresh whenever it is chosen; false does nothing.
     void setActive(bool active);
 
     /// `manager`, `identifier`, `name`, `rank`: plain accessors. A list is sorted when a mode is

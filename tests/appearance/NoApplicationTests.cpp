@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+// Before anybody asks for the application object, which happens once in a process: each of these
+// wants a process of its own, and is skipped in one that has its application.
+#include <ZelStyleKit/NSApplication.h>
+#include <ZelStyleKit/NSMainQueue.h>
+#include <ZelStyleKit/ZelStyleSystemAppearance.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+class NoApplication : public testing::Test {
+protected:
+    void SetUp() override {
+        if (zel::NSApp()) {
+            GTEST_SKIP() << "this process has its application";
+        }
+    }
+    static void makeSystemDark() {
+        zel::NSApplication::sharedApplication()->setEffectiveAppearance(
+            zel::NSAppearance::appearanceNamed("NSAppearanceNameDarkAqua"));
+    }
+    static std::shared_ptr<zel::ZelStyleSystemAppearance> makeTracker() {
+        auto tracker = zel::alloc<zel::ZelStyleSystemAppearance>();
+        tracker->init();
+        return tracker;
+    }
+    ~NoApplication() override {
+        if (const auto application = zel::NSApp()) {
+            application->setEffectiveAppearance(
+                zel::NSAppearance::appearanceNamed("NSAppearanceNameAqua"));
+        }
+        zel::NSMainQueue::mainQueue().drain();
+    }
+};
+
+TEST_F(NoApplication, ATrackerIsLightPostsNothingAndMakesNoApplication) {
+    EXPECT_EQ(makeTracker()->currentAppearanceType(), 0U);
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 0U);
+    EXPECT_EQ(zel::NSApp(), nullptr);
+}
+
+TEST_F(NoApplication, ATrackerDoesNotObserveAnApplicationThatComesLater) {
+    const auto tracker = makeTracker();
+    makeSystemDark();
+    EXPECT_EQ(tracker->currentAppearanceType(), 0U);
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 0U);
+}
+
+TEST_F(NoApplication, DeterminingOnceTheApplicationIsThereBringsTheTrackerUpToDate) {
+    const auto tracker = makeTracker();
+    makeSystemDark();
+    tracker->determineFromSystemAppearance();
+    EXPECT_EQ(tracker->currentAppearanceType(), 1U);
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 1U);
+}
+
+TEST_F(NoApplication, ATrackerMayEndBeforeTheApplicationComesOrAfterIt) {
+    auto early = makeTracker();
+    auto late = makeTracker();
+    const std::weak_ptr<zel::NSObject> weakEarly = early;
+    const std::weak_ptr<zel::NSObject> weakLate = late;
+    early.reset();
+    EXPECT_TRUE(weakEarly.expired());
+    makeSystemDark();
+    late.reset();
+    EXPECT_TRUE(weakLate.expired());
+}
+
+} // namespace

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/domain/DomainInternals.h"
+#include "tests/support/Recorder.h"
+
+#include <atomic>
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+/// Threads that take the same locks in opposite orders; each of these ends the process where they
+/// come to wait for each other.
+class DeadlockTests : public StylingTests {
+protected:
+    static constexpr int rounds = 300;
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
+    const std::shared_ptr<ZelStyle> plain = addStyle(domain->defaultScheme(), "main");
+    const std::shared_ptr<ZelStyle> cover = addStyle(domain->defaultScheme(), "cover");
+
+    static void update(const std::shared_ptr<ZelStyle>& style) {
+        style->updateStyleWithChanges([](const auto&) { return true; });
+    }
+    /// Two threads that have both arrived before either goes on, so that they overlap for certain.
+    class Meeting {
+    public:
+        void arrive() {
+            ++arrived_;
+            while (arrived_ < 2) {
+                std::this_thread::yield();
+            }
+        }
+
+    private:
+        std::atomic<int> arrived_{0};
+    };
+};
+
+TEST_F(DeadlockTests, AnUpdateAndAHandlerThatUpdatesDoNotWaitForEachOther) {
+    const auto owner = makePlain();
+    std::atomic<int> calls{0};
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
+            ++calls;
+            if (event == 2) {
+                update(cover); // table, then style
+            }
+        },
+        owner);
+    Meeting meeting;
+    runAtOnce({[&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       update(cover); // style, then table
+                   }
+               },
+               [&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       domain->notifyForStyleChangeOf(
+                           nullptr,
+                           {.withEvent = static_cast<ZelStyleChangeEvent>(2), .force = true});
+                   }
+               }});
+    EXPECT_GE(calls, rounds);
+}
+
+TEST_F(DeadlockTests, AnUpdateInProgressAndAHandlerInProgressLetEachOtherFinish) {
+    const auto owner = makePlain();
+    std::atomic<bool> updating{false};
+    std::atomic<bool> notifying{false};
+    int updated = 0;
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
+            if (event == 2) {
+                plain->updateStyleWithChanges([&](const auto&) {
+                    ++updated;
+                    return true;
+                });
+            }
+        },
+        owner);
+    runAtOnce({[&] {
+                   plain->updateStyleWithChanges([&](const auto&) {
+                       updating = true; // the style's lock is held: now the other may start
+                       while (!notifying) {
+                           std::this_thread::yield();
+                       }
+                       return true; // and now for the table
+                   });
+               },
+               [&] {
+                   while (!updating) {
+                       std::this_thread::yield();
+                   }
+                   notifying = true;
+                   domain->notifyForStyleChangeOf(
+                       nullptr, {.withEvent = static_cast<ZelStyleChangeEvent>(2), .force = true});
+               }});
+    EXPECT_EQ(updated, 1);
+}
+
+TEST_F(DeadlockTests, TwoDomainsWhoseHandlersSwitchEachOtherDoNotWaitForEachOther) {
+    const auto other = ZelStyleDomain::domainForIdentifier("editor");
+    addStyle(other->defaultScheme(), "main");
+    const auto owner = makePlain();
+    const auto otherOwner = makePlain();
+    std::atomic<int> calls{0};
+    const auto crossing = [&calls](const std::shared_ptr<ZelStyleDomain>& target) {
+        return [&calls, target](const auto&, const auto&, ZelStyleChangeEvent event) {
+            ++calls;
+            if (event == 2) {
+                target->notifyForStyleChangeOf(nullptr, {.force = true});
+            }
+        };
+    };
+    domain->registerChangeHandler(crossing(other), owner);
+    other->registerChangeHandler(crossing(domain), otherOwner);
+    const ZelStyleDelivery delivery{.withEvent = static_cast<ZelStyleChangeEvent>(2),
+                                    .force = true};
+    Meeting meeting;
+    runAtOnce({[&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       domain->notifyForStyleChangeOf(nullptr, delivery);
+                   }
+               },
+               [&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       other->notifyForStyleChangeOf(nullptr, delivery);
+                   }
+               }});
+    EXPECT_EQ(calls, 2 + 4 * rounds);
+    domain->unregisterChangeHandlersWithOwner(owner);
+    other->unregisterChangeHandlersWithOwner(otherOwner);
+}
+
+TEST_F(DeadlockTests, ThreadsMayRegisterAndEndOwnersWhileAnotherNotifies) {
+    const auto owner = makePlain();
+    int calls = 0;
+    domain->registerChangeHandler([&](const auto&, const auto&, auto) { ++calls; }, owner);
+    std::atomic<int> registered{0};
+    Meeting meeting;
+    runAtOnce({[&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       domain->notifyForStyleChangeOf(nullptr, {.force = true});
+                       update(plain);
+                   }
+               },
+               [&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       const auto passing = makePlain();
+                       domain->registerChangeHandler(
+                           [&](const auto&, const auto&, auto) { ++registered; }, passing);
+                       domain->registerChangeHandler(passing);
+                       if (i % 2 == 0) {
+                           domain->unregisterChangeHandlersWithOwner(passing);
+                           domain->unregisterChangeHandler(passing);
+                       }
+                   }
+               }});
+    EXPECT_EQ(calls, 1 + 2 * rounds);
+    EXPECT_GE(registered, rounds);
+    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 1U);
+    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+}
+
+TEST_F(DeadlockTests, ResettingWhileAHandlerAsksForDomainsDoesNotWaitForever) {
+    makeSystemDark();
+    const auto owner = makePlain();
+    const auto passing = makePlain();
+    std::atomic<int> asked{0};
+    const auto asking = [&asked](const auto&, const auto&, auto) {
+        ++asked; // table, then registry
+        (void)ZelStyleDomain::domainForIdentifier("editor");
+    };
+    domain->registerChangeHandler(asking, owner);
+    Meeting meeting;
+    runAtOnce(
+        {[&] {
+             meeting.arrive();
+             for (int i = 0; i < rounds; ++i) {
+                 domain->notifyForStyleChangeOf(nullptr, {.force = true});
+             }
+         },
+         [&] {
+             meeting.arrive();
+             for (int i = 0; i < rounds; ++i) {
+                 // The registry alone holds it; it calls its handlers while it ends.
+                 addStyle(ZelStyleDomain::domainForIdentifier("following")->darkScheme(), "main");
+                 ZelStyleDomain::domainForIdentifier("following")->setSchemeFollowsSystem(true);
+                 ZelStyleDomain::domainForIdentifier("following")
+                     ->registerChangeHandler(asking, passing);
+                 ZelStyleDomain::domainForIdentifier("_reset");
+             }
+         }});
+    EXPECT_EQ(asked, 1 + 3 * rounds); // each round: the notification, a registration, an end
+}
+
+TEST_F(DeadlockTests, UpdatesOfTwoStylesWhoseObserversUpdateEachOtherFinish) {
+    const auto owner = makePlain();
+    std::atomic<int> calls{0};
+    std::atomic<bool> inside{false};
+    const auto crossing = [&](const std::shared_ptr<ZelStyle>& target) {
+        return [&, target](const auto&, const auto&, bool) {
+            ++calls;
+            if (!inside.exchange(true)) {
+                update(target);
+                inside = false;
+            }
+        };
+    };
+    plain->addStyleUpdateObserver(crossing(cover), owner, false);
+    cover->addStyleUpdateObserver(crossing(plain), owner, false);
+    Meeting meeting;
+    runAtOnce({[&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       update(plain);
+                   }
+               },
+               [&] {
+                   meeting.arrive();
+                   for (int i = 0; i < rounds; ++i) {
+                       update(cover);
+                   }
+               }});
+    EXPECT_EQ(calls, 4 * rounds);
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Recorder.h"
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+class MainStyleTests : public StylingTests {
+protected:
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::domainForIdentifier("editor");
+};
+
+TEST_F(MainStyleTests, AMissingMainStyleIsLookedForAgainEachTime) {
+    EXPECT_EQ(domain->mainStyle(), nullptr);
+    const auto main = addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), main);
+}
+
+TEST_F(MainStyleTests, TheCurrentSchemesMainStyleComesBeforeTheDefaultSchemes) {
+    const auto plain = addStyle(domain->defaultScheme(), "main");
+    domain->setCurrentScheme(domain->darkScheme());
+    EXPECT_EQ(domain->mainStyle(), plain);
+    domain->setCurrentScheme(domain->defaultScheme());
+    const auto dark = addStyle(domain->darkScheme(), "main");
+    domain->setCurrentScheme(domain->darkScheme());
+    EXPECT_EQ(domain->mainStyle(), dark);
+}
+
+TEST_F(MainStyleTests, AReplacedMainStyleStaysUntilTheNextSwitch) {
+    const auto former = addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), former);
+    const auto newer = addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), former);
+    domain->setCurrentScheme(domain->lightScheme());
+    EXPECT_EQ(domain->mainStyle(), newer);
+}
+
+TEST_F(MainStyleTests, ARemovedMainStyleStaysUntilTheNextSwitchAndIsKeptAlive) {
+    auto main = addStyle(domain->defaultScheme(), "main");
+    const std::weak_ptr<ZelStyle> kept = main;
+    EXPECT_EQ(domain->mainStyle(), main);
+    domain->defaultScheme()->removeStyle(main);
+    EXPECT_EQ(domain->mainStyle(), main);
+    main.reset();
+    EXPECT_FALSE(kept.expired());
+    domain->setCurrentScheme(domain->lightScheme());
+    EXPECT_TRUE(kept.expired());
+    EXPECT_EQ(domain->mainStyle(), nullptr);
+}
+
+TEST_F(MainStyleTests, AStyleAddedToTheCurrentSchemeLaterDoesNotDisplaceTheOneFound) {
+    domain->setCurrentScheme(domain->lightScheme());
+    const auto plain = addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), plain);
+    const auto light = addStyle(domain->lightScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), plain);
+    domain->setCurrentScheme(domain->darkScheme());
+    domain->setCurrentScheme(domain->lightScheme());
+    EXPECT_EQ(domain->mainStyle(), light);
+}
+
+TEST_F(MainStyleTests, SwitchingToTheCurrentSchemeDropsNothing) {
+    const auto former = addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), former);
+    addStyle(domain->defaultScheme(), "main");
+    domain->setCurrentScheme(domain->defaultScheme());
+    EXPECT_EQ(domain->mainStyle(), former);
+}
+
+TEST_F(MainStyleTests, AddingAMainStyleNotifiesNobody) {
+    Recorder recorder;
+    const auto owner = makePlain();
+    domain->registerChangeHandler(recorder.handler("owner"), owner);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", nullptr, 0}}));
+    addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(recorder.take(), StyleCalls{});
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/domain/DomainInternals.h"
+#include "tests/support/Recorder.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+class SchemeTests : public StylingTests {
+protected:
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::domainForIdentifier("editor");
+    Recorder recorder;
+};
+
+TEST_F(SchemeTests, AnUnknownIdentifierMakesAnEmptySchemeThatIsThenFoundAgain) {
+    const auto scheme = domain->schemeForIdentifier("sepia");
+    ASSERT_NE(scheme, nullptr);
+    EXPECT_EQ(scheme->identifier(), "sepia");
+    EXPECT_EQ(scheme->domain(), domain);
+    EXPECT_TRUE(scheme->stylesByIdentifier().empty());
+    EXPECT_EQ(domain->schemeForIdentifier("sepia"), scheme);
+    EXPECT_EQ(ZelStyleDomainInternals::schemes(*domain), 2U);
+}
+
+TEST_F(SchemeTests, TheEmptyStringNamesASchemeOfItsOwn) {
+    const auto scheme = domain->schemeForIdentifier("");
+    EXPECT_EQ(scheme->identifier(), "");
+    EXPECT_NE(scheme, domain->defaultScheme());
+}
+
+TEST_F(SchemeTests, TheLightAndDarkSchemesAreMadeWhenFirstAskedFor) {
+    EXPECT_FALSE(ZelStyleDomainInternals::hasScheme(*domain, "light"));
+    EXPECT_FALSE(ZelStyleDomainInternals::hasScheme(*domain, "dark"));
+    const auto light = domain->lightScheme();
+    EXPECT_EQ(light->identifier(), "light");
+    EXPECT_FALSE(ZelStyleDomainInternals::hasScheme(*domain, "dark"));
+    const auto dark = domain->darkScheme();
+    EXPECT_EQ(dark->identifier(), "dark");
+    EXPECT_EQ(domain->schemeForIdentifier("light"), light);
+    EXPECT_EQ(domain->schemeForIdentifier("dark"), dark);
+    EXPECT_EQ(domain->schemeForIdentifier("default"), domain->defaultScheme());
+}
+
+TEST_F(SchemeTests, TwoDomainsHaveSchemesOfTheirOwn) {
+    const auto other = ZelStyleDomain::domainForIdentifier("terminal");
+    EXPECT_NE(domain->darkScheme(), other->darkScheme());
+    EXPECT_EQ(other->darkScheme()->domain(), other);
+}
+
+TEST_F(SchemeTests, ANilSchemeIdentifierRaisesAndLeavesEveryLockFree) {
+    EXPECT_THROW((void)domain->schemeForIdentifier(std::nullopt), ZelInvalidArgument);
+    EXPECT_TRUE(ZelStyleDomainInternals::schemesAreFree(*domain));
+    EXPECT_EQ(ZelStyleDomainInternals::schemes(*domain), 1U);
+    runElsewhere([&] { EXPECT_NE(domain->schemeForIdentifier("sepia"), nullptr); });
+}
+
+TEST_F(SchemeTests, SwitchingToTheCurrentSchemeNotifiesNobody) {
+    addStyle(domain->defaultScheme(), "main");
+    const auto owner = makePlain();
+    domain->registerChangeHandler(recorder.handler("owner"), owner);
+    recorder.take();
+    owner->setLastZelStyle(nullptr); // so that a notification would call the handler
+    domain->setCurrentScheme(domain->defaultScheme());
+    EXPECT_EQ(recorder.take(), StyleCalls{});
+}
+
+TEST_F(SchemeTests, SwitchingToAnotherSchemeNotifiesOnceAndLooksTheMainStyleUpAgain) {
+    const auto plain = addStyle(domain->defaultScheme(), "main");
+    const auto dark = addStyle(domain->darkScheme(), "main");
+    EXPECT_EQ(domain->mainStyle(), plain);
+    const auto owner = makePlain();
+    domain->registerChangeHandler(recorder.handler("owner"), owner);
+    recorder.take();
+    domain->setCurrentScheme(domain->darkScheme());
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
+    EXPECT_EQ(domain->mainStyle(), dark);
+}
+
+TEST_F(SchemeTests, TheSwitchHasHappenedWhenHandlersRun) {
+    addStyle(domain->defaultScheme(), "main");
+    const auto dark = addStyle(domain->darkScheme(), "main");
+    std::shared_ptr<ZelStyleScheme> seenScheme;
+    std::shared_ptr<ZelStyle> seenMain;
+    const auto owner = makePlain();
+    domain->registerChangeHandler(recorder.handler("owner",
+                                                   [&] {
+                                                       seenScheme = domain->currentScheme();
+                                                       seenMain = domain->mainStyle();
+                                                   }),
+                                  owner);
+    domain->setCurrentScheme(domain->darkScheme());
+    EXPECT_EQ(seenScheme, domain->darkScheme());
+    EXPECT_EQ(seenMain, dark);
+}
+
+TEST_F(SchemeTests, ANilCurrentSchemeIsAcceptedAndLeavesTheDefaultSchemesStyles) {
+    const auto plain = addStyle(domain->defaultScheme(), "main");
+    const auto dark = addStyle(domain->darkScheme(), "main");
+    domain->setCurrentScheme(domain->darkScheme());
+    const auto owner = makePlain();
+    domain->registerChangeHandler(recorder.handler("owner"), owner);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 0}}));
+    domain->setCurrentScheme(nullptr);
+    EXPECT_EQ(domain->currentScheme(), nullptr);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", plain, 1}}));
+    EXPECT_EQ(domain->mainStyle(), plain);
+    domain->setCurrentScheme(nullptr);
+    EXPECT_EQ(recorder.take(), StyleCalls{});
+}
+
+TEST_F(SchemeTests, ASchemeOfAnotherDomainIsAcceptedAsCurrent) {
+    const auto plain = addStyle(domain->defaultScheme(), "main");
+    const auto other = ZelStyleDomain::domainForIdentifier("terminal");
+    const auto foreign = addStyle(other->darkScheme(), "main");
+    domain->setCurrentScheme(other->darkScheme());
+    EXPECT_EQ(domain->currentScheme(), other->darkScheme());
+    EXPECT_EQ(domain->mainStyle(), foreign);
+    EXPECT_EQ(foreign->domain(), other);
+    domain->setCurrentScheme(domain->defaultScheme());
+    EXPECT_EQ(domain->mainStyle(), plain);
+}
+
+TEST_F(SchemeTests, TheCurrentSchemeIsHeldByTheDomain) {
+    auto scheme = alloc<ZelStyleScheme>()->initWithIdentifier("loose", nullptr);
+    const std::weak_ptr<ZelStyleScheme> held = scheme;
+    domain->setCurrentScheme(scheme);
+    scheme.reset();
+    EXPECT_FALSE(held.expired());
+    domain->setCurrentScheme(nullptr);
+    EXPECT_TRUE(held.expired());
+}
+
+TEST_F(SchemeTests, AStyleMissingFromTheCurrentSchemeIsFoundInTheDefaultOne) {
+    const auto cover = addStyle(domain->defaultScheme(), "cover");
+    domain->setCurrentScheme(domain->lightScheme());
+    EXPECT_EQ(domain->styleForIdentifier("cover"), cover);
+    const auto lightCover = addStyle(domain->lightScheme(), "cover");
+    EXPECT_EQ(domain->styleForIdentifier("cover"), lightCover);
+}
+
+TEST_F(SchemeTests, AStyleOfTheDarkSchemeAloneIsNotFoundWhileLightIsCurrent) {
+    const auto cover = addStyle(domain->darkScheme(), "cover");
+    domain->setCurrentScheme(domain->lightScheme());
+    EXPECT_EQ(domain->styleForIdentifier("cover"), nullptr);
+    domain->setCurrentScheme(domain->darkScheme());
+    EXPECT_EQ(domain->styleForIdentifier("cover"), cover);
+}
+
+TEST_F(SchemeTests, AnUnknownOrNilStyleIdentifierFindsNothing) {
+    addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(domain->styleForIdentifier("unheard-of"), nullptr);
+    EXPECT_EQ(domain->styleForIdentifier(""), nullptr);
+    EXPECT_EQ(domain->styleForIdentifier(std::nullopt), nullptr);
+    EXPECT_TRUE(ZelStyleDomainInternals::schemesAreFree(*domain));
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/domain/DomainInternals.h"
+#include "tests/support/Recorder.h"
+
+#include <stdexcept>
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+/// The setup happens once per process, so that each of these wants a process of its own; in a
+/// process that has had it, they are skipped.
+class SetupTests : public StylingTests {
+protected:
+    void SetUp() override {
+        static bool had = false;
+        if (std::exchange(had, true)) {
+            GTEST_SKIP() << "this process has had its setup";
+        }
+    }
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
+};
+
+TEST_F(SetupTests, LightAndDefaultShareOneMainStyleAndDarkHasAnother) {
+    ZelStyleDomain::setupStyles();
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    const auto dark = domain->darkScheme()->styleForIdentifier("main");
+    ASSERT_NE(light, nullptr);
+    ASSERT_NE(dark, nullptr);
+    EXPECT_EQ(domain->defaultScheme()->styleForIdentifier("main"), light);
+    EXPECT_NE(dark, light);
+    EXPECT_EQ(ZelStyleDomainInternals::schemes(*domain), 3U);
+}
+
+TEST_F(SetupTests, TheSharedStyleBelongsToTheLightScheme) {
+    ZelStyleDomain::setupStyles();
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    const auto dark = domain->darkScheme()->styleForIdentifier("main");
+    EXPECT_EQ(light->scheme(), domain->lightScheme());
+    EXPECT_EQ(dark->scheme(), domain->darkScheme());
+    EXPECT_EQ(light->domain(), domain);
+    EXPECT_EQ(dark->domain(), domain);
+    EXPECT_EQ(light->parentStyle(), nullptr);
+    EXPECT_EQ(dark->parentStyle(), nullptr);
+}
+
+TEST_F(SetupTests, TheMainStylesAreFilledForTheirSchemes) {
+    ZelStyleDomain::setupStyles();
+    EXPECT_TRUE(domain->lightScheme()->styleForIdentifier("main")->isLightStyle());
+    EXPECT_TRUE(domain->darkScheme()->styleForIdentifier("main")->isDarkStyle());
+    EXPECT_NE(domain->darkScheme()->styleForIdentifier("main")->backgroundColor(), std::nullopt);
+}
+
+TEST_F(SetupTests, TheDefaultDomainFollowsTheSystemFromThenOn) {
+    ZelStyleDomain::setupStyles();
+    EXPECT_TRUE(domain->schemeFollowsSystem());
+    EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
+    makeSystemDark();
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+    EXPECT_EQ(domain->mainStyle(), domain->darkScheme()->styleForIdentifier("main"));
+}
+
+TEST_F(SetupTests, ADarkSystemMakesDarkCurrentAtOnce) {
+    makeSystemDark();
+    ZelStyleDomain::setupStyles();
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+}
+
+TEST_F(SetupTests, ListenersHearOfItOnce) {
+    Recorder recorder;
+    const auto owner = makePlain();
+    domain->registerChangeHandler(recorder.handler("owner"), owner);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", nullptr, 0}}));
+    ZelStyleDomain::setupStyles();
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", light, 1}}));
+}
+
+TEST_F(SetupTests, OnlyTheDefaultDomainIsSetUp) {
+    const auto other = ZelStyleDomain::domainForIdentifier("editor");
+    ZelStyleDomain::setupStyles();
+    EXPECT_EQ(other->mainStyle(), nullptr);
+    EXPECT_FALSE(other->schemeFollowsSystem());
+    EXPECT_EQ(ZelStyleDomainInternals::schemes(*other), 1U);
+}
+
+TEST_F(SetupTests, ALaterSetupDoesNothing) {
+    ZelStyleDomain::setupStyles();
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    domain->setSchemeFollowsSystem(false);
+    domain->setCurrentScheme(domain->darkScheme());
+    ZelStyleDomain::setupStyles();
+    EXPECT_EQ(domain->lightScheme()->styleForIdentifier("main"), light);
+    EXPECT_FALSE(domain->schemeFollowsSystem());
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+}
+
+TEST_F(SetupTests, AfterAResetTheNewDefaultDomainIsEmptyAndIsNotSetUpAgain) {
+    ZelStyleDomain::setupStyles();
+    ZelStyleDomain::domainForIdentifier("_reset");
+    const auto renewed = ZelStyleDomain::defaultDomain();
+    EXPECT_NE(renewed, domain);
+    EXPECT_EQ(renewed->mainStyle(), nullptr);
+    ZelStyleDomain::setupStyles();
+    EXPECT_EQ(ZelStyleDomain::defaultDomain(), renewed);
+    EXPECT_EQ(renewed->mainStyle(), nullptr);
+    EXPECT_FALSE(renewed->schemeFollowsSystem());
+    EXPECT_EQ(ZelStyleDomainInternals::schemes(*renewed), 1U);
+}
+
+TEST_F(SetupTests, ThreadsThatSetUpAtOnceAllFindItDone) {
+    std::vector<std::function<void()>> tasks(4, [this] {
+        ZelStyleDomain::setupStyles();
+        EXPECT_TRUE(domain->schemeFollowsSystem());
+        EXPECT_NE(domain->styleForIdentifier("main"), nullptr);
+        EXPECT_TRUE(domain->darkScheme()->styleForIdentifier("main") != nullptr);
+    });
+    runAtOnce(std::move(tasks));
+}
+
+TEST_F(SetupTests, AHandlerThatItCallsMayAskForItAgain) {
+    const auto owner = makePlain();
+    int calls = 0;
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, auto) {
+            ++calls;
+            if (calls == 2) {
+                ZelStyleDomain::setupStyles();
+            }
+        },
+        owner);
+    runElsewhere([] { ZelStyleDomain::setupStyles(); });
+    EXPECT_EQ(calls, 2);
+}
+
+TEST_F(SetupTests, AnExceptionOfAProviderPassesAndLeavesEveryLockFree) {
+    const auto provider = ZelStyleDefaultValueProvider::providerWithIdentifier(
+        "failing", std::nullopt,
+        [](const auto&, const auto&) { throw std::runtime_error("no colours"); });
+    ZelStyle::addDefaultValueProvider(provider);
+    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
+    ZelStyle::removeDefaultValueProvider(provider);
+    runElsewhere([this] {
+        const auto main = addStyle(domain->defaultScheme(), "main");
+        main->updateStyleWithChanges([](const auto&) { return true; });
+        EXPECT_NE(ZelStyleDomain::domainForIdentifier("editor"), domain);
+    });
+}
+
+} // namespace
+} // namespace zeltest

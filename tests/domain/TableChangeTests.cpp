@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/domain/DomainInternals.h"
+#include "tests/support/Recorder.h"
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+/// Listeners that register, unregister and end listeners while a notification runs. `act` is what
+/// the one named "actor" does when it is called by a notification, once.
+class TableChangeTests : public StylingTests {
+protected:
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
+    const std::shared_ptr<ZelStyle> plain = addStyle(domain->defaultScheme(), "main");
+    Recorder recorder;
+    std::shared_ptr<Styled> before = makeStyled();
+    std::shared_ptr<Styled> actor = makeStyled();
+    std::shared_ptr<Styled> after = makeStyled();
+    std::shared_ptr<Styled> added = makeStyled();
+    std::function<void()> act;
+
+    std::function<void()> actOnce() {
+        return [this] {
+            if (const auto acting = std::exchange(act, nullptr)) {
+                acting();
+            }
+        };
+    }
+    void listenAs(const std::string& name, const std::shared_ptr<Styled>& owner) {
+        domain->registerChangeHandler(recorder.handler(name, name == "actor" ? actOnce() : nullptr),
+                                      owner);
+    }
+    void listenAsObject(const std::string& name, const std::shared_ptr<Styled>& object) {
+        object->onStyleChange = recorder.objectHandler(name, name == "actor" ? actOnce() : nullptr);
+        domain->registerChangeHandler(object);
+    }
+    void listen() {
+        listenAs("before", before);
+        listenAs("actor", actor);
+        listenAs("after", after);
+        recorder.take();
+    }
+    void listenAsObjects() {
+        listenAsObject("before", before);
+        listenAsObject("actor", actor);
+        listenAsObject("after", after);
+        recorder.take();
+    }
+    Names force() {
+        domain->notifyForStyleChangeOf(nullptr, {.force = true});
+        return recorder.takeNames();
+    }
+};
+
+TEST_F(TableChangeTests, AnOwnerUnregisteredMeanwhileIsNotCalledAnyMore) {
+    listen();
+    act = [this] { domain->unregisterChangeHandlersWithOwner(after); };
+    EXPECT_EQ(force(), (Names{"before", "actor"}));
+    EXPECT_EQ(force(), (Names{"before", "actor"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerServedAlreadyMayBeUnregistered) {
+    listen();
+    act = [this] { domain->unregisterChangeHandlersWithOwner(before); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
+    EXPECT_EQ(force(), (Names{"actor", "after"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerThatUnregistersItselfIsNotCalledAnyMore) {
+    listen();
+    listenAs("actor again", actor);
+    recorder.take();
+    act = [this] { domain->unregisterChangeHandlersWithOwner(actor); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "after"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerAddedMeanwhileIsCalledByItsRegistrationAlone) {
+    listen();
+    act = [this] { listenAs("added", added); };
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(
+        recorder.take(),
+        (StyleCalls{
+            {"before", plain, 1}, {"actor", plain, 1}, {"added", plain, 0}, {"after", plain, 1}}));
+    EXPECT_EQ(force(), (Names{"before", "actor", "after", "added"}));
+}
+
+TEST_F(TableChangeTests, AHandlerAddedToAnOwnerToComeIsCalledByItsRegistrationAlone) {
+    listen();
+    act = [this] { listenAs("after again", after); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "after again", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "actor", "after", "after again"}));
+}
+
+TEST_F(TableChangeTests, AHandlerAddedToTheRunningOwnerIsCalledByItsRegistrationAlone) {
+    listen();
+    listenAs("actor again", actor);
+    recorder.take();
+    act = [this] { listenAs("actor at last", actor); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "actor at last", "actor again", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "actor", "actor again", "actor at last", "after"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerThatLeavesAndComesBackMeanwhileIsCalledByItsRegistrationAlone) {
+    listen();
+    listenAs("actor again", actor);
+    recorder.take();
+    act = [this] {
+        domain->unregisterChangeHandlersWithOwner(actor);
+        listenAs("actor anew", actor);
+        domain->unregisterChangeHandlersWithOwner(after);
+        listenAs("after anew", after);
+    };
+    EXPECT_EQ(force(), (Names{"before", "actor", "actor anew", "after anew"}));
+    EXPECT_EQ(force(), (Names{"before", "actor anew", "after anew"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerThatEndsMeanwhileIsNotCalledAnyMore) {
+    listen();
+    act = [this] { after.reset(); };
+    EXPECT_EQ(force(), (Names{"before", "actor"}));
+    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 2U);
+}
+
+TEST_F(TableChangeTests, AnOwnerMayBeLetGoByItsOwnHandler) {
+    listen();
+    const std::weak_ptr<Styled> watched = actor;
+    act = [this] { actor.reset(); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(force(), (Names{"before", "after"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerMayBeLetGoByItsHandlersRegistration) {
+    const std::weak_ptr<Styled> watched = actor;
+    std::shared_ptr<NSObject> owner = actor;
+    act = [&] {
+        owner.reset();
+        actor.reset();
+    };
+    domain->registerChangeHandler(recorder.handler("actor", actOnce()), owner);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+}
+
+TEST_F(TableChangeTests, AnOwnerMayUnregisterInTheCallOfItsRegistration) {
+    act = [this] { domain->unregisterChangeHandlersWithOwner(actor); };
+    listenAs("actor", actor);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
+    EXPECT_EQ(actor->lastZelStyle(), plain->token());
+    EXPECT_EQ(force(), Names{});
+}
+
+TEST_F(TableChangeTests, ATargetMayBeLetGoByAHandlerOfItsNotification) {
+    const auto stranger = makeStyled();
+    listenAs("actor", actor);
+    added->parent = actor;
+    listenAs("added", added);
+    listenAs("stranger", stranger);
+    recorder.take();
+    const auto menu = makeStyled();
+    listenAs("menu", menu);
+    actor->associated = {{menu}};
+    recorder.take();
+    std::shared_ptr<NSObject> target = actor;
+    act = [&] {
+        target.reset();
+        actor.reset();
+        added->parent.reset();
+    };
+    domain->notifyForStyleChangeOf(target, {.force = true});
+    EXPECT_EQ(recorder.takeNames(), (Names{"actor", "menu"}));
+}
+
+TEST_F(TableChangeTests, ADeliverysStyleMayBeLetGoByAHandler) {
+    listen();
+    ZelStyleDelivery delivery{.force = true,
+                              .forStyleOnly = addStyle(domain->lightScheme(), "odd")};
+    before->setLastZelStyle(nullptr);
+    actor->setLastZelStyle(nullptr);
+    act = [&] { delivery.forStyleOnly.reset(); };
+    domain->notifyForStyleChangeOf(nullptr, delivery);
+    EXPECT_EQ(recorder.takeNames(), (Names{"before", "actor"}));
+}
+
+TEST_F(TableChangeTests, AHandlerObjectUnregisteredMeanwhileIsNotCalledAnyMore) {
+    listenAsObjects();
+    act = [this] { domain->unregisterChangeHandler(after); };
+    EXPECT_EQ(force(), (Names{"before", "actor"}));
+}
+
+TEST_F(TableChangeTests, AHandlerObjectMayUnregisterItself) {
+    listenAsObjects();
+    act = [this] { domain->unregisterChangeHandler(actor); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "after"}));
+}
+
+TEST_F(TableChangeTests, AHandlerObjectAddedMeanwhileIsCalledByItsRegistrationAlone) {
+    listenAsObjects();
+    act = [this] { listenAsObject("added", added); };
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(
+        recorder.take(),
+        (StyleCalls{
+            {"before", plain, 1}, {"actor", plain, 1}, {"added", plain, 0}, {"after", plain, 1}}));
+    EXPECT_EQ(force(), (Names{"before", "actor", "after", "added"}));
+}
+
+TEST_F(TableChangeTests, AHandlerObjectThatEndsMeanwhileIsNotCalledAnyMore) {
+    listenAsObjects();
+    act = [this] { after.reset(); };
+    EXPECT_EQ(force(), (Names{"before", "actor"}));
+    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 2U);
+}
+
+TEST_F(TableChangeTests, AHandlerObjectMayBeLetGoByItsOwnCall) {
+    listenAsObjects();
+    act = [this] { actor.reset(); };
+    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "after"}));
+}
+
+TEST_F(TableChangeTests, AHandlerObjectMayBeLetGoByTheCallOfItsRegistration) {
+    const std::weak_ptr<Styled> watched = actor;
+    std::shared_ptr<NSObject> object = actor;
+    actor->onStyleChange = [&](const auto&, auto) {
+        object.reset();
+        actor.reset();
+    };
+    domain->registerChangeHandler(object);
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+}
+
+TEST_F(TableChangeTests, AHandlerMayRegisterAndUnregisterHandlerObjectsAndTheReverse) {
+    listenAs("actor", actor);
+    listenAs("before", before);
+    listenAsObject("after", after);
+    recorder.take();
+    act = [this] {
+        domain->unregisterChangeHandler(after);
+        listenAsObject("added", added);
+    };
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    // The set of handler objects is walked after the owners: what came meanwhile is in it.
+    EXPECT_EQ(recorder.takeNames(), (Names{"actor", "added", "before", "added"}));
+}
+
+TEST_F(TableChangeTests, ManyComeAndGoWhileAWalkRuns) {
+    listen();
+    std::vector<std::shared_ptr<Styled>> crowd;
+    act = [&] {
+        for (int i = 0; i < 500; ++i) {
+            crowd.push_back(makeStyled());
+            listenAs("crowd", crowd.back());
+        }
+        recorder.take();
+        crowd.resize(20);
+        for (int i = 0; i < 500; ++i) { // over and over, so that holes pile up
+            listenAs("passing", added);
+            domain->unregisterChangeHandlersWithOwner(added);
+        }
+        recorder.take();
+    };
+    EXPECT_EQ(force(), (Names{"after"}));
+    Names expected{"before", "actor", "after"};
+    expected.insert(expected.end(), 20, "crowd");
+    EXPECT_EQ(force(), expected);
+}
+
+TEST_F(TableChangeTests, AChangeInANestedWalkHoldsForTheOuterOne) {
+    listen();
+    int calls = 0;
+    act = [&] {
+        act = [&] {
+            ++calls;
+            domain->unregisterChangeHandlersWithOwner(after);
+            domain->unregisterChangeHandlersWithOwner(actor);
+        };
+        domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    };
+    EXPECT_EQ(force(), (Names{"before", "actor", "before", "actor"}));
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(force(), (Names{"before"}));
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "UserDefaultsTestsFolder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+
+namespace zel_tests {
+namespace {
+
+using zel::NSNumber;
+using zel::NSUserDefaults;
+
+struct DefaultsFileTrouble : UserDefaultsFolder {
+    /// The file holds nothing and takes nothing; the value is held in memory instead.
+    void expectNeitherReadNorWritten() {
+        NSUserDefaults defaults;
+        EXPECT_EQ(stringIn(defaults, "k"), "(none)");
+        EXPECT_FALSE(defaults.setObject("new", "k"));
+        EXPECT_EQ(stringIn(defaults, "k"), "new");
+        EXPECT_EQ(storedString("k"), "(none)");
+    }
+    void makeFolder() const { std::filesystem::create_directory(folder + "/Painter"); }
+    /// Lets an ordinary user reach the application's folder.
+    void open(unsigned mode) const {
+        ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+        ASSERT_EQ(::chmod((folder + "/Painter").c_str(), static_cast<mode_t>(mode)), 0);
+    }
+};
+
+TEST_F(DefaultsFileTrouble, AMissingFileIsCreatedForTheUserAlone) {
+    ::umask(0);
+    EXPECT_EQ(storedString("k"), "(none)");
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(modeOf(folder + "/Painter"), 0700u);
+    EXPECT_EQ(modeOf(file()), 0600u);
+    EXPECT_EQ(modeOf(file() + ".lock"), 0600u);
+}
+
+TEST_F(DefaultsFileTrouble, AnEmptyFileIsFilled) {
+    write("");
+    EXPECT_EQ(storedString("k"), "(none)");
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(text(), "k = \"new\"\n");
+}
+
+TEST_F(DefaultsFileTrouble, AFileKeepsItsMode) {
+    write("k = 1\n");
+    for (const unsigned mode : {0644u, 0640u, 0600u}) {
+        ASSERT_EQ(::chmod(file().c_str(), static_cast<mode_t>(mode)), 0);
+        EXPECT_TRUE(NSUserDefaults().setObject(NSNumber::numberWithLong(mode), "k"));
+        EXPECT_EQ(modeOf(file()), mode);
+    }
+}
+
+TEST_F(DefaultsFileTrouble, AFileThatRootWritesKeepsItsOwner) {
+    write("k = 1\n");
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root may give files away";
+    }
+    ASSERT_EQ(::chown(file().c_str(), 65534, 65534), 0);
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    struct stat status {};
+    ASSERT_EQ(::stat(file().c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 65534u);
+    EXPECT_EQ(status.st_gid, 65534u);
+}
+
+TEST_F(DefaultsFileTrouble, AFolderInTheFilesPlaceStays) {
+    std::filesystem::create_directories(file());
+    expectNeitherReadNorWritten();
+    EXPECT_TRUE(std::filesystem::is_directory(file()));
+}
+
+TEST_F(DefaultsFileTrouble, AFileInTheFoldersPlaceStays) {
+    std::ofstream(folder + "/Painter") << "k = \"no\"\n";
+    expectNeitherReadNorWritten();
+    EXPECT_EQ(std::filesystem::file_size(folder + "/Painter"), 9u);
+}
+
+TEST_F(DefaultsFileTrouble, APipeIsNotWaitedFor) {
+    makeFolder();
+    ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
+    expectNeitherReadNorWritten();
+    EXPECT_TRUE(std::filesystem::is_fifo(file()));
+}
+
+TEST_F(DefaultsFileTrouble, AnEndlessDeviceIsNotRead) {
+    makeFolder();
+    open(0777);
+    std::filesystem::create_symlink("/dev/zero", file());
+    // Never as root: code that fails this test could replace the device itself.
+    const int result = inChild([] {
+        if (!becomeOrdinaryUser()) {
+            return 1;
+        }
+        const bool hidden = storedString("k") == "(none)";
+        return hidden && !NSUserDefaults().setObject("new", "k") ? 42 : 2;
+    });
+    EXPECT_EQ(result, 42);
+}
+
+TEST_F(DefaultsFileTrouble, AnOversizedFileIsLeftAlone) {
+    write("k = \"old\"\n");
+    std::filesystem::resize_file(file(), (8u << 20) + 1);
+    expectNeitherReadNorWritten();
+    EXPECT_EQ(std::filesystem::file_size(file()), (8u << 20) + 1);
+}
+
+TEST_F(DefaultsFileTrouble, AFileIsNeverMadeOversized) {
+    write("k = \"old\"\n");
+    const std::string huge((8u << 20) - 5, 'x');
+    EXPECT_FALSE(NSUserDefaults().setObject(huge, "k"));
+    EXPECT_EQ(text(), "k = \"old\"\n");
+    const std::string large((8u << 20) - 7, 'x'); // "k = " and the marks make it fit exactly
+    EXPECT_TRUE(NSUserDefaults().setObject(large, "k"));
+    EXPECT_EQ(std::filesystem::file_size(file()), 8u << 20);
+    EXPECT_EQ(storedString("k"), large);
+}
+
+TEST_F(DefaultsFileTrouble, GarbageStaysBesideANewEntry) {
+    std::string garbage;
+    std::uint32_t state = 12345;
+    for (int i = 0; i < 200'000; ++i) {
+        state = state * 1664525u + 1013904223u;
+        garbage += static_cast<char>(state >> 24);
+    }
+    garbage += "tail";
+    write(garbage);
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "my-key"));
+    EXPECT_EQ(storedString("my-key"), "new");
+    EXPECT_TRUE(text().value_or("").starts_with(garbage));
+}
+
+TEST_F(DefaultsFileTrouble, AnUnreadableFileIsLeftAloneThoughItCouldBeReplaced) {
+    write("k = \"old\"\n");
+    open(0777);
+    ASSERT_EQ(::chmod(file().c_str(), 0000), 0);
+    const int result = inChild([] {
+        const bool ordinary = becomeOrdinaryUser();
+        const bool hidden = storedString("k") == "(none)";
+        return ordinary && hidden && !NSUserDefaults().setObject("new", "k") ? 42 : 1;
+    });
+    EXPECT_EQ(result, 42);
+    ASSERT_EQ(::chmod(file().c_str(), 0600), 0);
+    EXPECT_EQ(text(), "k = \"old\"\n");
+}
+
+TEST_F(DefaultsFileTrouble, AReadOnlyFileIsReadAndLeftAloneThoughItCouldBeReplaced) {
+    write("k = \"old\"\n");
+    open(0777);
+    ASSERT_EQ(::chmod(file().c_str(), 0444), 0);
+    const int result = inChild([] {
+        const bool ordinary = becomeOrdinaryUser();
+        const bool seen = storedString("k") == "old";
+        return ordinary && seen && !NSUserDefaults().setObject("new", "k") ? 42 : 1;
+    });
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(text(), "k = \"old\"\n");
+}
+
+TEST_F(DefaultsFileTrouble, AFileInAReadOnlyFolderIsReadAndStays) {
+    write("k = \"old\"\n");
+    ASSERT_EQ(::chmod(file().c_str(), 0666), 0);
+    open(0555);
+    const int result = inChild([] {
+        const bool ordinary = becomeOrdinaryUser();
+        NSUserDefaults defaults;
+        const bool refused = stringIn(defaults, "k") == "old" && !defaults.setObject("new", "k");
+        const bool held = stringIn(defaults, "k") == "new" && storedString("k") == "old";
+        // What is so already needs no writing.
+        const bool nothingToDo = NSUserDefaults().setObject("old", "k") &&
+                                 NSUserDefaults().setObject(std::nullopt, "absent");
+        return ordinary && refused && held && nothingToDo ? 42 : 1;
+    });
+    EXPECT_EQ(result, 42);
+    open(0755);
+    EXPECT_EQ(text(), "k = \"old\"\n");
+    EXPECT_EQ(names(), std::vector<std::string>{"defaults.conf"});
+}
+
+TEST_F(DefaultsFileTrouble, AFullDiskLeavesTheOldFileAndNothingElse) {
+    write("k = \"old\"\n");
+    const int result = inChild([] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{2000, 2000}; // bytes that any file may have
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) {
+            return 1;
+        }
+        const bool refused = !NSUserDefaults().setObject(std::string(5000, 'x'), "k");
+        return refused && storedString("k") == "old" ? 42 : 2;
+    });
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(text(), "k = \"old\"\n");
+    EXPECT_FALSE(std::filesystem::exists(file() + ".tmp"));
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;
+#elif defined(__has_feature)
+constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+#else
+constexpr bool kSanitized = false;
+#endif
+
+/// Takes what the heap still has, but for what a small object needs.
+void exhaustMemory() {
+    for (std::size_t size = std::size_t{64} << 20; size >= 4096; size /= 2) {
+        for (void* volatile block = std::malloc(size); block != nullptr;) {
+            block = std::malloc(size);
+        }
+    }
+}
+
+TEST_F(DefaultsFileTrouble, AnExhaustedMemoryIsNotFeltOutside) {
+    if (kSanitized) {
+        GTEST_SKIP() << "the sanitizer needs the memory";
+    }
+    write("k = \"old\"\n" + std::string(7u << 20, '#'));
+    const int result = inChild([] {
+        NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+        const rlimit limit{1, 1}; // bytes of address space, of which there are more already
+        if (::setrlimit(RLIMIT_AS, &limit) != 0) {
+            return 1;
+        }
+        exhaustMemory();
+        const bool absent = !defaults.objectForKey("k").has_value();
+        return absent && !defaults.setObject("new", "k") ? 42 : 2;
+    });
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(storedString("k"), "old");
+}
+
+TEST_F(DefaultsFileTrouble, ALinkStaysAndTheFileItLeadsToIsWritten) {
+    std::filesystem::create_directories(folder + "/elsewhere");
+    std::ofstream(folder + "/elsewhere/real.conf") << "k = \"old\"\n";
+    makeFolder();
+    std::filesystem::create_symlink("../elsewhere/middle", file());
+    std::filesystem::create_symlink(folder + "/elsewhere/real.conf", folder + "/elsewhere/middle");
+    EXPECT_EQ(storedString("k"), "old");
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(storedString("k"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(file()));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder + "/elsewhere/middle"));
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder + "/elsewhere/real.conf"));
+    EXPECT_EQ(names(), std::vector<std::string>{"defaults.conf"});
+}
+
+TEST_F(DefaultsFileTrouble, ALinkToNothingYetIsFilled) {
+    makeFolder();
+    std::filesystem::create_symlink(folder + "/later.conf", file());
+    EXPECT_EQ(storedString("k"), "(none)");
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_TRUE(std::filesystem::is_symlink(file()));
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder + "/later.conf"));
+}
+
+TEST_F(DefaultsFileTrouble, ALinkIntoAMissingFolderMakesNoFolder) {
+    makeFolder();
+    std::filesystem::create_symlink(folder + "/unplugged/defaults.conf", file());
+    expectNeitherReadNorWritten();
+    EXPECT_FALSE(std::filesystem::exists(folder + "/unplugged"));
+}
+
+TEST_F(DefaultsFileTrouble, ARingOfLinksEnds) {
+    makeFolder();
+    std::filesystem::create_symlink("defaults.conf", file());
+    expectNeitherReadNorWritten();
+}
+
+TEST_F(DefaultsFileTrouble, ALeftoverOfAKilledWriterIsNoHindrance) {
+    write("k = \"old\"\n");
+    std::ofstream(file() + ".tmp") << "half a fi";
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(text(), "k = \"new\"\n");
+    EXPECT_FALSE(std::filesystem::exists(file() + ".tmp"));
+}
+
+TEST_F(DefaultsFileTrouble, ALockThatIsNeverLetGoDelaysAWriterOnlyAndNotForever) {
+    write("k = \"old\"\n");
+    const int lock = ::open((file() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(storedString("k"), "old");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    NSUserDefaults defaults;
+    EXPECT_FALSE(defaults.setObject("new", "k"));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    EXPECT_EQ(stringIn(defaults, "k"), "new");
+    EXPECT_EQ(storedString("k"), "old");
+    ASSERT_EQ(::flock(lock, LOCK_UN), 0);
+    EXPECT_TRUE(defaults.setObject("newer", "k"));
+    EXPECT_EQ(storedString("k"), "newer");
+    ::close(lock);
+}
+
+} // namespace
+} // namespace zel_tests

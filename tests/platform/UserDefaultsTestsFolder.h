@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <ZelStyleKit/NSProcessInfo.h>
+#include <ZelStyleKit/NSUserDefaults.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <grp.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zel_tests {
+
+/// Gives each test a configuration folder of its own, and the process the name "Painter".
+class UserDefaultsFolder : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = ::testing::TempDir() + "defaults-XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+        ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+        zel::NSProcessInfo::setProcessName("Painter");
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    [[nodiscard]] std::string file() const { return folder + "/Painter/defaults.conf"; }
+
+    /// The file's bytes; none where there is no file.
+    [[nodiscard]] std::optional<std::string> text() const {
+        std::ifstream stream(file(), std::ios::binary);
+        if (!stream) {
+            return std::nullopt;
+        }
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+
+    void write(std::string_view bytes) const {
+        std::filesystem::create_directory(folder + "/Painter");
+        std::ofstream stream(file(), std::ios::binary | std::ios::trunc);
+        stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        ASSERT_TRUE(stream.flush());
+    }
+
+    /// The names of what stands in the application's folder, in no order.
+    [[nodiscard]] std::vector<std::string> names() const {
+        std::vector<std::string> result;
+        for (const auto& entry : std::filesystem::directory_iterator(folder + "/Painter")) {
+            result.push_back(entry.path().filename().string());
+        }
+        return result;
+    }
+
+    std::string folder;
+};
+
+/// Permission bits of a file, links followed.
+inline unsigned modeOf(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777u : ~0u;
+}
+
+/// Runs the body in a process of its own and answers its result; -1 where it crashed.
+inline int inChild(const std::function<int()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(body());
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+/// Gives up the privileges of a test that runs as root, to which nothing is forbidden.
+inline bool becomeOrdinaryUser() {
+    constexpr unsigned nobody = 65534;
+    return ::geteuid() != 0 ||
+           (::setgroups(0, nullptr) == 0 && ::setgid(nobody) == 0 && ::setuid(nobody) == 0);
+}
+
+/// The string under a key, or what tells that there is none.
+inline std::string stringIn(const zel::NSUserDefaults& defaults, std::string_view key) {
+    const auto value = defaults.objectForKey(key);
+    if (!value) {
+        return "(none)";
+    }
+    const auto* text = std::get_if<std::string>(&*value);
+    return text == nullptr ? "(a number)" : *text;
+}
+
+/// The same, by nobody who has read the file before.
+inline std::string storedString(std::string_view key) {
+    return stringIn(zel::NSUserDefaults(), key);
+}
+
+} // namespace zel_tests

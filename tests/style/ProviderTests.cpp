@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/style/StyleModel.h"
+#include "tests/support/Providers.h"
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+using Names = std::vector<std::string>;
+using Identifiers = ZelStyleDefaultValueProvider::Identifiers;
+
+class ProviderTests : public StylingTests {
+protected:
+    const Style style = makeEmptyStyle();
+    const std::shared_ptr<ZelStyleScheme> scheme =
+        alloc<ZelStyleScheme>()->initWithIdentifier("sepia", nullptr);
+};
+
+TEST_F(ProviderTests, TheBuiltInProvidersHaveTheirNames) {
+    EXPECT_EQ(ZelStyleDefaultValueProviderIdentifierBase, "base");
+    EXPECT_EQ(ZelStyleDefaultValueProviderIdentifierMain, "main");
+}
+
+TEST_F(ProviderTests, AProviderIsMadeWithItsIdentifierRequirementsAndCallback) {
+    int called = 0;
+    const auto provider = ZelStyleDefaultValueProvider::providerWithIdentifier(
+        "icons", std::vector<std::string>{"main", "base", "main"}, [&](auto&&...) { ++called; });
+    EXPECT_EQ(provider->identifier(), "icons");
+    EXPECT_EQ(provider->requiredDefaultValueProviders(), (Identifiers{"base", "main"}));
+    ASSERT_TRUE(provider->providerBlock());
+    provider->providerBlock()(style, scheme);
+    EXPECT_EQ(called, 1);
+    EXPECT_FALSE(provider->willApplyBlock());
+    EXPECT_FALSE(provider->didApplyBlock());
+}
+
+TEST_F(ProviderTests, NoListAndAnEmptyListAreNoRequirement) {
+    EXPECT_EQ(makeProvider("icons")->requiredDefaultValueProviders(), std::nullopt);
+    EXPECT_EQ(makeProvider("icons", std::vector<std::string>{})->requiredDefaultValueProviders(),
+              std::nullopt);
+}
+
+TEST_F(ProviderTests, TheEmptyStringIsAnIdentifierAndARequirement) {
+    const auto provider = makeProvider("", std::vector<std::string>{""});
+    EXPECT_EQ(provider->identifier(), "");
+    EXPECT_EQ(provider->requiredDefaultValueProviders(), Identifiers{""});
+}
+
+TEST_F(ProviderTests, AProviderBeforeInitialisationHasNoIdentifier) {
+    EXPECT_EQ(alloc<ZelStyleDefaultValueProvider>()->identifier(), std::nullopt);
+}
+
+TEST_F(ProviderTests, TheCallbackIsGivenStyleAndScheme) {
+    Style givenStyle;
+    std::shared_ptr<ZelStyleScheme> givenScheme;
+    const auto provider = makeProvider(
+        "icons", std::nullopt, [&](const Style& each, const std::shared_ptr<ZelStyleScheme>& with) {
+            givenStyle = each;
+            givenScheme = with;
+        });
+    provider->provideDefaultValuesFor(style, scheme);
+    EXPECT_EQ(givenStyle, style);
+    EXPECT_EQ(givenScheme, scheme);
+    provider->provideDefaultValuesFor(style, nullptr);
+    EXPECT_EQ(givenScheme, nullptr);
+}
+
+TEST_F(ProviderTests, TheHooksAreGivenStyleSchemeReceiverAndTheOtherProvider) {
+    const auto provider = makeProvider("icons");
+    const auto running = makeProvider("running");
+    Names calls;
+    const auto hook = [&](std::string name) {
+        return [&, name](const Style& each, const std::shared_ptr<ZelStyleScheme>& with,
+                         const Provider& receiver, const Provider& applied) {
+            EXPECT_EQ(each, style);
+            EXPECT_EQ(with, scheme);
+            EXPECT_EQ(receiver, provider);
+            EXPECT_EQ(applied, running);
+            calls.push_back(name);
+        };
+    };
+    provider->setWillApplyBlock(hook("will"));
+    provider->setDidApplyBlock(hook("did"));
+    provider->willApply(running, style, scheme);
+    EXPECT_EQ(calls, Names{"will"});
+    provider->didApply(running, style, scheme);
+    EXPECT_EQ(calls, (Names{"will", "did"}));
+}
+
+TEST_F(ProviderTests, WithoutCallbackAndHooksNothingHappens) {
+    const auto provider = makeProvider("icons");
+    EXPECT_FALSE(provider->providerBlock());
+    EXPECT_NO_THROW(provider->provideDefaultValuesFor(style, scheme));
+    EXPECT_NO_THROW(provider->willApply(provider, style, scheme));
+    EXPECT_NO_THROW(provider->didApply(provider, style, scheme));
+    EXPECT_TRUE(style->effectiveValues()->empty());
+}
+
+TEST_F(ProviderTests, EverythingButTheIdentifierCanBeSet) {
+    const auto provider = makeProvider("icons", std::vector<std::string>{"base"});
+    provider->setRequiredDefaultValueProviders(Identifiers{"main"});
+    EXPECT_EQ(provider->requiredDefaultValueProviders(), Identifiers{"main"});
+    provider->setRequiredDefaultValueProviders(std::nullopt);
+    EXPECT_EQ(provider->requiredDefaultValueProviders(), std::nullopt);
+    int called = 0;
+    provider->setProviderBlock([&](auto&&...) { ++called; });
+    provider->provideDefaultValuesFor(style, scheme);
+    EXPECT_EQ(called, 1);
+    provider->setProviderBlock(nullptr);
+    provider->provideDefaultValuesFor(style, scheme);
+    EXPECT_EQ(called, 1);
+}
+
+TEST_F(ProviderTests, AReplacedCallbackEndsWithTheProvidersLockFree) {
+    const auto provider = makeProvider("icons");
+    bool wasUsable = false;
+    std::shared_ptr<const int> captured(new int(0), [&](const int* content) {
+        delete content;
+        runElsewhere([&] { wasUsable = !provider->providerBlock(); });
+    });
+    provider->setProviderBlock([held = std::move(captured)](auto&&...) {});
+    ASSERT_FALSE(wasUsable);
+    provider->setProviderBlock(nullptr);
+    EXPECT_TRUE(wasUsable);
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/style/StyleModel.h"
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+class StyleInheritanceTests : public StylingTests {
+protected:
+    Style parent = makeEmptyStyle();
+    const Style child = makeChild(parent);
+};
+
+TEST_F(StyleInheritanceTests, AChildSeesItsParentsValues) {
+    parent->setValue(gray(0.5), "blueColor");
+    parent->setValue(gray(0.25), "paperColor");
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    EXPECT_EQ(child->effectiveValueForAttribute("paperColor"), gray(0.25));
+    EXPECT_EQ(child->blueColor(), NSColor::colorWithWhite(0.5, 1));
+    EXPECT_EQ(child->valueForAttribute("blueColor"), std::nullopt) << "own values only";
+    EXPECT_EQ(child->valueForAttribute("paperColor"), std::nullopt) << "own values only";
+}
+
+TEST_F(StyleInheritanceTests, AnOwnValueOverridesTheInheritedOne) {
+    parent->setValue(gray(0.5), "blueColor");
+    parent->setValue(gray(0.25), "paperColor");
+    child->setValue(gray(0.75), "blueColor");
+    const ZelAttributeDictionary expected{{"blueColor", *gray(0.75)}, {"paperColor", *gray(0.25)}};
+    EXPECT_EQ(*child->effectiveValues(), expected);
+    EXPECT_EQ(parent->effectiveValueForAttribute("blueColor"), gray(0.5));
+}
+
+TEST_F(StyleInheritanceTests, AGrandchildMergesEveryAncestor) {
+    const auto grandchild = makeChild(child);
+    parent->setValue(gray(0.1), "a");
+    parent->setValue(gray(0.2), "b");
+    parent->setValue(gray(0.3), "c");
+    child->setValue(gray(0.4), "b");
+    child->setValue(gray(0.5), "c");
+    grandchild->setValue(gray(0.6), "c");
+    const ZelAttributeDictionary expected{{"a", *gray(0.1)}, {"b", *gray(0.4)}, {"c", *gray(0.6)}};
+    EXPECT_EQ(*grandchild->effectiveValues(), expected);
+}
+
+TEST_F(StyleInheritanceTests, ANullInAChildRemovesTheInheritedKey) {
+    for (const std::string_view key : {"blueColor", "paperColor", "font"}) {
+        parent->setValue(ZelAttributeValue(std::string("any")), key);
+        child->setValue(std::nullopt, key);
+        EXPECT_TRUE(child->valueForAttribute(key)->isNull());
+        EXPECT_EQ(child->effectiveValueForAttribute(key), std::nullopt);
+        EXPECT_FALSE(child->effectiveValues()->contains(key));
+    }
+}
+
+TEST_F(StyleInheritanceTests, ANullInAChildIsMissingFromItsChildrenToo) {
+    const auto grandchild = makeChild(child);
+    parent->setValue(gray(0.5), "blueColor");
+    child->setValue(std::nullopt, "blueColor");
+    EXPECT_FALSE(grandchild->effectiveValues()->contains("blueColor"));
+    grandchild->setValue(gray(0.75), "blueColor");
+    EXPECT_EQ(grandchild->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleInheritanceTests, ANullThatHidesNothingIsNotMergedEither) {
+    child->setValue(std::nullopt, "paperColor");
+    EXPECT_TRUE(child->effectiveValues()->empty());
+}
+
+TEST_F(StyleInheritanceTests, ARootsNullMarkerIsMergedIntoItsChild) {
+    for (const std::string_view key : {"blueColor", "paperColor"}) {
+        parent->setValue(std::nullopt, key);
+        child->setValue(gray(0.5), "other");
+        ASSERT_TRUE(child->effectiveValues()->contains(key));
+        EXPECT_TRUE(child->effectiveValues()->find(key)->second.isNull());
+        EXPECT_EQ(child->effectiveValueForAttribute(key), std::nullopt);
+    }
+}
+
+TEST_F(StyleInheritanceTests, MergedValuesStayWhenOnlyTheParentIsWrittenTo) {
+    parent->setValue(gray(0.5), "blueColor");
+    const auto merged = child->effectiveValues();
+    parent->setValue(gray(0.75), "blueColor");
+    parent->setValue(gray(0.25), "paperColor");
+    EXPECT_EQ(child->effectiveValues(), merged) << "merged once";
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    EXPECT_EQ(child->effectiveValueForAttribute("paperColor"), std::nullopt);
+    EXPECT_EQ(parent->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleInheritanceTests, AnOwnWriteMergesTheParentsPresentValuesAfresh) {
+    parent->setValue(gray(0.5), "blueColor");
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    parent->setValue(gray(0.75), "blueColor");
+    child->setValue(gray(0.25), "paperColor");
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleInheritanceTests, AnAcceptedUpdateOfTheChildMergesAfresh) {
+    parent->setValue(gray(0.5), "blueColor");
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    parent->setValue(gray(0.75), "blueColor");
+    child->updateStyleWithChanges(nullptr);
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleInheritanceTests, AStyleBetweenServesItsOwnMergedValuesToItsChildren) {
+    const auto grandchild = makeChild(child);
+    parent->setValue(gray(0.5), "blueColor");
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    parent->setValue(gray(0.75), "blueColor");
+    EXPECT_EQ(grandchild->effectiveValueForAttribute("blueColor"), gray(0.5));
+}
+
+TEST_F(StyleInheritanceTests, ReadingAChildMergesItsParentOnTheWay) {
+    parent->setValue(gray(0.5), "blueColor");
+    ASSERT_FALSE(ZelStyleInternals::hasComputedValues(*parent));
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    EXPECT_TRUE(ZelStyleInternals::hasComputedValues(*parent));
+}
+
+TEST_F(StyleInheritanceTests, GettingAParentDropsNothing) {
+    const auto style = makeEmptyStyle();
+    style->setValue(std::nullopt, "paperColor");
+    const auto merged = style->effectiveValues();
+    parent->setValue(gray(0.5), "blueColor");
+    style->setParentStyle(parent);
+    EXPECT_EQ(style->effectiveValues(), merged);
+    EXPECT_EQ(style->effectiveValueForAttribute("blueColor"), std::nullopt);
+    style->updateStyleWithChanges(nullptr);
+    const ZelAttributeDictionary expected{{"blueColor", *gray(0.5)}};
+    EXPECT_EQ(*style->effectiveValues(), expected);
+}
+
+TEST_F(StyleInheritanceTests, ChangingTheParentDropsNothing) {
+    parent->setValue(gray(0.5), "blueColor");
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    const auto other = makeEmptyStyle();
+    other->setValue(gray(0.75), "blueColor");
+    child->setParentStyle(other);
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    child->setValue(std::nullopt, "paperColor");
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleInheritanceTests, LosingTheParentDropsNothing) {
+    parent->setValue(gray(0.5), "blueColor");
+    child->setValue(std::nullopt, "paperColor");
+    const auto merged = child->effectiveValues();
+    parent.reset();
+    EXPECT_EQ(child->effectiveValues(), merged);
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+}
+
+TEST_F(StyleInheritanceTests, AStyleWhoseParentHasEndedMergesAsARoot) {
+    parent->setValue(gray(0.5), "blueColor");
+    child->setValue(std::nullopt, "paperColor");
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    parent.reset();
+    child->updateStyleWithChanges(nullptr);
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), std::nullopt);
+    const ZelAttributeDictionary expected{{"paperColor", ZelAttributeValue(NSNull{})}};
+    EXPECT_EQ(*child->effectiveValues(), expected) << "a root's null markers are its values";
+}
+
+TEST_F(StyleInheritanceTests, KeysThatTheParentNoLongerMergesGoFromTheChild) {
+    for (int i = 0; i < 40; ++i) {
+        parent->setValue(gray(0.5), "shared" + std::to_string(i));
+    }
+    ASSERT_EQ(child->effectiveValues()->size(), 40U);
+    const auto other = makeEmptyStyle();
+    other->setValue(gray(0.75), "shared7");
+    child->setParentStyle(other);
+    child->updateStyleWithChanges(nullptr);
+    const ZelAttributeDictionary expected{{"shared7", *gray(0.75)}};
+    EXPECT_EQ(*child->effectiveValues(), expected);
+    EXPECT_EQ(child->effectiveValueForAttribute("shared8"), std::nullopt);
+}
+
+TEST_F(StyleInheritanceTests, UninterpretedValuesAreInheritedByIdentity) {
+    const ZelAttributeValue font(std::string("Serif 12"));
+    parent->setValue(font, "font");
+    EXPECT_EQ(child->effectiveValueForAttribute("font"), Value(font));
+    child->setValue(gray(0.5), "font");
+    EXPECT_EQ(child->effectiveValueForAttribute("font"), gray(0.5));
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "style/StyleState.h"
+#include "style/ZelStyleInternals.h"
+#include "tests/support/Styling.h"
+#include "tests/support/Watchdog.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zeltest {
+
+using Style = std::shared_ptr<zel::ZelStyle>;
+using Value = std::optional<zel::ZelAttributeValue>;
+
+/// A style without any values.
+inline Style makeEmptyStyle() {
+    auto style = zel::alloc<zel::ZelStyle>();
+    style->init();
+    return style;
+}
+
+/// A style that inherits from another, without values of its own, in no scheme.
+inline Style makeChild(const Style& parent, std::string_view identifier = "child") {
+    return zel::alloc<zel::ZelStyle>()->initWithIdentifier(identifier, nullptr, parent);
+}
+
+/// A grey, as what stands under a key.
+inline Value gray(double level) {
+    return zel::NSColor::colorWithWhite(level, 1);
+}
+
+/// Accepted updates of a style alone.
+inline std::uint64_t localCounter(const Style& style) {
+    return zel::ZelStyleInternals::state(*style).counter.load();
+}
+
+/// Whether no thread holds the lock, this one included.
+inline bool isFree(zel::RecursiveLock& lock) {
+    bool taken = false;
+    runElsewhere([&] {
+        taken = lock.try_lock();
+        if (taken) {
+            lock.unlock();
+        }
+    });
+    return taken;
+}
+
+/// Whether no thread holds the lock that a style's updates run under.
+inline bool updatesAreFree(const Style& style) {
+    return isFree(zel::ZelStyleInternals::state(*style).updateLock);
+}
+
+/// Whether no thread holds any of a style's locks, nor what keeps updates of all styles apart: then
+/// another thread can write to the style, update it and observe it.
+inline bool everyLockIsFree(const Style& style) {
+    if (!updatesAreFree(style) || !isFree(zel::ZelStyleInternals::state(*style).valuesLock)) {
+        return false;
+    }
+    const auto other = makeEmptyStyle();
+    runElsewhere([&] { other->updateStyleWithChanges(nullptr); });
+    return localCounter(other) == 1;
+}
+
+} // namespace zeltest

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/style/StyleModel.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+// What this thread has allocated so far; the program's own operators count.
+thread_local std::size_t allocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size > 0 ? size : 1)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+class StyleReadTests : public StylingTests {
+protected:
+    const Style style = alloc<ZelStyle>()->initWithIdentifier("main", nullptr);
+    const Style child = makeChild(style);
+
+    static RecursiveLock& valuesLock(const Style& of) {
+        return ZelStyleInternals::state(*of).valuesLock;
+    }
+};
+
+TEST_F(StyleReadTests, ReadingAPredefinedAttributeAllocatesNothing) {
+    ASSERT_TRUE(child->labelColor());
+    const std::size_t before = allocations;
+    const auto color = child->labelColor();
+    const auto type = child->styleType();
+    const auto value = child->effectiveValueForAttribute("grayColor3");
+    const bool dark = child->isDarkStyle();
+    const std::size_t after = allocations;
+    EXPECT_EQ(after - before, 0U);
+    EXPECT_TRUE(color && type && value && !dark);
+}
+
+TEST_F(StyleReadTests, ReadingAColourOfTheHostsOwnAllocatesNothing) {
+    style->setValue(gray(0.5), "a key that is longer than any string keeps inside itself");
+    ASSERT_TRUE(style->effectiveValueForAttribute(
+        "a key that is longer than any string keeps inside itself"));
+    const std::size_t before = allocations;
+    const auto value = style->effectiveValueForAttribute(
+        "a key that is longer than any string keeps inside itself");
+    const auto absent = style->effectiveValueForAttribute(
+        "a key that nobody has written, of the same excessive length");
+    const std::size_t after = allocations;
+    EXPECT_EQ(after - before, 0U);
+    EXPECT_EQ(value, gray(0.5));
+    EXPECT_EQ(absent, std::nullopt);
+}
+
+TEST_F(StyleReadTests, AReadTakesNoLockOnceTheValuesAreMerged) {
+    style->setValue(gray(0.5), "paperColor");
+    ASSERT_TRUE(child->labelColor());
+    const std::scoped_lock held(valuesLock(child), valuesLock(style));
+    runElsewhere([&] {
+        EXPECT_EQ(child->labelColor(), NSColor::colorWithSRGBRed(0, 0, 0, 1));
+        EXPECT_TRUE(child->isCustomStyle());
+        EXPECT_EQ(child->effectiveValueForAttribute("paperColor"), gray(0.5));
+        EXPECT_EQ(child->effectiveValueForAttribute("absent"), std::nullopt);
+    });
+}
+
+TEST_F(StyleReadTests, AReadWaitsForNoUpdate) {
+    ASSERT_TRUE(child->labelColor());
+    child->updateStyleWithChanges([&](const Style& updated) {
+        runElsewhere([&] {
+            EXPECT_EQ(updated->labelColor(), NSColor::colorWithSRGBRed(0, 0, 0, 1));
+            updated->setValue(gray(0.5), "blueColor");
+            EXPECT_EQ(updated->effectiveValueForAttribute("blueColor"), gray(0.5));
+            EXPECT_EQ(updated->seed(), 0U);
+        });
+        return true;
+    });
+}
+
+TEST_F(StyleReadTests, AStyleThatNobodyReadsMergesNothing) {
+    child->setValue(gray(0.5), "blueColor");
+    child->updateStyleWithChanges(nullptr);
+    EXPECT_EQ(child->valueForAttribute("blueColor"), gray(0.5));
+    EXPECT_FALSE(ZelStyleInternals::hasComputedValues(*child));
+    ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
+    EXPECT_TRUE(ZelStyleInternals::hasComputedValues(*child));
+}
+
+TEST_F(StyleReadTests, AReaderNeverSeesHalfOfAWrite) {
+    const NSColor first = NSColor::colorWithSRGBRed(0.1, 0.2, 0.3, 0.4);
+    const NSColor second = NSColor::colorWithDeviceCyan(0.5, 0.6, 0.7, 0.8, 0.9);
+    child->setBlueColor(first);
+    child->setValue(Value(first), "paperColor");
+    std::atomic<bool> done = false;
+    const auto read = [&] {
+        bool whole = true;
+        do {
+            const auto blue = child->blueColor();
+            const auto paper = child->effectiveValueForAttribute("paperColor");
+            whole = whole && (blue == first || blue == second) &&
+                    (paper == Value(first) || paper == Value(second));
+        } while (!done.load());
+        EXPECT_TRUE(whole);
+    };
+    const auto write = [&] {
+        for (int i = 0; i < 20000; ++i) {
+            child->setBlueColor(i % 2 == 0 ? second : first);
+            child->setValue(Value(i % 3 == 0 ? second : first), "paperColor");
+        }
+        done = true;
+    };
+    runAtOnce({read, read, write});
+    EXPECT_EQ(child->blueColor(), first);
+}
+
+TEST_F(StyleReadTests, UninterpretedValuesAreReadWholeWhileTheyAreReplaced) {
+    const ZelAttributeValue first(std::string("Serif 12"));
+    const ZelAttributeValue second(std::string("Sans 9"));
+    const Value third = gray(0.5);
+    style->setValue(first, "font");
+    std::atomic<bool> done = false;
+    const auto read = [&] {
+        bool whole = true;
+        do {
+            const Value value = style->effectiveValueForAttribute("font");
+            whole = whole && (value == Value(first) || value == Value(second) || value == third);
+        } while (!done.load());
+        EXPECT_TRUE(whole);
+    };
+    const auto write = [&] {
+        for (int i = 0; i < 5000; ++i) {
+            style->setValue(second, "font");
+            style->setValue(third, "font");
+            style->setValue(first, "font");
+        }
+        done = true;
+    };
+    runAtOnce({read, read, write});
+    EXPECT_EQ(style->effectiveValueForAttribute("font"), Value(first));
+}
+
+TEST_F(StyleReadTests, ParentsAndChildrenAreReadAndWrittenOnManyThreads) {
+    const auto sibling = makeChild(style);
+    const auto work = [&](const Style& on, double level) {
+        for (int i = 0; i < 3000; ++i) {
+            on->setValue(gray(level), i % 2 == 0 ? "paperColor" : "blueColor");
+            EXPECT_EQ(on->effectiveValues()->size(), 56U);
+        }
+    };
+    style->setValue(gray(0), "paperColor");
+    runAtOnce(
+        {[&] { work(style, 0.25); }, [&] { work(child, 0.5); }, [&] { work(sibling, 0.75); }});
+    EXPECT_EQ(style->effectiveValueForAttribute("paperColor"), gray(0.25));
+    EXPECT_EQ(child->effectiveValueForAttribute("paperColor"), gray(0.5));
+    EXPECT_EQ(sibling->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleReadTests, AReplacedValueEndsWithTheStylesLocksFree) {
+    bool wasFree = false;
+    const auto ending = [&](const int* content) {
+        delete content;
+        wasFree = isFree(valuesLock(style));
+    };
+    style->setValue(ZelAttributeValue(std::shared_ptr<const int>(new int(1), ending)), "font");
+    ASSERT_TRUE(style->effectiveValues()->contains("font")); // the snapshot holds it as well
+    style->setValue(std::nullopt, "font");
+    EXPECT_TRUE(wasFree);
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/styleable/StyleableFixture.h"
+#include "tests/support/Watchdog.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+namespace {
+
+using namespace zeltest;
+
+class CustomIdentifiers : public StyleableTests {
+protected:
+    void SetUp() override {
+        object->registerStyleableChangeHandler(recorder.handler("owner"));
+        recorder.take();
+    }
+};
+
+/// The two setters do the same but for what they store.
+class EitherIdentifier : public CustomIdentifiers, public testing::WithParamInterface<std::string> {
+protected:
+    void set(std::optional<std::string_view> identifier) {
+        if (GetParam() == "Style") {
+            object->setCustomZelStyleIdentifier(identifier);
+        } else {
+            object->setCustomZelStyleSchemeIdentifier(identifier);
+        }
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(OfEitherKind, EitherIdentifier, testing::Values("Style", "Scheme"),
+                         [](const auto& each) { return each.param; });
+
+TEST_F(CustomIdentifiers, AStyleIdentifierThatChangesTheStyleCallsTheHandlerOnceWithEventOne) {
+    object->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}}));
+    EXPECT_EQ(object->lastZelStyle(), accent->token());
+}
+
+TEST_F(CustomIdentifiers, ASchemeIdentifierThatChangesTheStyleCallsTheHandlerOnceWithEventOne) {
+    object->setCustomZelStyleSchemeIdentifier("dark");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", darkMain, 1}}));
+    EXPECT_EQ(object->lastZelStyle(), darkMain->token());
+}
+
+TEST_P(EitherIdentifier, AnIdentifierThatLeavesTheStyleAsItIsCallsNobody) {
+    set("unknown"); // falls back to the main style
+    EXPECT_TRUE(recorder.take().empty());
+    set("default");
+    EXPECT_TRUE(recorder.take().empty());
+    EXPECT_EQ(object->notifications, 2);
+}
+
+TEST_F(CustomIdentifiers, TheHandlerIsNotCalledWhereItsLastStyleIsTheOneThatApplies) {
+    object->setLastZelStyle(accent);
+    object->setCustomZelStyleIdentifier("accent");
+    EXPECT_TRUE(recorder.take().empty());
+}
+
+TEST_P(EitherIdentifier, TheSameIdentifierAgainNotifiesAgainAndReachesNobody) {
+    set("dark");
+    recorder.take();
+    EXPECT_EQ(object->notifications, 1);
+    set("dark");
+    EXPECT_EQ(object->notifications, 2);
+    EXPECT_TRUE(recorder.take().empty());
+}
+
+TEST_F(CustomIdentifiers, TheSameIdentifierAgainReachesAListenerWhoseStyleIsOutOfDate) {
+    object->setCustomZelStyleIdentifier("accent");
+    recorder.take();
+    object->setLastZelStyle(nullptr);
+    object->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}}));
+}
+
+TEST_F(CustomIdentifiers, WithoutItsStyleIdentifierAnObjectIsStyledAsIfItNeverHadOne) {
+    object->setCustomZelStyleIdentifier("accent");
+    recorder.take();
+    object->setCustomZelStyleIdentifier(std::nullopt);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", main, 1}}));
+    EXPECT_EQ(domain->styleFor(object), main);
+    EXPECT_EQ(object->customZelStyleIdentifier(), std::nullopt);
+}
+
+TEST_F(CustomIdentifiers, WithoutItsSchemeIdentifierAnObjectFollowsTheCurrentSchemeAgain) {
+    object->setCustomZelStyleSchemeIdentifier("default");
+    recorder.take();
+    domain->setCurrentScheme(domain->darkScheme());
+    EXPECT_TRUE(recorder.take().empty());
+    object->setCustomZelStyleSchemeIdentifier(std::nullopt);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", darkMain, 1}}));
+}
+
+TEST_P(EitherIdentifier, SettingNoneNotifiesToo) {
+    set(std::nullopt);
+    EXPECT_EQ(object->notifications, 1);
+    set(std::nullopt);
+    EXPECT_EQ(object->notifications, 2);
+}
+
+TEST_F(CustomIdentifiers, AnObjectThatLostItsIdentifierTakesItsParentsAgain) {
+    object->parent = makeStyled();
+    object->parent->setCustomZelStyleIdentifier("accent");
+    object->setCustomZelStyleIdentifier("main");
+    recorder.take();
+    object->setCustomZelStyleIdentifier(std::nullopt);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}}));
+}
+
+TEST_F(CustomIdentifiers, OnlyTheFirstOfAnOwnersHandlersIsCalled) {
+    object->registerStyleableChangeHandler(recorder.handler("second"));
+    recorder.take();
+    object->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(recorder.takeNames(), Names{"owner"});
+}
+
+TEST_F(CustomIdentifiers, EverythingBelowTheObjectIsToldAndNothingAboveOrBeside) {
+    const auto parent = makeStyled();
+    object->parent = parent;
+    const auto child = makeStyled(object);
+    const auto grandchild = makeStyled(child);
+    const auto sibling = makeStyled(parent);
+    for (const auto& [owner, name] : {std::pair{grandchild, "grandchild"},
+                                      {child, "child"},
+                                      {sibling, "sibling"},
+                                      {parent, "parent"}}) {
+        owner->registerStyleableChangeHandler(recorder.handler(name));
+        owner->setLastZelStyle(nullptr); // so that each is due
+    }
+    recorder.take();
+    object->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(recorder.take(),
+              (StyleCalls{{"owner", accent, 1}, {"grandchild", accent, 1}, {"child", accent, 1}}));
+}
+
+TEST_F(CustomIdentifiers, TheNotificationGoesToTheDomainThatTheObjectNames) {
+    const auto other = zel::ZelStyleDomain::domainForIdentifier("other");
+    const auto otherAccent = addStyle(other->defaultScheme(), "accent");
+    const auto elsewhere = makeStyled();
+    elsewhere->domainIdentifier = "other";
+    other->registerChangeHandler(recorder.handler("its own"), elsewhere);
+    domain->registerChangeHandler(recorder.handler("default"), elsewhere);
+    elsewhere->setLastZelStyle(nullptr);
+    recorder.take();
+    elsewhere->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"its own", otherAccent, 1}}));
+}
+
+TEST_F(CustomIdentifiers, ADomainThatDoesNotExistYetIsMadeForTheNotification) {
+    const auto elsewhere = zel::alloc<Target>();
+    elsewhere->domainIdentifier = "not yet made";
+    elsewhere->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(elsewhere->notifications, 1);
+}
+
+TEST_P(EitherIdentifier, TheIdentifierIsInPlaceWhenTheHandlersRunWhichIsBeforeTheSetterReturns) {
+    std::optional<std::string> style;
+    std::optional<std::string> scheme;
+    std::thread::id on;
+    const auto child = makeStyled(object);
+    child->registerStyleableChangeHandler(recorder.handler("child", [&] {
+        style = object->customZelStyleIdentifier();
+        scheme = object->customZelStyleSchemeIdentifier();
+        on = std::this_thread::get_id();
+    }));
+    child->setLastZelStyle(nullptr);
+    set("dark");
+    EXPECT_EQ(on, std::this_thread::get_id());
+    EXPECT_TRUE(style == "dark" || scheme == "dark");
+}
+
+TEST_P(EitherIdentifier, AHandlersExceptionPassesWithTheIdentifierStoredAndEveryLockFree) {
+    const auto child = makeStyled(object);
+    bool raise = false;
+    child->registerStyleableChangeHandler(recorder.handler("child", [&] {
+        if (raise) {
+            throw std::runtime_error("no");
+        }
+    }));
+    child->setLastZelStyle(nullptr);
+    raise = true;
+    EXPECT_THROW(set("dark"), std::runtime_error);
+    raise = false;
+    EXPECT_TRUE(object->customZelStyleIdentifier() == "dark" ||
+                object->customZelStyleSchemeIdentifier() == "dark");
+    runElsewhere([&] {
+        child->unregisterStyleableChangeHandlers();
+        set(std::nullopt);
+        set("dark");
+    });
+    EXPECT_EQ(object->notifications, 2); // the one that was cut short never came so far
+}
+
+TEST_F(CustomIdentifiers, AHandlerThatChangesAnIdentifierIsCalledAgainAndTheOuterCallIsStoredLast) {
+    const auto darkAccent = addStyle(domain->darkScheme(), "accent");
+    bool again = true;
+    object->unregisterStyleableChangeHandlers();
+    object->registerStyleableChangeHandler(recorder.handler("owner", [&] {
+        if (object->customZelStyleIdentifier() == "accent" && std::exchange(again, false)) {
+            object->setCustomZelStyleSchemeIdentifier("dark");
+        }
+    }));
+    recorder.take();
+    object->setCustomZelStyleIdentifier("accent");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}, {"owner", darkAccent, 1}}));
+    EXPECT_EQ(object->lastZelStyle(), accent->token());
+}
+
+} // namespace

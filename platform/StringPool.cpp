@@ -37,7 +37,7 @@ std::uint64_t StringPool::hashOf(std::string_view text) noexcept {
     const char* bytes = text.data();
     std::size_t left = text.size();
     for (; left >= 8; left -= 8, bytes += 8) {
-        std::uint64_t word;
+        std::uint64_t word = 0;
         std::memcpy(&word, bytes, 8);
         hash = (hash ^ word) * golden;
         hash ^= hash >> 32;

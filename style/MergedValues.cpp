@@ -16,8 +16,8 @@ std::size_t firstPlace(AttributeIndex key, std::size_t mask) noexcept {
 MergedValues::CustomTable::CustomTable(std::size_t capacity)
     : mask(capacity - 1), places(std::make_unique<Place[]>(capacity)) {}
 
-const MergedValues::CustomTable::Place* MergedValues::placeOf(const CustomTable& table,
-                                                              AttributeIndex key) noexcept {
+MergedValues::CustomTable::Place* MergedValues::placeOf(const CustomTable& table,
+                                                        AttributeIndex key) noexcept {
     for (std::size_t at = firstPlace(key, table.mask);; at = (at + 1) & table.mask) {
         const AttributeIndex found = table.places[at].key.load(std::memory_order_acquire);
         if (found == key) {
@@ -89,7 +89,7 @@ void MergedValues::putSlot(AttributeIndex key, const AttributeSlot& slot) {
 
 void MergedValues::putCustom(AttributeIndex key, const AttributeSlot& slot) {
     const CustomTable* present = custom_.load(std::memory_order_relaxed);
-    const auto* place = present ? placeOf(*present, key) : nullptr;
+    CustomTable::Place* place = present ? placeOf(*present, key) : nullptr;
     if (place == nullptr) {
         if (slot.tag == AttributeSlot::absent) {
             return;
@@ -107,7 +107,7 @@ void MergedValues::putCustom(AttributeIndex key, const AttributeSlot& slot) {
         ++customCount_;
         return;
     }
-    const_cast<CustomTable::Place*>(place)->slot.store(slot); // ours, found by a reader's function
+    place->slot.store(slot);
 }
 
 // The outgrown table stays: another thread may be looking through it.

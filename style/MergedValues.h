@@ -70,8 +70,8 @@ private:
         std::unique_ptr<Place[]> places;
     };
 
-    [[nodiscard]] static const CustomTable::Place* placeOf(const CustomTable& table,
-                                                           AttributeIndex key) noexcept;
+    [[nodiscard]] static CustomTable::Place* placeOf(const CustomTable& table,
+                                                     AttributeIndex key) noexcept;
     void put(AttributeIndex key, const ZelAttributeValue& value);
     void putSlot(AttributeIndex key, const AttributeSlot& slot);
     void putCustom(AttributeIndex key, const AttributeSlot& slot);

@@ -118,8 +118,8 @@ std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
     const RecursiveGuard guard(state_->lock);
-    for (std::size_t i = 0; i < state_->modes.size(); ++i) { // a host's store may change the list
-        const std::shared_ptr<ZelStyleManagerMode> mode = state_->modes[i];
+    const Modes listed = state_->modes; // a host's store may change the list
+    for (const auto& mode : listed) {
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }

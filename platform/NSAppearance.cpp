@@ -45,10 +45,10 @@ NSAppearance::bestMatchFromAppearancesWithNames(const std::vector<std::string_vi
     if (isListed(name_)) {
         return name_;
     }
-    const auto variant =
-        std::ranges::find_if(variants, [&](const Variant& each) { return each.name == name_; });
-    if (variant != variants.end() && isListed(variant->plainer)) {
-        return std::string(variant->plainer);
+    for (const Variant& each : variants) {
+        if (each.name == name_ && isListed(each.plainer)) {
+            return std::string(each.plainer);
+        }
     }
     return std::nullopt;
 }

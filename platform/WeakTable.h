@@ -275,10 +275,11 @@ private:
     // before an object that came from std::make_shared. The first word of a weak pointer is where
     // the object is; were it anything else, nothing but time would be lost.
     static void prefetch(const Entry& entry) noexcept {
-        const char* object = nullptr;
+        std::uintptr_t object = 0;
+        static_assert(sizeof object == sizeof(NSObject*));
         std::memcpy(&object, static_cast<const void*>(&entry.owner), sizeof object);
         __builtin_prefetch(entry.state);
-        __builtin_prefetch(object - 16, 1);
+        __builtin_prefetch(reinterpret_cast<const void*>(object - 16), 1);
     }
 
     [[nodiscard]] bool isCalled(const Entry& entry) const noexcept {

@@ -276,7 +276,7 @@ private:
     // the object is; were it anything else, nothing but time would be lost.
     static void prefetch(const Entry& entry) noexcept {
         std::uintptr_t object = 0;
-        static_assert(sizeof object == sizeof(NSObject*));
+        static_assert(sizeof object == sizeof(void*));
         std::memcpy(&object, static_cast<const void*>(&entry.owner), sizeof object);
         __builtin_prefetch(entry.state);
         __builtin_prefetch(reinterpret_cast<const void*>(object - 16), 1);

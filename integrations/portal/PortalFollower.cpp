@@ -254,16 +254,14 @@ std::optional<std::chrono::microseconds> PortalFollower::nextTimeout() const noe
     if (appearanceUntold_ || statusUntold_) {
         return std::chrono::microseconds{0};
     }
-    std::optional<Clock::time_point> first = bus_ ? bus_->wakeUp() : std::nullopt;
-    for (const auto& timer : {deadline_, retryAt_}) {
-        if (timer && (!first || *timer < *first)) {
-            first = timer;
-        }
-    }
-    if (!first) {
+    constexpr auto never = Clock::time_point::max();
+    const auto wakeUp = bus_ ? bus_->wakeUp() : std::nullopt;
+    const auto first =
+        std::min({wakeUp.value_or(never), deadline_.value_or(never), retryAt_.value_or(never)});
+    if (first == never) {
         return std::nullopt;
     }
-    const auto left = std::chrono::ceil<std::chrono::microseconds>(*first - Clock::now());
+    const auto left = std::chrono::ceil<std::chrono::microseconds>(first - Clock::now());
     return std::max(left, std::chrono::microseconds{0});
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/StringPool.h"
 
-#include <cstring>
-
 namespace zel {
 inline namespace v1 {
 namespace {
@@ -29,27 +27,6 @@ StringPool::StringPool() {
 
 StringPool::~StringPool() = default;
 
-// Eight bytes at a time, each folded in by a multiplication with the golden ratio's fraction; the
-// last step brings the high bits, the well mixed ones, down to where the mask looks.
-std::uint64_t StringPool::hashOf(std::string_view text) noexcept {
-    constexpr std::uint64_t golden = 0x9E3779B97F4A7C15ULL;
-    std::uint64_t hash = golden ^ text.size();
-    const char* bytes = text.data();
-    std::size_t left = text.size();
-    for (; left >= 8; left -= 8, bytes += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes, 8);
-        hash = (hash ^ word) * golden;
-        hash ^= hash >> 32;
-    }
-    if (left > 0) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes, left);
-        hash = (hash ^ word) * golden;
-    }
-    return hash ^ (hash >> 29);
-}
-
 const PooledString* StringPool::intern(std::string_view text) {
     if (const PooledString* found = find(text)) {
         return found;
@@ -73,7 +50,7 @@ PooledString& StringPool::add(std::string_view text) {
         segments_[place.segment].store(owned_.back().get(), std::memory_order_release);
     }
     PooledString& added = owned_.back()[place.offset];
-    added = PooledString{std::string(text), hashOf(text), count_};
+    added = PooledString{std::string(text), TextWords::hashOf(text), count_};
     ++count_;
     return added;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/TextWords.h"
+
 #include <array>
 #include <atomic>
 #include <bit>
@@ -36,7 +38,7 @@ public:
 
     /// The pool's string of that text, or nothing.
     [[nodiscard]] const PooledString* find(std::string_view text) const noexcept {
-        return probe(*table_.load(std::memory_order_acquire), text, hashOf(text));
+        return probe(*table_.load(std::memory_order_acquire), text, TextWords::hashOf(text));
     }
     /// The pool's string of that text, added where it is new.
     const PooledString* intern(std::string_view text);
@@ -45,8 +47,6 @@ public:
         const Place place(index);
         return segments_[place.segment].load(std::memory_order_acquire)[place.offset];
     }
-
-    [[nodiscard]] static std::uint64_t hashOf(std::string_view text) noexcept;
 
 private:
     static constexpr std::uint32_t firstSegment = 64;
@@ -74,7 +74,8 @@ private:
                                      std::uint64_t hash) noexcept {
         for (std::size_t at = hash & table.mask;; at = (at + 1) & table.mask) {
             const PooledString* string = table.slots[at].load(std::memory_order_acquire);
-            if (string == nullptr || (string->hash == hash && string->text == text)) {
+            if (string == nullptr ||
+                (string->hash == hash && TextWords::isSame(string->text, text))) {
                 return string;
             }
         }

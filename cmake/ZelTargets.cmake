@@ -30,7 +30,20 @@ function(zel_library_defaults target)
         target_compile_definitions(${target} PUBLIC ZELSTYLEKIT_STATIC)
     elseif(UNIX AND NOT APPLE)
         set(symbols ${PROJECT_SOURCE_DIR}/cmake/ZelSymbols.map)
-        target_link_options(${target} PRIVATE LINKER:--version-script=${symbols})
+        # Nobody is meant to replace single functions of the library: it calls its own directly.
+        target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+        target_link_options(${target} PRIVATE
+            LINKER:--version-script=${symbols} LINKER:-Bsymbolic-functions)
         set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${symbols})
     endif()
+endfunction()
+
+# Optimised builds: what a program runs once, or a user's hand sets off, is compiled for size, and the
+# sources that are run by every read, registration and delivery for speed. Sources of this folder.
+function(zel_compile_for_speed)
+    set_source_files_properties(${ARGN} DIRECTORY ${PROJECT_SOURCE_DIR} PROPERTIES
+        COMPILE_OPTIONS $<$<CONFIG:Release,RelWithDebInfo>:-O2>)
+endfunction()
+function(zel_compile_for_size target)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-Os>)
 endfunction()

@@ -7,8 +7,20 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
-std::optional<NSColor> readColor(const ZelStyle& style, ZelStyleAttribute attribute) {
+/// Where the merged values have to be computed first, or are being written.
+[[gnu::noinline]] std::optional<NSColor> readColorByLocking(const ZelStyle& style,
+                                                            ZelStyleAttribute attribute) {
     return ZelStyleInternals::predefinedSlot(style, attribute).asColor();
+}
+
+// Inlined into each accessor: the call would cost as much as the read.
+[[gnu::always_inline]] inline std::optional<NSColor> readColor(const ZelStyle& style,
+                                                               ZelStyleAttribute attribute) {
+    AttributeSlot slot;
+    if (ZelStyleInternals::readPredefined(style, attribute, slot)) [[likely]] {
+        return slot.asColor();
+    }
+    return readColorByLocking(style, attribute);
 }
 
 std::optional<NSNumber> readNumber(const ZelStyle& style, ZelStyleAttribute attribute) {

@@ -21,19 +21,14 @@ constexpr std::array<std::string_view, ZelStyleAttributeCount> predefinedKeys{
 };
 static_assert(ZelStyleAttributeCount == 55);
 
-StringPool* makePool() {
+} // namespace
+
+StringPool* makeAttributeKeys() {
     auto* const pool = new StringPool;
     for (const std::string_view key : predefinedKeys) {
         pool->intern(key);
     }
     return pool;
-}
-
-} // namespace
-
-StringPool& attributeKeys() {
-    static StringPool* const pool = makePool(); // never destroyed: styles may end at exit
-    return *pool;
 }
 
 std::string_view ZelStyleAttributeKeyOf(ZelStyleAttribute attribute) noexcept {

@@ -13,8 +13,14 @@ inline namespace v1 {
 /// the order of their list.
 using AttributeIndex = std::uint32_t;
 
+/// A new pool with the predefined keys.
+StringPool* makeAttributeKeys();
+
 /// The pool of attribute keys. Reading an unknown key adds nothing to it; writing one does.
-StringPool& attributeKeys();
+inline StringPool& attributeKeys() {
+    static StringPool* const pool = makeAttributeKeys(); // never destroyed: styles may end at exit
+    return *pool;
+}
 
 } // namespace v1
 } // namespace zel

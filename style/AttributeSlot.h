@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace zel {
 inline namespace v1 {
@@ -67,14 +68,15 @@ struct AttributeSlot {
 
     /// The value, where the slot alone says it: nothing for an absent or other one.
     [[nodiscard]] std::optional<ZelAttributeValue> asValue() const noexcept {
+        using Value = std::optional<ZelAttributeValue>;
+        if (tag >= color) [[likely]] {
+            return Value(std::in_place, *asColor());
+        }
+        if (tag >= number) {
+            return Value(std::in_place, *asNumber());
+        }
         if (tag == null) {
-            return ZelAttributeValue(NSNull{});
-        }
-        if (const auto held = asColor()) {
-            return ZelAttributeValue(*held);
-        }
-        if (const auto held = asNumber()) {
-            return ZelAttributeValue(*held);
+            return Value(std::in_place, NSNull{});
         }
         return std::nullopt;
     }
@@ -86,12 +88,7 @@ class AtomicSlot {
 public:
     // Acquire and release instead of fences, which the thread sanitizer doesn't know.
     [[nodiscard]] AttributeSlot load() const noexcept {
-        AttributeSlot slot;
-        slot.tag = tag_.load(std::memory_order_acquire);
-        for (std::size_t i = 0; i < slot.words.size(); ++i) {
-            slot.words[i] = words_[i].load(std::memory_order_acquire);
-        }
-        return slot;
+        return load(std::make_index_sequence<NSColorSpace::maximumComponentCount>());
     }
     void store(const AttributeSlot& slot) noexcept {
         tag_.store(slot.tag, std::memory_order_release);
@@ -101,6 +98,13 @@ public:
     }
 
 private:
+    // Word by word into registers: a loop would go through memory, and wait for it.
+    template <std::size_t... Index>
+    [[nodiscard]] AttributeSlot load(std::index_sequence<Index...>) const noexcept {
+        return {tag_.load(std::memory_order_acquire),
+                {words_[Index].load(std::memory_order_acquire)...}};
+    }
+
     std::atomic<std::uint64_t> tag_{AttributeSlot::absent};
     std::array<std::atomic<double>, NSColorSpace::maximumComponentCount> words_{};
 };

@@ -7,41 +7,10 @@ namespace {
 
 constexpr std::size_t initialCustomCapacity = 8;
 
-std::size_t firstPlace(AttributeIndex key, std::size_t mask) noexcept {
-    return (key * 0x9E3779B9U >> 8) & mask;
-}
-
 } // namespace
 
 MergedValues::CustomTable::CustomTable(std::size_t capacity)
     : mask(capacity - 1), places(std::make_unique<Place[]>(capacity)) {}
-
-MergedValues::CustomTable::Place* MergedValues::placeOf(const CustomTable& table,
-                                                        AttributeIndex key) noexcept {
-    for (std::size_t at = firstPlace(key, table.mask);; at = (at + 1) & table.mask) {
-        const AttributeIndex found = table.places[at].key.load(std::memory_order_acquire);
-        if (found == key) {
-            return &table.places[at];
-        }
-        if (found == 0) {
-            return nullptr;
-        }
-    }
-}
-
-bool MergedValues::read(AttributeIndex key, AttributeSlot& slot) const noexcept {
-    if (key < ZelStyleAttributeCount) {
-        return readPredefined(key, slot);
-    }
-    const std::uint64_t before = sequence_.load(std::memory_order_acquire);
-    if ((before & 1) != 0) {
-        return false;
-    }
-    const CustomTable* table = custom_.load(std::memory_order_acquire);
-    const CustomTable::Place* place = table ? placeOf(*table, key) : nullptr;
-    slot = place ? place->slot.load() : AttributeSlot();
-    return sequence_.load(std::memory_order_relaxed) == before;
-}
 
 ZelAttributeValue::Other MergedValues::otherAt(AttributeIndex key) const {
     const auto found = others_.find(key);

@@ -31,16 +31,19 @@ struct MergedValues {
     }
 
     /// A copy of the slot of a predefined attribute; nothing while the values aren't there.
-    [[nodiscard]] bool readPredefined(AttributeIndex key, AttributeSlot& slot) const noexcept {
+    [[nodiscard, gnu::always_inline]] bool readPredefined(AttributeIndex key,
+                                                          AttributeSlot& slot) const noexcept {
         const std::uint64_t before = sequence_.load(std::memory_order_acquire);
-        if ((before & 1) != 0) {
-            return false;
-        }
-        slot = predefined_[key].load();
-        return sequence_.load(std::memory_order_relaxed) == before;
+        return (before & 1) == 0 && copy(predefined_[key], before, slot);
     }
     /// The same of any attribute.
-    [[nodiscard]] bool read(AttributeIndex key, AttributeSlot& slot) const noexcept;
+    [[nodiscard, gnu::always_inline]] bool read(AttributeIndex key,
+                                                AttributeSlot& slot) const noexcept {
+        const std::uint64_t before = sequence_.load(std::memory_order_acquire);
+        return (before & 1) == 0 &&
+               copy(key < ZelStyleAttributeCount ? predefined_[key] : customSlot(key), before,
+                    slot);
+    }
 
     /// A value that is neither colour nor number, while they are there; under the lock.
     [[nodiscard]] ZelAttributeValue::Other otherAt(AttributeIndex key) const;
@@ -70,8 +73,34 @@ private:
         std::unique_ptr<Place[]> places;
     };
 
+    [[nodiscard]] static std::size_t firstPlace(AttributeIndex key, std::size_t mask) noexcept {
+        return (key * 0x9E3779B9U >> 8) & mask;
+    }
     [[nodiscard]] static CustomTable::Place* placeOf(const CustomTable& table,
-                                                     AttributeIndex key) noexcept;
+                                                     AttributeIndex key) noexcept {
+        for (std::size_t at = firstPlace(key, table.mask);; at = (at + 1) & table.mask) {
+            const AttributeIndex found = table.places[at].key.load(std::memory_order_acquire);
+            if (found == key) {
+                return &table.places[at];
+            }
+            if (found == 0) {
+                return nullptr;
+            }
+        }
+    }
+    /// Copies a slot; whether it is still what it was when the counter was read before.
+    [[nodiscard, gnu::always_inline]] bool copy(const AtomicSlot& from, std::uint64_t before,
+                                                AttributeSlot& slot) const noexcept {
+        slot = from.load();
+        return sequence_.load(std::memory_order_relaxed) == before;
+    }
+    /// The slot of a custom attribute, an absent one where it has none.
+    [[nodiscard]] const AtomicSlot& customSlot(AttributeIndex key) const noexcept {
+        static constinit const AtomicSlot absent;
+        const CustomTable* table = custom_.load(std::memory_order_acquire);
+        const CustomTable::Place* place = table ? placeOf(*table, key) : nullptr;
+        return place ? place->slot : absent;
+    }
     void put(AttributeIndex key, const ZelAttributeValue& value);
     void putSlot(AttributeIndex key, const AttributeSlot& slot);
     void putCustom(AttributeIndex key, const AttributeSlot& slot);

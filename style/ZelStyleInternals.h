@@ -12,29 +12,29 @@ inline namespace v1 {
 
 /// The way from the library's other sources, and from tests, to what a style keeps to itself.
 struct ZelStyleInternals {
-    /// The merged slot under a key; an absent slot where there is none.
-    static AttributeSlot effectiveSlot(const ZelStyle& style, AttributeIndex key) {
-        AttributeSlot slot;
+    /// Copies the merged slot of a predefined attribute, without a lock; false where the merged
+    /// values aren't there.
+    [[nodiscard, gnu::always_inline]] static bool
+    readPredefined(const ZelStyle& style, ZelStyleAttribute attribute, AttributeSlot& slot) {
         const MergedValues* merged = style.merged_.load(std::memory_order_acquire);
-        if (merged && merged->read(key, slot)) [[likely]] {
-            return slot;
-        }
-        return computedSlot(style, key);
+        return merged && merged->readPredefined(static_cast<AttributeIndex>(attribute), slot);
     }
-    /// The same of a predefined attribute, known to be one.
+
+    /// The merged slot of a predefined attribute, in any case; an absent slot where there is none.
     static AttributeSlot predefinedSlot(const ZelStyle& style, ZelStyleAttribute attribute) {
-        const auto key = static_cast<AttributeIndex>(attribute);
         AttributeSlot slot;
-        const MergedValues* merged = style.merged_.load(std::memory_order_acquire);
-        if (merged && merged->readPredefined(key, slot)) [[likely]] {
-            return slot;
+        if (!readPredefined(style, attribute, slot)) [[unlikely]] {
+            slot = computedSlot(style, static_cast<AttributeIndex>(attribute));
         }
-        return computedSlot(style, key);
+        return slot;
     }
 
     /// Brings the merged values up to date under the locks of the style and its ancestors, then
     /// answers the slot.
     static AttributeSlot computedSlot(const ZelStyle& style, AttributeIndex key);
+    /// The same of the effective value, which is nothing for the null marker.
+    static std::optional<ZelAttributeValue> computedValue(const ZelStyle& style,
+                                                          AttributeIndex key);
 
     /// Stores an own value under a key's place; what `setValue` does for a key that isn't nil.
     static void setValueAt(ZelStyle& style, AttributeIndex key,

@@ -13,29 +13,77 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
-/// One style's accepted update under way: its lock is held, its followers are being called.
-struct RunningUpdate {
-    explicit RunningUpdate(std::shared_ptr<ZelStyle> updated)
-        : style(std::move(updated)), guard(ZelStyleInternals::state(*style).updateLock) {}
-
-    void beginFollowers() {
-        if (const auto& followers = ZelStyleInternals::state(*style).followers) {
-            walk.emplace(followers);
-            mutations = followers->mutations();
-        }
+/// One style's update under way: its lock is held; once it is accepted, its followers are called.
+class RunningUpdate {
+public:
+    void start(std::shared_ptr<ZelStyle> updated) {
+        style = std::move(updated);
+        guard_ = RecursiveGuard(ZelStyleInternals::state(*style).updateLock);
+        begun_ = false;
     }
-    [[nodiscard]] UpdateFollowers::Entry* nextFollower() { return walk ? walk->next() : nullptr; }
+    void stop() noexcept {
+        walk_.reset();
+        guard_ = RecursiveGuard();
+        style.reset();
+    }
+
+    /// The next follower to call; the first request moves the counter and drops the merged values.
+    UpdateFollowers::Entry* nextFollower() {
+        if (!begun_) {
+            begun_ = true;
+            ZelStyleInternals::incrementSeed(*style);
+            if (const auto& followers = ZelStyleInternals::state(*style).followers) {
+                walk_.emplace(followers);
+                mutations_ = followers->mutations();
+            }
+        }
+        return walk_ ? walk_->next() : nullptr;
+    }
+    [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return walk_->owner(); }
+    void endFollowers() noexcept { walk_.reset(); }
     void requireUnchangedFollowers() const {
-        if (ZelStyleInternals::state(*style).followers->mutations() != mutations) {
+        if (ZelStyleInternals::state(*style).followers->mutations() != mutations_) {
             throw ZelEnumerationMutation("update observers changed while an update called them");
         }
     }
 
     std::shared_ptr<ZelStyle> style;
-    RecursiveGuard guard;
-    std::optional<UpdateFollowers::Walk> walk;
-    std::uint64_t mutations = 0;
-    bool begun = false; ///< whether the counter was moved and the followers are being called
+
+private:
+    RecursiveGuard guard_;
+    std::optional<UpdateFollowers::Walk> walk_;
+    std::uint64_t mutations_ = 0;
+    bool begun_ = false;
+};
+
+/// The updates under way in the process, a child's above its parent's; guarded by the gate. Kept,
+/// so that an update like an earlier one allocates nothing.
+class UpdateStack {
+public:
+    static UpdateStack& shared() {
+        static auto* const stack =
+            new UpdateStack; // never destroyed: styles may be updated at exit
+        return *stack;
+    }
+    [[nodiscard]] std::size_t depth() const noexcept { return depth_; }
+    [[nodiscard]] RunningUpdate& top() const noexcept { return *updates_[depth_ - 1]; }
+
+    void push(std::shared_ptr<ZelStyle> style) {
+        if (depth_ == updates_.size()) {
+            updates_.push_back(std::make_unique<RunningUpdate>());
+        }
+        updates_[depth_]->start(std::move(style));
+        ++depth_;
+    }
+    /// Letting an owner or a style go may end it, and so run other updates: above this one, still.
+    void pop() noexcept {
+        top().stop();
+        --depth_;
+    }
+
+private:
+    std::vector<std::unique_ptr<RunningUpdate>> updates_;
+    std::size_t depth_ = 0;
 };
 
 /// Runs an inherited style's changes: with the parent that it has now, which may be nil.
@@ -44,60 +92,57 @@ void computeChild(const ZelStyle::InheritedChanges& changes,
     changes(child->parentStyle(), child);
 }
 
-/// Carries an accepted update, and those of the children that follow it, depth first: a style's
-/// followers before its domain. A loop, so that no chain of children is too long for the stack.
+/// An update, and those of the children that follow the style, depth first: a style's followers
+/// before its domain. A loop, so that no chain of children is too long for the stack.
 class UpdateRun {
 public:
-    void accept(std::unique_ptr<RunningUpdate> update) {
-        updates_.push_back(std::move(update));
-        while (!updates_.empty()) {
+    explicit UpdateRun(std::shared_ptr<ZelStyle> style) : below_(stack_.depth()) {
+        stack_.push(std::move(style));
+    }
+    UpdateRun(const UpdateRun&) = delete;
+    UpdateRun& operator=(const UpdateRun&) = delete;
+    ~UpdateRun() { // after an exception: the innermost lock goes first
+        while (stack_.depth() > below_) {
+            stack_.pop();
+        }
+    }
+
+    [[nodiscard]] const std::shared_ptr<ZelStyle>& style() const { return stack_.top().style; }
+
+    void accept() {
+        while (stack_.depth() > below_) {
             step();
         }
     }
 
-    ~UpdateRun() { // after an exception: the innermost lock goes first
-        while (!updates_.empty()) {
-            updates_.pop_back();
-        }
-    }
-
 private:
-    void begin(RunningUpdate& update) {
-        ZelStyleInternals::incrementSeed(*update.style);
-        update.beginFollowers();
-        update.begun = true;
-    }
-
     void step() {
-        RunningUpdate& update = *updates_.back();
-        if (!update.begun) {
-            begin(update);
-        }
+        RunningUpdate& update = stack_.top();
         if (auto* entry = update.nextFollower()) {
             call(update, entry->payload);
             return;
         }
-        update.walk.reset();
+        update.endFollowers();
         deliverStyleUpdate(update.style->domain(), update.style);
-        updates_.pop_back();
-        if (!updates_.empty()) {
-            updates_.back()->requireUnchangedFollowers();
+        stack_.pop();
+        if (stack_.depth() > below_) {
+            stack_.top().requireUnchangedFollowers();
         }
     }
 
-    void call(RunningUpdate& update, const UpdateFollower& follower) {
+    void call(const RunningUpdate& update, const UpdateFollower& follower) {
         if (const auto observer = follower.observer) {
-            (*observer)(update.walk->owner(), update.style, false);
+            (*observer)(update.owner(), update.style, false);
             update.requireUnchangedFollowers();
         } else if (const auto inherited = follower.inherited) {
-            auto child = std::static_pointer_cast<ZelStyle>(update.walk->owner());
-            auto next = std::make_unique<RunningUpdate>(child);
+            const auto child = std::static_pointer_cast<ZelStyle>(update.owner());
+            stack_.push(child);
             computeChild(*inherited, child);
-            updates_.push_back(std::move(next));
         }
     }
 
-    std::vector<std::unique_ptr<RunningUpdate>> updates_; // a child's above its parent's
+    UpdateStack& stack_ = UpdateStack::shared();
+    const std::size_t below_;
 };
 
 /// The style's followers, made where it has none; its lock is held.
@@ -134,12 +179,11 @@ void ZelStyle::_incrementSeed() {
 
 void ZelStyle::updateStyleWithChanges(const Changes& changes) {
     const DeliveryGate gate;
-    auto update = std::make_unique<RunningUpdate>(self());
     const Changes kept = changes; // running it may clear the caller's
-    if (kept && !kept(update->style)) {
-        return;
+    UpdateRun run(self());
+    if (!kept || kept(run.style())) {
+        run.accept();
     }
-    UpdateRun().accept(std::move(update));
 }
 
 std::shared_ptr<ZelStyle>

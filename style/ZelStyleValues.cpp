@@ -23,46 +23,70 @@ struct LockedStyle {
     const OwnValues* own;
 };
 
-/// The values lock of a style whose merged values are there. Parents that were held to compute them
-/// may end with it, after the lock is released.
-struct ComputedLock {
-    std::vector<std::shared_ptr<const ZelStyle>> parents;
-    RecursiveGuard guard;
+using Parents = std::vector<std::shared_ptr<const ZelStyle>>;
+
+/// Vectors that one computation leaves to the thread's next, so that it allocates nothing.
+template <class Vector>
+class Borrowed {
+public:
+    Borrowed() : vector_(std::exchange(spare(), {})) {}
+    Borrowed(const Borrowed&) = delete;
+    Borrowed& operator=(const Borrowed&) = delete;
+    ~Borrowed() {
+        vector_.clear(); // may end styles, and so compute others
+        spare() = std::move(vector_);
+    }
+    Vector& operator*() noexcept { return vector_; }
+    Vector* operator->() noexcept { return &vector_; }
+
+private:
+    static Vector& spare() {
+        static thread_local Vector vector;
+        return vector;
+    }
+    Vector vector_;
 };
 
-/// Brings a style's merged values up to date. Locks the style, then each parent in turn up to the
-/// first whose values are there; then computes downwards. A loop, so that no chain of parents is
-/// too long for the stack.
-ComputedLock lockComputed(const ZelStyle& style) {
-    std::vector<std::shared_ptr<const ZelStyle>> parents;
-    LockedStyle first(style);
-    if (first.values->isComputed()) {
-        return {{}, std::move(first.guard)};
-    }
-    std::vector<LockedStyle> locked;
-    for (auto parent = style.parentStyle(); parent; parent = parent->parentStyle()) {
-        parents.push_back(parent);
-        locked.emplace_back(*parent);
-        if (locked.back().values->isComputed()) {
-            break;
+/// Holds the values lock of a style whose merged values are there. Where they weren't, locks each
+/// parent in turn up to the first whose values are there, then computes downwards. A loop, so that
+/// no chain of parents is too long for the stack.
+class ComputedLock {
+public:
+    explicit ComputedLock(const ZelStyle& style) : first_(style) {
+        if (!first_.values->isComputed()) {
+            compute(style);
         }
     }
-    const MergedValues* above = nullptr;
-    while (!locked.empty()) { // releases each parent when its child is next
-        LockedStyle& each = locked.back();
-        if (!each.values->isComputed()) {
-            each.values->compute(above, *each.own);
+
+private:
+    void compute(const ZelStyle& style) {
+        Borrowed<std::vector<LockedStyle>> locked;
+        for (auto parent = style.parentStyle(); parent; parent = parent->parentStyle()) {
+            parents_->push_back(parent);
+            locked->emplace_back(*parent);
+            if (locked->back().values->isComputed()) {
+                break;
+            }
         }
-        above = each.values;
-        LockedStyle& below = locked.size() > 1 ? locked[locked.size() - 2] : first;
-        below.values->compute(above, *below.own);
-        locked.pop_back();
+        const MergedValues* above = nullptr;
+        while (!locked->empty()) { // releases each parent when its child is done
+            LockedStyle& each = locked->back();
+            if (!each.values->isComputed()) {
+                each.values->compute(above, *each.own);
+            }
+            above = each.values;
+            LockedStyle& below = locked->size() > 1 ? (*locked)[locked->size() - 2] : first_;
+            below.values->compute(above, *below.own);
+            locked->pop_back();
+        }
+        if (!first_.values->isComputed()) {
+            first_.values->compute(nullptr, *first_.own);
+        }
     }
-    if (!first.values->isComputed()) {
-        first.values->compute(nullptr, *first.own);
-    }
-    return {std::move(parents), std::move(first.guard)};
-}
+
+    Borrowed<Parents> parents_; // held while their values are read; may end when the lock is free
+    LockedStyle first_;
+};
 
 } // namespace
 
@@ -76,14 +100,26 @@ MergedValues& ZelStyleInternals::mergedValues(const ZelStyle& style) {
 }
 
 AttributeSlot ZelStyleInternals::computedSlot(const ZelStyle& style, AttributeIndex key) {
-    const ComputedLock computed = lockComputed(style);
+    const ComputedLock computed(style);
     AttributeSlot slot;
     (void)mergedValues(style).read(key, slot); // computed and locked: it can't fail
     return slot;
 }
 
+std::optional<ZelAttributeValue> ZelStyleInternals::computedValue(const ZelStyle& style,
+                                                                  AttributeIndex key) {
+    const ComputedLock computed(style);
+    const MergedValues& merged = mergedValues(style);
+    AttributeSlot slot;
+    (void)merged.read(key, slot); // computed and locked: it can't fail
+    if (slot.tag == AttributeSlot::other) {
+        return ZelAttributeValue(merged.otherAt(key));
+    }
+    return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
+}
+
 std::optional<ZelAttributeValue>
-ZelStyle::valueForAttribute(std::optional<std::string_view> key) const {
+ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
     const PooledString* known = key ? attributeKeys().find(*key) : nullptr;
     if (known == nullptr) {
         return std::nullopt;
@@ -93,28 +129,8 @@ ZelStyle::valueForAttribute(std::optional<std::string_view> key) const {
     return value ? std::optional<ZelAttributeValue>(*value) : std::nullopt;
 }
 
-std::optional<ZelAttributeValue>
-ZelStyle::effectiveValueForAttribute(std::optional<std::string_view> key) const {
-    const PooledString* known = key ? attributeKeys().find(*key) : nullptr;
-    if (known == nullptr) {
-        return std::nullopt;
-    }
-    const AttributeSlot slot = ZelStyleInternals::effectiveSlot(*this, known->index);
-    if (slot.tag == AttributeSlot::other) {
-        const ComputedLock computed = lockComputed(*this);
-        const MergedValues& merged = ZelStyleInternals::mergedValues(*this);
-        if (auto other = merged.otherAt(known->index)) {
-            return ZelAttributeValue(std::move(other));
-        }
-        AttributeSlot changed; // another thread wrote meanwhile; read what it wrote
-        (void)merged.read(known->index, changed);
-        return changed.tag == AttributeSlot::null ? std::nullopt : changed.asValue();
-    }
-    return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
-}
-
 std::shared_ptr<const ZelAttributeDictionary> ZelStyle::effectiveValues() const {
-    const ComputedLock computed = lockComputed(*this);
+    const ComputedLock computed(*this);
     return ZelStyleInternals::mergedValues(*this).snapshot();
 }
 

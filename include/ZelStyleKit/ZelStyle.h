@@ -87,12 +87,13 @@ public:
     /// Never nil, never the same for two styles of a process.
     [[nodiscard]] ZelStyleToken token() const noexcept { return ZelStyleToken(serial_); }
 
-    /// `valueForAttribute:`. The style's own entry only: a value, the null marker, or absent.
+    /// `valueForAttribute:`. The style's own entry only: a value, the null marker, or absent. Keys
+    /// to read by are passed by reference, since copying one costs as much as a read.
     [[nodiscard]] std::optional<ZelAttributeValue>
-    valueForAttribute(std::optional<std::string_view> key) const;
+    valueForAttribute(const std::optional<std::string_view>& key) const;
     /// `effectiveValueForAttribute:`. Own or inherited; the null marker reads as absent.
     [[nodiscard]] std::optional<ZelAttributeValue>
-    effectiveValueForAttribute(std::optional<std::string_view> key) const;
+    effectiveValueForAttribute(const std::optional<std::string_view>& key) const;
     /// `effectiveValues`. The merged values of the style and its ancestors, an immutable snapshot;
     /// the same one until something drops the cache. A root's holds its null markers.
     [[nodiscard]] std::shared_ptr<const ZelAttributeDictionary> effectiveValues() const;

@@ -27,6 +27,11 @@ inline StyleBinding styleBindingOf(const NSObject& object, const ObjectState& st
     return bound ? *bound : styleBindingOf(object);
 }
 
+/// What is remembered of a style that was delivered: its token's serial, 0 for nil.
+[[nodiscard]] inline std::uint64_t serialOf(const std::shared_ptr<ZelStyle>& style) noexcept {
+    return style ? style->token().serial() : ZelStyleToken().serial();
+}
+
 /// Whether a delivery forces a style: all of them, or its filter's and those that descend from it.
 [[nodiscard]] inline bool isForced(const std::shared_ptr<ZelStyle>& style,
                                    const ZelStyleDelivery& delivery) {
@@ -42,7 +47,13 @@ public:
         : domain_(domain), delivery_(delivery) {}
 
     /// The style of a binding, now; stays in place until the next call.
-    const std::shared_ptr<ZelStyle>& styleFor(StyleBinding binding);
+    const std::shared_ptr<ZelStyle>& styleFor(StyleBinding binding) {
+        Found& found = found_[binding % found_.size()];
+        if (found.epoch != StyleLookupEpoch::now() || found.binding != binding) [[unlikely]] {
+            find(binding, found);
+        }
+        return found.style;
+    }
 
     /// False where a listener is known not to be due, by what its state and this remember. Changes
     /// nothing and calls nothing.
@@ -65,6 +76,8 @@ private:
         std::uint64_t serial = 0;
         std::shared_ptr<ZelStyle> style;
     };
+
+    void find(StyleBinding binding, Found& found);
 
     ZelStyleDomain& domain_;
     const ZelStyleDelivery& delivery_;

@@ -14,9 +14,9 @@ namespace {
 /// where another thread unregisters it meanwhile.
 class RegistrationCall {
 public:
-    RegistrationCall(std::shared_ptr<ChangeHandlerTable> table, ChangeHandlerTable::Entry& entry,
+    RegistrationCall(ChangeHandlerTable& table, ChangeHandlerTable::Entry& entry,
                      RecursiveGuard& guard)
-        : table_(std::move(table)), guard_(guard), call_(*table_, entry) {
+        : guard_(guard), call_(table, entry) {
         guard_.unlock();
     }
     RegistrationCall(const RegistrationCall&) = delete;
@@ -28,7 +28,6 @@ public:
     } // what the handler held ends outside the lock
 
 private:
-    std::shared_ptr<ChangeHandlerTable> table_;
     RecursiveGuard& guard_;
     ChangeHandlerTable::Call call_;
 };
@@ -53,10 +52,15 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
     // owner.
     const auto self = weak_from_this().lock();
     const std::shared_ptr<NSObject> owner = withOwner;
-    const std::shared_ptr<ChangeHandlerTable> table = state_->changeHandlersByOwner;
-    RecursiveGuard guard(table->lock);
-    auto* found = table->find(*owner);
-    auto& entry = found ? *found : table->insert(owner, {}, hasUnknownParents(*owner));
+    _registerChangeHandler(std::move(handler), owner);
+}
+
+void ZelStyleDomain::_registerChangeHandler(ZelStyleChangeHandler&& handler,
+                                            const std::shared_ptr<NSObject>& owner) {
+    ChangeHandlerTable& table = *state_->changeHandlersByOwner;
+    RecursiveGuard guard(table.lock);
+    auto* found = table.find(*owner);
+    auto& entry = found ? *found : table.insert(owner, {}, hasUnknownParents(*owner));
     const auto& kept = entry.payload.append(std::move(handler), state_->handlerSerial++);
     const ChangeHandlersToCall added(entry, kept);
     const RegistrationCall call(table, entry, guard);
@@ -71,9 +75,7 @@ void ZelStyleDomain::unregisterChangeHandlersWithOwner(const std::shared_ptr<NSO
     ChangeHandlers removed; // end after the lock is released
     ChangeHandlerTable& table = *state_->changeHandlersByOwner;
     const RecursiveGuard guard(table.lock);
-    if (auto* entry = table.find(*owner)) {
-        removed = table.remove(*entry);
-    }
+    removed = table.remove(*owner);
 }
 
 void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {
@@ -98,9 +100,7 @@ void ZelStyleDomain::unregisterChangeHandler(const std::shared_ptr<NSObject>& ob
     }
     ChangeHandlerObjects& table = *state_->changeHandlers;
     const RecursiveGuard guard(table.lock);
-    if (auto* entry = table.find(*object)) {
-        (void)table.remove(*entry);
-    }
+    (void)table.remove(*object);
 }
 
 } // namespace v1

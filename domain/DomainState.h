@@ -2,6 +2,7 @@
 #pragma once
 
 #include "domain/ChangeHandlers.h"
+#include "domain/ListenersByStyle.h"
 #include "platform/RecursiveLock.h"
 
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -30,6 +31,8 @@ struct ZelStyleDomain::State {
     std::uint64_t handlerSerial = 0; ///< registrations so far; guarded by the table's lock
     const std::shared_ptr<ChangeHandlerObjects> changeHandlers =
         std::make_shared<ChangeHandlerObjects>();
+    ListenersByStyle<ChangeHandlers> ownersByStyle; ///< guarded by their tables' locks
+    ListenersByStyle<NoPayload> objectsByStyle;
 
     /// Guards single accesses to what follows; innermost. Switching itself isn't atomic.
     mutable std::mutex mutex;

@@ -1,23 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "domain/ListenersByStyle.h"
+#include "domain/SortByOrder.h"
 #include "platform/StyleableTree.h"
 #include "platform/WeakTable.h"
 
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace zel {
 inline namespace v1 {
 
-/// A walk over the listeners of a table that a notification is for, in order: all of them, or those
-/// at and below a target. The latter are found by walking down the target's tree; only listeners
-/// whose parents the library doesn't know, marked in the table, are asked for them. Where a handler
-/// moves something in a tree meanwhile, every listener still to come is asked.
+/// A walk over the listeners of a table that a notification is for, in order: all of them, those at
+/// and below a target, or those of a family of styles. Those below a target are found by walking
+/// down its tree; only listeners whose parents the library doesn't know, marked in the table, are
+/// asked for them. Where a handler changes meanwhile what this relies on, every listener still to
+/// come is looked at.
 template <class Payload>
 class ListenerWalk {
 public:
@@ -27,12 +30,23 @@ public:
     ListenerWalk(const std::shared_ptr<Table>& table, const std::shared_ptr<NSObject>& target)
         : walk_(table), table_(*table), target_(target), scratchBegin_(table->scratch.size()),
           end_(table->endOrder()) {
-        try {
-            collect();
-        } catch (...) { // no memory
-            table_.scratch.resize(scratchBegin_);
-            throw;
+        if (target_) {
+            collecting([this] { collectBelowTarget(); });
         }
+    }
+    [[nodiscard]] bool hasTarget() const noexcept { return target_ != nullptr; }
+    [[nodiscard]] const std::shared_ptr<Table>& table() const noexcept { return walk_.table(); }
+    /// The table's stamp now.
+    [[nodiscard]] ListenerStamp stamp() const noexcept {
+        return ListenerStamp::now(table_.places());
+    }
+    /// Limits a walk over all that hasn't begun to a style's family.
+    void limitTo(const ListenersByStyle<Payload>& listeners, const ZelStyle& style) {
+        stamp_ = stamp();
+        collecting([&] {
+            listeners.collect(table_, style);
+            sortByOrder(table_.scratch, scratchBegin_);
+        });
     }
     ListenerWalk(const ListenerWalk&) = delete;
     ListenerWalk& operator=(const ListenerWalk&) = delete;
@@ -42,21 +56,26 @@ public:
     /// `wants` must accept whatever it can't judge without the owner.
     template <class Wants>
     Entry* next(Wants wants) {
-        if (!target_) {
+        if (!hasCandidates_) {
             return walk_.next(wants);
         }
         for (;;) {
-            walk_.release(); // may end the owner, and move whatever its end moves
-            if (!askAll_ && ZelStyleableTree::linkChanges() != linkChanges_) {
+            walk_.release(); // may end the owner, and change whatever its end changes
+            if (hasChanged()) {
                 walk_.skipTo(nextOrder_);
+                hasCandidates_ = !!target_;
                 askAll_ = true;
+                if (!target_) {
+                    return walk_.next(wants);
+                }
             }
             bool isFound = false;
             Entry* entry = askAll_ ? walk_.next() : nextCandidate(isFound);
             if (!entry) {
                 return nullptr;
             }
-            if ((askAll_ || walk_.visit(*entry)) && (isFound || isConcerned()) && entry->isLive()) {
+            const bool isPresent = askAll_ || walk_.visit(*entry);
+            if (isPresent && (isFound || !target_ || isConcerned()) && entry->isLive()) {
                 return entry;
             }
         }
@@ -64,37 +83,50 @@ public:
     [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return walk_.owner(); }
 
 private:
-    void collect() {
-        if (!target_) {
-            return;
+    template <class Collect>
+    void collecting(Collect collect) {
+        try {
+            collect();
+        } catch (...) { // no memory
+            table_.scratch.resize(scratchBegin_);
+            throw;
         }
+        hasCandidates_ = true;
+        found_ = scratchBegin_;
+        scratchEnd_ = table_.scratch.size();
+    }
+
+    void collectBelowTarget() {
         const ZelStyleable* styleable = target_->asZelStyleable();
         const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
         const std::scoped_lock treeGuard(ZelStyleableTree::lock());
         linkChanges_ = ZelStyleableTree::linkChanges();
-        if (node) {
-            const std::scoped_lock linkGuard(ObjectState::linkLock());
-            ZelStyleableTree::forEachAtAndBelow(*node, [&](const NSObject& object) {
-                const ObjectState* state = ObjectState::find(object);
-                Entry* entry = state ? table_.entryWhileLinksAreLocked(*state) : nullptr;
-                if (entry) {
-                    table_.scratch.push_back(entry);
-                }
-            });
+        if (!node || table_.isEmpty()) {
+            return;
         }
-        scratchEnd_ = table_.scratch.size();
-        const auto begin = table_.scratch.begin() + static_cast<std::ptrdiff_t>(scratchBegin_);
-        const auto byOrder = [](const Entry* a, const Entry* b) { return a->order < b->order; };
-        if (!std::is_sorted(begin, table_.scratch.end(), byOrder)) {
-            std::sort(begin, table_.scratch.end(), byOrder);
-        }
-        found_ = scratchBegin_;
+        const std::scoped_lock linkGuard(ObjectState::linkLock());
+        ZelStyleableTree::forEachAtAndBelow(*node, [&](const ZelStyleableNode& each) {
+            const ObjectState* state = ObjectState::find(each.object());
+            if (Entry* entry = state ? table_.entryWhileLinksAreLocked(*state) : nullptr) {
+                (void)ZelStyleableTree::bindingWhileLocked(each); // remembered for the call
+                table_.scratch.push_back({entry, entry->order});
+            }
+        });
+        sortByOrder(table_.scratch, scratchBegin_);
     }
 
-    /// The next of those found by walking down and those that have to be asked, by order.
+    /// Whether the candidates may no longer be the right ones.
+    [[nodiscard]] bool hasChanged() const noexcept {
+        if (askAll_) {
+            return false;
+        }
+        return target_ ? ZelStyleableTree::linkChanges() != linkChanges_ : stamp() != stamp_;
+    }
+
+    /// The next of those that were found and those that have to be asked, by order.
     Entry* nextCandidate(bool& isFound) {
         const auto& marked = table_.marked();
-        Entry* found = found_ < scratchEnd_ ? table_.scratch[found_] : nullptr;
+        Entry* found = found_ < scratchEnd_ ? table_.scratch[found_].entry : nullptr;
         Entry* asked = marked_ < marked.size() ? marked[marked_] : nullptr;
         isFound = found && (!asked || found->order < asked->order);
         Entry* entry = isFound ? found : asked;
@@ -119,7 +151,9 @@ private:
     std::size_t marked_ = 0;
     std::uint32_t end_;
     std::uint32_t nextOrder_ = 0;
-    std::uint64_t linkChanges_ = 0;
+    std::uint64_t linkChanges_ = 0;      // when a target's listeners were found
+    std::optional<ListenerStamp> stamp_; // when a family's were
+    bool hasCandidates_ = false;
     bool askAll_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include "domain/DomainState.h"
 #include "domain/ListenerWalk.h"
 #include "platform/DeliveryGate.h"
+#include "platform/StylingChanges.h"
 #include "style/UpperFloor.h"
 
 #include <ZelStyleKit/ZelStyle.h>
@@ -16,14 +17,26 @@ namespace {
 
 /// Whether a listener is called with a style: where the delivery forces it, or where the style is
 /// not the one delivered to it last.
-bool isDue(const std::shared_ptr<ZelStyle>& style, const ObjectState& listener,
-           const ZelStyleDelivery& delivery) {
+inline bool isDue(const std::shared_ptr<ZelStyle>& style, const ObjectState& listener,
+                  const ZelStyleDelivery& delivery) {
     return isForced(style, delivery) ||
-           listener.lastZelStyle.load(std::memory_order_relaxed) != ZelStyleToken(style).serial();
+           listener.lastZelStyle.load(std::memory_order_relaxed) != serialOf(style);
 }
 
-void remember(const std::shared_ptr<ZelStyle>& style, ObjectState& listener) {
-    listener.lastZelStyle.store(ZelStyleToken(style).serial(), std::memory_order_relaxed);
+/// Notes the style as delivered. Notifications without a filter say themselves, once, that they
+/// did: a count for each listener would cost as much as the rest of this.
+inline void remember(const std::shared_ptr<ZelStyle>& style, ObjectState& listener,
+                     const ZelStyleDelivery& delivery) {
+    const std::uint64_t serial = serialOf(style);
+    if (listener.lastZelStyle.load(std::memory_order_relaxed) == serial) {
+        return;
+    }
+    listener.lastZelStyle.store(serial, std::memory_order_relaxed);
+    if (delivery.withEvent == ZelStyleChangeEventInitial) {
+        StylingChanges::note();
+    } else if (delivery.forStyleOnly) {
+        StylingChanges::noteDelivery();
+    }
 }
 
 } // namespace
@@ -53,7 +66,7 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
     onChangeHandlers.forEach([&](const ZelStyleChangeHandler& handler) {
         if (isDue(style, state, delivery)) {
             handler(withOwner, style, delivery.withEvent);
-            remember(style, state);
+            remember(style, state, delivery);
         }
     });
 }
@@ -64,7 +77,7 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
     ObjectState& state = ObjectState::of(*onChangeHandler);
     if (isDue(style, state, delivery)) {
         onChangeHandler->styleChangedWithEvent(style, delivery.withEvent);
-        remember(style, state);
+        remember(style, state, delivery);
     }
 }
 
@@ -104,31 +117,46 @@ bool ZelStyleDomain::hasListeners() const {
 
 void ZelStyleDomain::notifyOwners(const std::shared_ptr<NSObject>& styleable,
                                   const ZelStyleDelivery& delivery) {
-    ListenerWalk<ChangeHandlers> walk(state_->changeHandlersByOwner, styleable);
+    const auto& table = state_->changeHandlersByOwner;
+    ListenerWalk<ChangeHandlers> walk(table, styleable);
     const std::uint64_t bound = state_->handlerSerial;
-    BoundStyles styles(*this, delivery);
-    const auto mayBeDue = [&](const auto& entry) { return styles.mayBeDue(*entry.state); };
-    while (auto* entry = walk.next(mayBeDue)) {
-        const std::shared_ptr<NSObject>& owner = walk.owner();
-        const auto& style = styles.styleFor(styleBindingOf(*owner, *entry->state));
-        if (entry->isLive()) { // finding the style may have asked the host, and ended another one
-            const ChangeHandlerTable::Call call(*state_->changeHandlersByOwner, *entry);
-            _applyStyle(style, ChangeHandlersToCall(*entry, bound), owner, delivery);
-        }
-    }
+    applyToEach(walk, state_->ownersByStyle, delivery,
+                [&](auto& entry, const auto& owner, const auto& style) {
+                    const ChangeHandlerTable::Call call(*table, entry);
+                    _applyStyle(style, ChangeHandlersToCall(entry, bound), owner, delivery);
+                });
 }
 
 void ZelStyleDomain::notifyObjects(const std::shared_ptr<NSObject>& styleable,
                                    const ZelStyleDelivery& delivery) {
     ListenerWalk<NoPayload> walk(state_->changeHandlers, styleable);
+    applyToEach(walk, state_->objectsByStyle, delivery,
+                [&](const auto& /*entry*/, const auto& object, const auto& style) {
+                    _applyStyle(style, object, delivery);
+                });
+}
+
+template <class Payload, class Apply>
+void ZelStyleDomain::applyToEach(ListenerWalk<Payload>& walk, ListenersByStyle<Payload>& byStyle,
+                                 const ZelStyleDelivery& delivery, Apply apply) {
+    const StylingChanges::Delivering delivering(delivery.forStyleOnly != nullptr);
     BoundStyles styles(*this, delivery);
+    const ListenerStamp begun = walk.stamp();
+    const bool isOfFamily = !walk.hasTarget() && delivery.force && delivery.forStyleOnly &&
+                            !StylingChanges::Delivering::isNested();
+    if (isOfFamily && byStyle.isUsable(walk.table(), styles)) {
+        walk.limitTo(byStyle, *delivery.forStyleOnly);
+    }
     const auto mayBeDue = [&](const auto& entry) { return styles.mayBeDue(*entry.state); };
-    while (const auto* entry = walk.next(mayBeDue)) {
-        const std::shared_ptr<NSObject>& object = walk.owner();
-        const auto& style = styles.styleFor(styleBindingOf(*object, *entry->state));
-        if (entry->isLive()) {
-            _applyStyle(style, object, delivery);
+    while (auto* entry = walk.next(mayBeDue)) {
+        const std::shared_ptr<NSObject>& listener = walk.owner();
+        const auto& style = styles.styleFor(styleBindingOf(*listener, *entry->state));
+        if (entry->isLive()) { // finding the style may have asked the host, and ended another one
+            apply(*entry, listener, style);
         }
+    }
+    if (isOfFamily && walk.stamp() == begun) {
+        byStyle.noteWalked(begun);
     }
 }
 

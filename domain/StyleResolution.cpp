@@ -55,18 +55,47 @@ StyleBinding styleBindingOf(const NSObject& object) {
     return node ? ZelStyleableTree::bindingOf(*node) : styleBindingOf(appliedByAsking(object));
 }
 
-const std::shared_ptr<ZelStyle>& BoundStyles::styleFor(StyleBinding binding) {
-    Found& found = found_[binding % found_.size()];
+void BoundStyles::find(StyleBinding binding, Found& found) {
     const std::uint64_t epoch = StyleLookupEpoch::now();
-    if (found.epoch != epoch || found.binding != binding) [[unlikely]] {
-        auto style = domain_._styleForBinding(binding);
-        found.isForced = isForced(style, delivery_);
-        found.serial = ZelStyleToken(style).serial();
-        found.epoch = epoch;
-        found.binding = binding;
-        found.style.swap(style); // the former one may end now
+    auto style = domain_._styleForBinding(binding);
+    found.isForced = isForced(style, delivery_);
+    found.serial = serialOf(style);
+    found.epoch = epoch;
+    found.binding = binding;
+    found.style.swap(style); // the former one may end now
+}
+
+std::shared_ptr<ZelStyle> ZelStyleDomain::mainStyle() {
+    std::uint64_t drops = 0;
+    {
+        const std::scoped_lock guard(state_->mutex);
+        if (state_->mainStyle) {
+            return state_->mainStyle;
+        }
+        drops = state_->mainStyleDrops;
     }
-    return found.style;
+    auto style = styleForIdentifier(ZelStyleIdentifierMain);
+    const std::scoped_lock guard(state_->mutex);
+    if (drops == state_->mainStyleDrops && !state_->mainStyle) {
+        state_->mainStyle = style;
+    }
+    return style;
+}
+
+std::shared_ptr<ZelStyle>
+ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
+    std::shared_ptr<ZelStyleScheme> current; // ends outside the lock
+    const RecursiveGuard guard(state_->schemesLock);
+    current = currentScheme();
+    if (current) {
+        if (auto style = current->styleForIdentifier(identifier)) {
+            return style;
+        }
+    }
+    const auto found = state_->schemesByIdentifier.find(ZelStyleSchemeIdentifierDefault);
+    return found == state_->schemesByIdentifier.end()
+               ? nullptr
+               : found->second->styleForIdentifier(identifier);
 }
 
 // An object pinned to a scheme that lacks the style falls back to the current scheme's main style.

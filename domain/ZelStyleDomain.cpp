@@ -138,38 +138,5 @@ void ZelStyleDomain::_updateFromSystemAppearance(const NSNotification* /*notific
     }
 }
 
-std::shared_ptr<ZelStyle> ZelStyleDomain::mainStyle() {
-    std::uint64_t drops = 0;
-    {
-        const std::scoped_lock guard(state_->mutex);
-        if (state_->mainStyle) {
-            return state_->mainStyle;
-        }
-        drops = state_->mainStyleDrops;
-    }
-    auto style = styleForIdentifier(ZelStyleIdentifierMain);
-    const std::scoped_lock guard(state_->mutex);
-    if (drops == state_->mainStyleDrops && !state_->mainStyle) {
-        state_->mainStyle = style;
-    }
-    return style;
-}
-
-std::shared_ptr<ZelStyle>
-ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
-    std::shared_ptr<ZelStyleScheme> current; // ends outside the lock
-    const RecursiveGuard guard(state_->schemesLock);
-    current = currentScheme();
-    if (current) {
-        if (auto style = current->styleForIdentifier(identifier)) {
-            return style;
-        }
-    }
-    const auto found = state_->schemesByIdentifier.find(ZelStyleSchemeIdentifierDefault);
-    return found == state_->schemesByIdentifier.end()
-               ? nullptr
-               : found->second->styleForIdentifier(identifier);
-}
-
 } // namespace v1
 } // namespace zel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -11,7 +12,7 @@ inline namespace v1 {
 struct WeakTableEntry;
 
 /// An object's entries in weak-keyed tables: one pointer wide, since most objects have one entry;
-/// several stand in a vector. Guarded by whoever owns it.
+/// several stand in a vector. Guarded by whoever owns it, but for what says otherwise.
 class EntryLinks {
 public:
     EntryLinks() = default;
@@ -23,14 +24,20 @@ public:
         }
     }
 
+    /// Adds the first entry; false where there is one already. Any thread.
+    [[nodiscard]] bool addFirst(WeakTableEntry& entry) noexcept {
+        std::uintptr_t none = 0;
+        return word_.compare_exchange_strong(none, reinterpret_cast<std::uintptr_t>(&entry),
+                                             std::memory_order_acq_rel);
+    }
     void add(WeakTableEntry& entry) {
-        if (word_ == 0) {
-            word_ = reinterpret_cast<std::uintptr_t>(&entry);
+        if (addFirst(entry)) {
             return;
         }
         if (!isMany()) {
-            auto* const vector = new Many{reinterpret_cast<WeakTableEntry*>(word_)};
-            word_ = reinterpret_cast<std::uintptr_t>(vector) | manyTag;
+            auto* const vector = new Many{only()};
+            word_.store(reinterpret_cast<std::uintptr_t>(vector) | manyTag,
+                        std::memory_order_release);
         }
         many()->push_back(&entry);
     }
@@ -39,7 +46,7 @@ public:
         if (isMany()) {
             many()->erase(std::find(many()->begin(), many()->end(), &entry));
         } else {
-            word_ = 0;
+            store(nullptr);
         }
     }
 
@@ -47,32 +54,43 @@ public:
         if (isMany()) {
             *std::find(many()->begin(), many()->end(), &entry) = &by;
         } else {
-            word_ = reinterpret_cast<std::uintptr_t>(&by);
+            store(&by);
         }
     }
 
     /// The first entry for which `accept` answers true, or nothing.
     template <class Accept>
-    [[nodiscard]] WeakTableEntry* find(Accept accept) const {
-        if (!isMany()) {
-            auto* const only = reinterpret_cast<WeakTableEntry*>(word_);
-            return only && accept(*only) ? only : nullptr;
+    [[nodiscard, gnu::always_inline]] WeakTableEntry* find(Accept accept) const {
+        if (!isMany()) [[likely]] {
+            WeakTableEntry* const single = only();
+            return single && accept(*single) ? single : nullptr;
         }
         const auto found =
             std::find_if(many()->begin(), many()->end(), [&](auto* each) { return accept(*each); });
         return found == many()->end() ? nullptr : *found;
     }
 
-    [[nodiscard]] bool isEmpty() const noexcept { return isMany() ? many()->empty() : word_ == 0; }
+    [[nodiscard]] bool isEmpty() const noexcept { return isMany() ? many()->empty() : isUnused(); }
+    /// True only where there is none. Any thread.
+    [[nodiscard]] bool isUnused() const noexcept { return word() == 0; }
 
 private:
     using Many = std::vector<WeakTableEntry*>;
     static constexpr std::uintptr_t manyTag = 1; // entries and vectors stand at even addresses
 
-    [[nodiscard]] bool isMany() const noexcept { return (word_ & manyTag) != 0; }
-    [[nodiscard]] Many* many() const noexcept { return reinterpret_cast<Many*>(word_ & ~manyTag); }
+    [[nodiscard]] std::uintptr_t word() const noexcept {
+        return word_.load(std::memory_order_acquire);
+    }
+    [[nodiscard]] bool isMany() const noexcept { return (word() & manyTag) != 0; }
+    [[nodiscard]] Many* many() const noexcept { return reinterpret_cast<Many*>(word() & ~manyTag); }
+    [[nodiscard]] WeakTableEntry* only() const noexcept {
+        return reinterpret_cast<WeakTableEntry*>(word());
+    }
+    void store(WeakTableEntry* entry) noexcept {
+        word_.store(reinterpret_cast<std::uintptr_t>(entry), std::memory_order_release);
+    }
 
-    std::uintptr_t word_ = 0;
+    std::atomic<std::uintptr_t> word_{0};
 };
 
 } // namespace v1

@@ -13,10 +13,6 @@ std::mutex& ObjectState::linkLock() noexcept {
     return *lock;
 }
 
-ObjectState* ObjectState::find(const NSObject& object) noexcept {
-    return object.state_.load(std::memory_order_acquire);
-}
-
 ObjectState& ObjectState::of(const NSObject& object) {
     ObjectState* present = find(object);
     if (present == nullptr) {

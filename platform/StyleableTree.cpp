@@ -22,9 +22,30 @@ void ZelStyleableTree::forgetBindings(const ZelStyleableNode& node) noexcept {
 
 StyleBinding ZelStyleableTree::bindingOf(const ZelStyleableNode& node) {
     const std::scoped_lock guard(lock());
-    const std::uint64_t epoch = BindingEpoch::now();
+    return bindingWhileLocked(node);
+}
+
+StyleBinding ZelStyleableTree::findBinding(const ZelStyleableNode& node, std::uint64_t epoch) {
+    std::optional<StyleBinding> binding;
+    for (const ZelStyleableNode* each = &node; each && !binding; each = each->parent_) {
+        const ObjectState* state = ObjectState::find(each->object_);
+        if (!state) {
+            continue;
+        }
+        binding = state->binding.load(epoch);
+        if (!binding && state->hasCustomIdentifiers()) {
+            binding = styleBindingOf(appliedUpwards(*each, epoch));
+        }
+    }
+    rememberUpwards(node, binding.value_or(0), epoch);
+    return binding.value_or(0);
+}
+
+/// What applies to a node's object, by walking up.
+AppliedIdentifiers ZelStyleableTree::appliedUpwards(const ZelStyleableNode& from,
+                                                    std::uint64_t epoch) {
     AppliedIdentifiers applied;
-    for (const ZelStyleableNode* each = &node; each; each = each->parent_) {
+    for (const ZelStyleableNode* each = &from; each; each = each->parent_) {
         const ObjectState* state = ObjectState::find(each->object_);
         if (!state) {
             continue;
@@ -45,9 +66,7 @@ StyleBinding ZelStyleableTree::bindingOf(const ZelStyleableNode& node) {
             break;
         }
     }
-    const StyleBinding binding = styleBindingOf(applied);
-    rememberUpwards(node, binding, epoch);
-    return binding;
+    return applied;
 }
 
 // Objects above have the same binding up to, and with, the first that sets an identifier itself.
@@ -62,8 +81,7 @@ void ZelStyleableTree::rememberUpwards(const ZelStyleableNode& from, StyleBindin
             return;
         }
         state->binding.store(binding, epoch);
-        if (state->customZelStyleSchemeIdentifier.load() ||
-            state->customZelStyleIdentifier.load()) {
+        if (state->hasCustomIdentifiers()) {
             return;
         }
     }

@@ -33,14 +33,29 @@ struct ZelStyleableTree {
     /// The binding of the node's object, from its memo or by walking up; what was found on the way
     /// is remembered on the objects that have a state. Takes the lock.
     static StyleBinding bindingOf(const ZelStyleableNode& node);
+    /// The same while the lock is held. Most objects set no identifier, and the one above them has
+    /// been bound already: theirs is the same.
+    static StyleBinding bindingWhileLocked(const ZelStyleableNode& node) {
+        const std::uint64_t epoch = BindingEpoch::now();
+        ObjectState* state = ObjectState::find(node.object_);
+        const ObjectState* above =
+            node.parent_ ? ObjectState::find(node.parent_->object_) : nullptr;
+        const auto bound = above ? above->binding.load(epoch) : std::nullopt;
+        if (!state || !bound || state->hasCustomIdentifiers()) {
+            return findBinding(node, epoch);
+        }
+        state->binding.store(*bound, epoch);
+        return *bound;
+    }
 
-    /// Calls `visit` for the object of each node at and below this one, parents first. The lock is
+    /// Calls `visit` for each node at and below this one, parents first. The lock is
     /// held.
     template <class Visit>
     static void forEachAtAndBelow(const ZelStyleableNode& root, Visit visit) {
         const ZelStyleableNode* node = &root;
         while (node) {
-            visit(node->object_);
+            __builtin_prefetch(node->nextSibling_);
+            visit(*node);
             node = nextInOrder(*node, root);
         }
     }
@@ -57,6 +72,8 @@ private:
         }
         return each == &root ? nullptr : each->nextSibling_;
     }
+    static StyleBinding findBinding(const ZelStyleableNode& node, std::uint64_t epoch);
+    static AppliedIdentifiers appliedUpwards(const ZelStyleableNode& from, std::uint64_t epoch);
     static void rememberUpwards(const ZelStyleableNode& from, StyleBinding binding,
                                 std::uint64_t epoch) noexcept;
 

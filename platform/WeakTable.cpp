@@ -46,19 +46,17 @@ std::shared_ptr<WeakTableBase> WeakTableBase::withNumber(std::uint32_t number) n
     return table ? table->weak_from_this().lock() : nullptr;
 }
 
-WeakTableEntry* WeakTableBase::entryIn(const ObjectState& state) const noexcept {
-    return state.entries.find([this](const WeakTableEntry& each) { return each.table == number_; });
-}
-
 WeakTableEntry* WeakTableBase::entryOf(const ObjectState& state) const noexcept {
     const std::scoped_lock guard(ObjectState::linkLock());
     return entryIn(state);
 }
 
 void WeakTableBase::link(WeakTableEntry& entry, ObjectState& state) {
-    const std::scoped_lock guard(ObjectState::linkLock());
-    state.entries.add(entry);
-    entry.state = &state;
+    entry.state = &state; // before the links lead here
+    if (!state.entries.addFirst(entry)) {
+        const std::scoped_lock guard(ObjectState::linkLock());
+        state.entries.add(entry);
+    }
 }
 
 void WeakTableBase::unlink(WeakTableEntry& entry) noexcept {
@@ -66,8 +64,17 @@ void WeakTableBase::unlink(WeakTableEntry& entry) noexcept {
     std::exchange(entry.state, nullptr)->entries.remove(entry);
 }
 
-void WeakTableBase::relink(WeakTableEntry& from, WeakTableEntry& to) noexcept {
+WeakTableEntry* WeakTableBase::unlinkFrom(ObjectState& state) noexcept {
     const std::scoped_lock guard(ObjectState::linkLock());
+    WeakTableEntry* const entry = entryIn(state);
+    if (entry) {
+        state.entries.remove(*entry);
+        entry->state = nullptr;
+    }
+    return entry;
+}
+
+void WeakTableBase::relink(WeakTableEntry& from, WeakTableEntry& to) noexcept {
     from.state->entries.replace(from, to);
     to.state = std::exchange(from.state, nullptr);
 }

@@ -50,9 +50,15 @@ protected:
     /// This table's entry of an owner's, or nothing.
     [[nodiscard]] WeakTableEntry* entryOf(const ObjectState& state) const noexcept;
     /// The same while linkLock() is held.
-    [[nodiscard]] WeakTableEntry* entryIn(const ObjectState& state) const noexcept;
+    [[nodiscard]] WeakTableEntry* entryIn(const ObjectState& state) const noexcept {
+        return state.entries.find(
+            [this](const WeakTableEntry& each) { return each.table == number_; });
+    }
     static void link(WeakTableEntry& entry, ObjectState& state);
     static void unlink(WeakTableEntry& entry) noexcept;
+    /// Takes this table's entry out of an owner's links, if there is one, and answers it.
+    WeakTableEntry* unlinkFrom(ObjectState& state) noexcept;
+    /// Puts an entry in another's place; linkLock() is held.
     static void relink(WeakTableEntry& from, WeakTableEntry& to) noexcept;
 
 private:
@@ -87,10 +93,13 @@ public:
     /// Moves with every insertion, replacement and removal by hand, not with an owner's end.
     [[nodiscard]] std::uint64_t mutations() const noexcept { return mutations_; }
     void noteMutation() noexcept { ++mutations_; }
+    /// Moves whenever an entry came, or one may have moved or have left its place for good.
+    [[nodiscard]] std::uint64_t places() const noexcept { return places_; }
 
     [[nodiscard]] Entry* find(const NSObject& owner) const noexcept {
         const ObjectState* state = ObjectState::find(owner);
-        return state ? static_cast<Entry*>(entryOf(*state)) : nullptr;
+        const bool mayHave = state && !state->entries.isUnused();
+        return mayHave ? static_cast<Entry*>(entryOf(*state)) : nullptr;
     }
 
     /// Adds an owner that has no entry yet, at the end; a marked one is found again by `marked`.
@@ -120,6 +129,7 @@ public:
         }
         ++live_;
         ++mutations_;
+        ++places_;
         return entry;
     }
 
@@ -127,13 +137,21 @@ public:
     /// (see `Call`).
     [[nodiscard]] Payload remove(Entry& entry) {
         ++mutations_;
+        unlink(entry);
         return takeOut(entry);
+    }
+    /// The same of an owner's entry, if it has one.
+    [[nodiscard]] Payload remove(const NSObject& owner) {
+        ObjectState* state = ObjectState::find(owner);
+        auto* entry = state ? static_cast<Entry*>(unlinkFrom(*state)) : nullptr;
+        mutations_ += entry ? 1 : 0;
+        return entry ? takeOut(*entry) : Payload();
     }
 
     void ownerEnded(ObjectState& state) noexcept override {
         Payload payload;
         const RecursiveGuard guard(lock);
-        if (auto* entry = static_cast<Entry*>(entryOf(state))) {
+        if (auto* entry = static_cast<Entry*>(unlinkFrom(state))) {
             payload = takeOut(*entry);
         }
     } // the guard goes first, then the payload
@@ -146,8 +164,12 @@ public:
     [[nodiscard]] Entry* entryWhileLinksAreLocked(const ObjectState& state) const noexcept {
         return static_cast<Entry*>(entryIn(state));
     }
+    struct Ordered {
+        Entry* entry;
+        std::uint32_t order; ///< the entry's
+    };
     /// Room for walks to keep entries in, each above what was there when it began.
-    std::vector<Entry*> scratch;
+    std::vector<Ordered> scratch;
 
     /// Keeps an entry's payload in place for the time of a call into it, even where the call
     /// removes the entry. Made and ended with the lock held; the call itself may run without it.
@@ -214,7 +236,7 @@ public:
         /// The next entry that `wants` accepts; the owners of others aren't touched. `wants` may
         /// look at the entry and its state, and calls nothing that could change the table.
         template <class Wants>
-        Entry* next(Wants wants) {
+        [[gnu::always_inline]] Entry* next(Wants wants) { // measured: a tenth of a switch
             owner_.reset();
             while (chunk_ < endChunk_) {
                 auto& entries = table_->chunks_[chunk_];
@@ -234,6 +256,8 @@ public:
             return nullptr;
         }
         [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return owner_; }
+
+        [[nodiscard]] const std::shared_ptr<WeakTable>& table() const noexcept { return table_; }
 
         /// Lets the present entry's owner go, which may end it.
         void release() noexcept { owner_.reset(); }
@@ -291,12 +315,32 @@ private:
         return false;
     }
 
+    // Of an entry that is unlinked already.
     Payload takeOut(Entry& entry) {
-        unlink(entry);
         entry.owner.reset();
         --live_;
         ++dead_;
-        return isCalled(entry) ? Payload() : std::exchange(entry.payload, Payload());
+        if (isCalled(entry)) {
+            return Payload();
+        }
+        Payload payload = std::exchange(entry.payload, Payload());
+        dropLastIfDead();
+        return payload;
+    }
+
+    // The last entry leaves no hole, so that what comes and goes soon costs the others nothing.
+    void dropLastIfDead() noexcept {
+        auto& last = chunks_.back();
+        if (walks_ > 0 || calls_ != nullptr || last.empty() || last.back().isLive()) {
+            return;
+        }
+        if (!marked_.empty() && marked_.back() == &last.back()) {
+            marked_.pop_back();
+        }
+        last.pop_back();
+        --dead_;
+        --nextOrder_;
+        ++places_;
     }
 
     void addChunk() {
@@ -312,6 +356,7 @@ private:
         }
         std::vector<Entry> together;
         together.reserve(live_ + live_ / 2 + 1);
+        const std::scoped_lock links(ObjectState::linkLock());
         std::size_t nextMarked = 0; // the next of the marked to meet, and how many still live
         std::size_t liveMarked = 0;
         nextOrder_ = 0;
@@ -346,6 +391,7 @@ private:
     std::size_t dead_ = 0;
     std::size_t walks_ = 0;
     std::uint64_t mutations_ = 0;
+    std::uint64_t places_ = 0;
 };
 
 } // namespace v1

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/ObjectState.h"
 #include "platform/StyleableTree.h"
+#include "platform/StylingChanges.h"
 
 #include <ZelStyleKit/NSObject.h>
+#include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
@@ -23,6 +25,7 @@ void setIdentifier(NSObject& object, AttachedIdentifier attached,
                    std::optional<std::string_view> identifier) {
     if (identifier || ObjectState::find(object)) {
         (ObjectState::of(object).*attached).store(identifier);
+        StylingChanges::note();
     }
     const ZelStyleable* conforming = object.asZelStyleable();
     if (conforming) {
@@ -48,6 +51,7 @@ ZelStyleToken NSObject::lastZelStyle() const noexcept {
 void NSObject::setLastZelStyle(ZelStyleToken style) {
     if (!style.isNil() || ObjectState::find(*this)) {
         ObjectState::of(*this).lastZelStyle.store(style.serial(), std::memory_order_relaxed);
+        StylingChanges::note();
     }
 }
 
@@ -68,9 +72,13 @@ void NSObject::setCustomZelStyleSchemeIdentifier(std::optional<std::string_view>
 }
 
 bool NSObject::registerStyleableChangeHandler(ZelStyleChangeHandler handler) {
-    const auto domain = ZelStyleDomain::domainForStyleable(shared_from_this());
+    const auto self = shared_from_this();
+    const auto domain = ZelStyleDomain::domainForStyleable(self);
+    if (domain && !handler) {
+        throw ZelInvalidArgument("a change handler must not be nil");
+    }
     if (domain) {
-        domain->registerChangeHandler(std::move(handler), shared_from_this());
+        domain->_registerChangeHandler(std::move(handler), self);
     }
     return domain != nullptr;
 }

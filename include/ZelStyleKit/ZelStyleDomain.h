@@ -14,6 +14,10 @@ namespace zel {
 inline namespace v1 {
 
 class ChangeHandlersToCall;
+template <class Payload>
+class ListenersByStyle;
+template <class Payload>
+class ListenerWalk;
 class ZelStyle;
 class ZelStyleScheme;
 struct NSNotification;
@@ -116,11 +120,15 @@ public:
 
 private:
     friend class BoundStyles;
+    friend class NSObject;
     friend struct ZelStyleDomainInternals;
     struct State;
     struct NotificationPath;
 
     void _updateFromSystemAppearance(const NSNotification* notification);
+    /// The caller holds the domain and the owner in references that no handler reaches.
+    void _registerChangeHandler(ZelStyleChangeHandler&& handler,
+                                const std::shared_ptr<NSObject>& owner);
     std::shared_ptr<ZelStyle> _notifyStyleFor(const std::shared_ptr<NSObject>& object);
     std::shared_ptr<ZelStyle> _styleForBinding(std::uint32_t binding);
     void _applyStyle(const std::shared_ptr<ZelStyle>& style,
@@ -135,6 +143,9 @@ private:
     void notifyOwners(const std::shared_ptr<NSObject>& styleable, const ZelStyleDelivery& delivery);
     void notifyObjects(const std::shared_ptr<NSObject>& styleable,
                        const ZelStyleDelivery& delivery);
+    template <class Payload, class Apply>
+    void applyToEach(ListenerWalk<Payload>& walk, ListenersByStyle<Payload>& byStyle,
+                     const ZelStyleDelivery& delivery, Apply apply);
     void notifyAssociated(const NSObject& styleable, const ZelStyleDelivery& delivery,
                           const NotificationPath& path);
 

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Recorder.h"
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+/// Updates again and again, so that what is remembered of one delivery serves the next.
+class FamilyDeliveryTests : public StylingTests {
+protected:
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
+    const std::shared_ptr<ZelStyleScheme> scheme = domain->defaultScheme();
+    const std::shared_ptr<ZelStyle> main = addStyle(scheme, "main");
+    const std::shared_ptr<ZelStyle> top = addChildStyle(main, "top");
+    const std::shared_ptr<ZelStyle> middle = addChildStyle(top, "middle");
+    const std::shared_ptr<ZelStyle> bottom = addChildStyle(middle, "bottom");
+    const std::shared_ptr<ZelStyle> aside = addChildStyle(main, "aside");
+    Recorder recorder;
+
+    FamilyDeliveryTests() {
+        for (const auto& style : {top, middle, bottom, aside}) {
+            scheme->addStyle(style);
+        }
+        domain->setCurrentScheme(scheme);
+    }
+    std::shared_ptr<NSView> listen(const std::string& name, std::string_view identifier,
+                                   std::function<void()> then = nullptr) {
+        auto view = alloc<NSView>();
+        view->setCustomZelStyleIdentifier(identifier);
+        view->registerStyleableChangeHandler(recorder.handler(name, std::move(then)));
+        recorder.calls.clear();
+        return view;
+    }
+    Names update(const std::shared_ptr<ZelStyle>& style) {
+        style->updateStyleWithChanges(nullptr);
+        return recorder.takeNames();
+    }
+};
+
+TEST_F(FamilyDeliveryTests, EachUpdateReachesTheFamilyInOrderOfRegistration) {
+    const auto low = listen("low", "bottom");
+    const auto other = listen("other", "aside");
+    const auto high = listen("high", "top");
+    const auto between = listen("between", "middle");
+    for (int round = 0; round < 4; ++round) {
+        EXPECT_EQ(update(top), (Names{"low", "high", "between"})) << round;
+        EXPECT_EQ(update(middle), (Names{"low", "between"})) << round;
+        EXPECT_EQ(update(bottom), Names{"low"}) << round;
+        EXPECT_EQ(update(aside), Names{"other"}) << round;
+        EXPECT_EQ(update(main), (Names{"low", "other", "high", "between"})) << round;
+    }
+}
+
+TEST_F(FamilyDeliveryTests, AStyleWithoutListenersReachesNobody) {
+    const auto view = listen("view", "aside");
+    for (int round = 0; round < 4; ++round) {
+        EXPECT_EQ(update(bottom), Names{}) << round;
+    }
+}
+
+TEST_F(FamilyDeliveryTests, AnIdentifierSetBetweenUpdatesMovesItsListener) {
+    const auto view = listen("view", "aside");
+    for (int round = 0; round < 4; ++round) {
+        view->setCustomZelStyleIdentifier(round % 2 == 0 ? "bottom" : "aside");
+        recorder.calls.clear();
+        EXPECT_EQ(update(middle), round % 2 == 0 ? Names{"view"} : Names{}) << round;
+        EXPECT_EQ(update(middle), round % 2 == 0 ? Names{"view"} : Names{}) << round;
+        EXPECT_EQ(update(middle), round % 2 == 0 ? Names{"view"} : Names{}) << round;
+    }
+}
+
+TEST_F(FamilyDeliveryTests, AnotherParentOfAStyleMovesItsFamily) {
+    const auto view = listen("view", "bottom");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(middle), Names{"view"});
+    }
+    bottom->setParentStyle(aside);
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(middle), Names{});
+        EXPECT_EQ(update(aside), Names{"view"});
+    }
+}
+
+TEST_F(FamilyDeliveryTests, AViewMovedWithoutNoticeIsCalledByTheNextUpdateOfAnyStyle) {
+    const auto root = listen("root", "top");
+    const auto view = alloc<NSView>();
+    view->registerStyleableChangeHandler(recorder.handler("view"));
+    for (int round = 0; round < 3; ++round) {
+        (void)update(aside);
+    }
+    root->addSubview(view);
+    EXPECT_EQ(update(aside), Names{"view"});
+    EXPECT_EQ(update(aside), Names{});
+    EXPECT_EQ(update(top), (Names{"root", "view"}));
+}
+
+TEST_F(FamilyDeliveryTests, AListenerMadeDueByAHandlerIsCalledInTheSameDelivery) {
+    std::shared_ptr<NSView> before;
+    std::shared_ptr<NSView> after;
+    bool forgets = false;
+    before = listen("before", "aside");
+    const auto view = listen("view", "top", [&] {
+        if (forgets) {
+            before->setLastZelStyle(nullptr);
+            after->setLastZelStyle(nullptr);
+        }
+    });
+    after = listen("after", "aside");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(top), Names{"view"});
+    }
+    forgets = true;
+    EXPECT_EQ(update(top), (Names{"view", "after"}));
+    forgets = false;
+    EXPECT_EQ(update(bottom), Names{"before"});
+    EXPECT_EQ(update(top), Names{"view"});
+}
+
+TEST_F(FamilyDeliveryTests, AListenerThatIsDueAlreadyIsCalledByAnUpdateOfAnotherStyle) {
+    const auto view = listen("view", "aside");
+    const auto high = listen("high", "top");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(top), Names{"high"});
+    }
+    view->setLastZelStyle(nullptr);
+    EXPECT_EQ(update(top), (Names{"view", "high"}));
+    EXPECT_EQ(update(top), Names{"high"});
+}
+
+TEST_F(FamilyDeliveryTests, ASwitchWithinADeliveryLeavesTheOutdatedStyleAndTheNextUpdateMendsIt) {
+    const auto dark = domain->darkScheme();
+    addStyle(dark, "main");
+    bool switches = false;
+    const auto view = alloc<NSView>();
+    view->registerStyleableChangeHandler(recorder.handler("view", [&] {
+        if (std::exchange(switches, false)) {
+            domain->setCurrentScheme(dark);
+        }
+    }));
+    for (int round = 0; round < 3; ++round) {
+        (void)update(main);
+    }
+    switches = true;
+    EXPECT_EQ(update(main), (Names{"view", "view"})); // the second by the switch
+    EXPECT_EQ(update(aside), Names{"view"});          // whose style the first call then covered
+    EXPECT_EQ(update(aside), Names{});
+}
+
+TEST_F(FamilyDeliveryTests, ListenersThatComeAndGoBetweenUpdatesCount) {
+    const auto view = listen("view", "top");
+    for (int round = 0; round < 3; ++round) {
+        (void)update(top);
+    }
+    auto second = listen("second", "bottom");
+    EXPECT_EQ(update(top), (Names{"view", "second"}));
+    EXPECT_EQ(update(top), (Names{"view", "second"}));
+    EXPECT_EQ(update(top), (Names{"view", "second"}));
+    second.reset();
+    EXPECT_EQ(update(top), Names{"view"});
+    const auto third = listen("third", "middle");
+    EXPECT_EQ(update(top), (Names{"view", "third"}));
+    view->unregisterStyleableChangeHandlers();
+    EXPECT_EQ(update(top), Names{"third"});
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/model/Judge.h"
+
+#include "tests/model/AllCommands.h"
+#include "tests/model/LibraryKit.h"
+#include "tests/model/PlainKit.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace zeltest {
+
+const Vocabulary& vocabulary() {
+    static const auto words = [] {
+        Vocabulary all;
+        for (const auto& each : commands<PlainKit>()) {
+            all.names.push_back(each.name);
+            all.weights.push_back(each.weight);
+        }
+        return all;
+    }();
+    return words;
+}
+
+namespace {
+
+std::string word(std::int64_t entry) {
+    static const std::array<const char*, 15> marks = {
+        "step",      "nested",   "result", "RAISED", "HANDLER", "OBJECT", "OBSERVER", "CHANGES",
+        "INHERITED", "PROVIDER", "HOOK",   "TYPE",   "POSTED",  "STATE",  "VALUES"};
+    const auto index = entry - static_cast<std::int64_t>(Mark::Step);
+    return index >= 0 && index < static_cast<std::int64_t>(marks.size())
+               ? std::string("\n    ") + marks[static_cast<std::size_t>(index)]
+               : std::to_string(entry);
+}
+
+std::string describe(const Trace& library, const Trace& model) {
+    std::ostringstream out;
+    const auto parted = std::ranges::mismatch(library.entries, model.entries);
+    const auto show = [&](const char* side, const Trace& trace, auto at) {
+        constexpr std::ptrdiff_t around = 24;
+        out << "  " << side << ':';
+        auto each = at - std::min(around, at - trace.entries.begin());
+        const auto end = at + std::min(around, trace.entries.end() - at);
+        for (; each != end; ++each) {
+            out << (each == at ? " >>>" : " ") << word(*each);
+        }
+        out << '\n';
+    };
+    show("library", library, parted.in1);
+    show("model", model, parted.in2);
+    return out.str();
+}
+
+} // namespace
+
+Verdict judge(const Script& script) {
+    Verdict verdict;
+    {
+        Player<LibraryKit> library(script);
+        Player<PlainKit> model(script);
+        for (std::size_t i = 0; i <= script.steps.size() && !verdict.parted; ++i) {
+            if (i < script.steps.size()) {
+                library.step(script.steps[i]);
+                model.step(script.steps[i]);
+            } else {
+                library.putReads();
+                model.putReads();
+            }
+            if (library.trace.entries != model.trace.entries) {
+                verdict.parted = i;
+                verdict.difference = describe(library.trace, model.trace);
+            }
+            library.trace.entries.clear();
+            model.trace.entries.clear();
+        }
+        verdict.played = library.played;
+    }
+    LibraryKit::freshen();
+    PlainKit::freshen();
+    return verdict;
+}
+
+namespace {
+
+bool differs(const Script& script) {
+    return judge(script).parted.has_value();
+}
+
+/// Takes away what can be missed, in ever smaller pieces. Answers whether anything went.
+bool thin(Script& script, std::vector<Operation>& list) {
+    const auto before = list.size();
+    for (std::size_t piece = std::max<std::size_t>(list.size() / 2, 1); piece > 0; piece /= 2) {
+        for (std::size_t at = 0; at < list.size();) {
+            auto whole = list;
+            const auto from = list.begin() + static_cast<std::ptrdiff_t>(at);
+            list.erase(from, from + static_cast<std::ptrdiff_t>(std::min(piece, list.size() - at)));
+            if (!differs(script)) {
+                list = std::move(whole);
+                at += piece;
+            }
+        }
+    }
+    return list.size() < before;
+}
+
+void simplify(Script& script, std::vector<Operation>& list) {
+    for (Operation& each : list) {
+        for (unsigned& argument : each.arguments) {
+            const unsigned found = argument;
+            for (argument = 0; argument < found && !differs(script); ++argument) {
+            }
+        }
+    }
+}
+
+} // namespace
+
+Script shrink(Script script) {
+    if (const auto parted = judge(script).parted) {
+        script.steps.resize(std::min(*parted + 1, script.steps.size()));
+    }
+    bool thinner = true;
+    while (thinner) {
+        thinner = thin(script, script.steps);
+        for (auto& program : script.programs) {
+            thinner = thin(script, program) || thinner;
+        }
+    }
+    simplify(script, script.steps);
+    for (auto& program : script.programs) {
+        simplify(script, program);
+    }
+    return script;
+}
+
+} // namespace zeltest

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/support/Providers.h"
+#include "tests/support/Styling.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelStyleKit.h>
+
+#include <array>
+#include <cmath>
+#include <memory>
+#include <string>
+
+namespace zeltest {
+
+/// The library as the player uses it.
+struct LibraryKit {
+    using Object = zel::NSObject;
+    using Style = zel::ZelStyle;
+    using Scheme = zel::ZelStyleScheme;
+    using Domain = zel::ZelStyleDomain;
+    using Provider = zel::ZelStyleDefaultValueProvider;
+    using Manager = zel::ZelStyleManager;
+    using Mode = zel::ZelStyleManagerMode;
+    using View = zel::NSView;
+    using Controller = zel::NSViewController;
+    using Delivery = zel::ZelStyleDelivery;
+    using Event = zel::ZelStyleChangeEvent;
+    using Value = zel::ZelAttributeValue;
+    using Color = zel::NSColor;
+    using InvalidArgument = zel::ZelInvalidArgument;
+    using EnumerationMutation = zel::ZelEnumerationMutation;
+
+    class Styleable : public Object, public zel::ZelStyleable {
+    public:
+        const zel::ZelStyleable* asZelStyleable() const noexcept final { return this; }
+    };
+    /// Hears of the tracker's type.
+    template <class Base>
+    class Witness : public Base {
+    protected:
+        virtual void typeChanges(bool isPrior) = 0;
+
+    private:
+        void observeValueForKeyPath(std::string_view, zel::NSObject&,
+                                    const zel::NSKeyValueChange& change, const void*) final {
+            typeChanges(change.isPrior);
+        }
+    };
+
+    template <class T>
+    static std::shared_ptr<T> make() {
+        return zel::alloc<T>();
+    }
+    static std::shared_ptr<Manager> makeManager() {
+        auto manager = zel::alloc<Manager>();
+        manager->init();
+        return manager;
+    }
+    static std::uint64_t serial(const std::shared_ptr<Style>& style) {
+        return zel::ZelStyleToken(style).serial();
+    }
+    static std::uint64_t last(const Object& object) { return object.lastZelStyle().serial(); }
+    static void setLast(Object& object, const std::shared_ptr<Style>& style) {
+        object.setLastZelStyle(style);
+    }
+    static bool isStyleable(const Object& object) { return object.asZelStyleable() != nullptr; }
+    static std::shared_ptr<Object> parentOf(const Object& object) {
+        const auto* styleable = object.asZelStyleable();
+        return styleable ? styleable->parentZelStyleable() : nullptr;
+    }
+    static zel::NSColor gray(double level, double alpha) {
+        return Color::colorWithWhite(level, alpha);
+    }
+    static zel::NSColor srgb(double red, double green, double blue, double alpha) {
+        return Color::colorWithSRGBRed(red, green, blue, alpha);
+    }
+    static zel::NSColor device(double red, double green, double blue, double alpha) {
+        return Color::colorWithDeviceRed(red, green, blue, alpha);
+    }
+    static zel::NSColor cmyk(double cyan, double alpha) {
+        return Color::colorWithDeviceCyan(cyan, 0.25, 0.5, 0.75, alpha);
+    }
+    static Value null() { return zel::NSNull(); }
+    static Value number(std::uint64_t value) {
+        return zel::NSNumber::numberWithUnsignedLong(value);
+    }
+    static Value textValue(const std::string& value) { return Value(value); }
+
+    static std::array<double, 6> parts(const Color& color) {
+        const auto& c = color.components();
+        const auto& space = color.colorSpace();
+        const int index = &space == &zel::NSColorSpace::sRGBColorSpace()         ? 0
+                          : &space == &zel::NSColorSpace::deviceRGBColorSpace()  ? 1
+                          : &space == &zel::NSColorSpace::deviceCMYKColorSpace() ? 3
+                                                                                 : 2;
+        return {static_cast<double>(index), c[0], c[1], c[2], c[3], c[4]};
+    }
+    static const Color* color(const Value& value) { return value.color(); }
+    static std::optional<std::uint64_t> number(const Value& value) {
+        return value.number() ? std::optional(value.number()->unsignedLongValue()) : std::nullopt;
+    }
+    static const std::string* text(const Value& value) { return value.as<std::string>(); }
+    static Color effect(const Color& color, unsigned effect, bool dark) {
+        return color.colorWithZelStyleEffect(effect, dark);
+    }
+    static std::optional<Color> modifiable(const Color& color) { return color.modifiableColor(); }
+    static const zel::ZelAttributeDictionary&
+    entries(const std::shared_ptr<const zel::ZelAttributeDictionary>& values) {
+        return *values;
+    }
+    static std::optional<Color> labelColor(Style& style) { return style.labelColor(); }
+    static int type(Style& style) {
+        return (style.isDarkStyle() ? 2 : 0) + (style.isLightStyle() ? 1 : 0) +
+               (style.isCustomStyle() ? 0 : 4);
+    }
+
+    static void appear(std::string_view name) {
+        zel::NSApplication::sharedApplication()->setEffectiveAppearance(
+            zel::NSAppearance::appearanceNamed(name));
+    }
+    static zel::ZelStyleSystemAppearance& tracker() {
+        return *zel::ZelStyleSystemAppearance::sharedSystemAppearance();
+    }
+    static void observeType(const std::shared_ptr<Object>& observer) {
+        tracker().addObserver(observer, "currentAppearanceType",
+                              zel::NSKeyValueObservingOptions::Prior, nullptr);
+    }
+    static void unobserveType(const std::shared_ptr<Object>& observer) {
+        tracker().removeObserver(*observer, "currentAppearanceType", nullptr);
+    }
+    static void observePosts(const std::shared_ptr<Object>& observer, std::function<void()> told) {
+        zel::NSNotificationCenter::defaultCenter().addObserver(
+            observer, [told](const zel::NSNotification&) { told(); },
+            "ZelStyleSystemAppearanceChanged", nullptr);
+    }
+    static void unobservePosts(const std::shared_ptr<Object>& observer) {
+        zel::NSNotificationCenter::defaultCenter().removeObserver(
+            *observer, "ZelStyleSystemAppearanceChanged", nullptr);
+    }
+    static void setDarkAppearanceExists(bool exists) {
+        zel::NSProcessInfo::setOperatingSystemVersion({10, exists ? 14 : 13, 0});
+    }
+    static void drain() { zel::NSMainQueue::mainQueue().drain(); }
+    static void store(std::optional<std::uint64_t> number) {
+        zel::NSUserDefaults::standardUserDefaults().setObject(
+            number ? std::optional<zel::NSUserDefaultsValue>(
+                         zel::NSNumber::numberWithUnsignedLong(*number))
+                   : std::nullopt,
+            "style-manager-active-mode");
+    }
+    static std::optional<std::string> chosen(const Manager& manager) {
+        const auto value = manager.activeModeIdentifier();
+        const auto* string = std::get_if<std::string>(&value);
+        return string ? *string
+                      : std::to_string(std::get<zel::NSNumber>(value).unsignedLongValue());
+    }
+    static void setSystemColors(bool some) {
+        zel::NSSystemColors colors;
+        if (some) {
+            colors.blue = srgb(0.125, 0.25, 0.875, 1);
+            colors.pink = gray(0.625, 0.75);
+            colors.windowBackground = srgb(0.75, 0.5, 0.25, 1);
+        }
+        zel::NSSystemColors::setSystemColors(colors);
+    }
+    static const std::vector<std::shared_ptr<Provider>>& providers() {
+        static const auto found = registeredProviders();
+        return found;
+    }
+
+    /// Brings the process back to where every script begins.
+    static void freshen();
+    /// What happens once in a process: let it have happened.
+    static void setUp();
+};
+
+} // namespace zeltest

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/model/Commands.h"
+
+namespace zeltest {
+
+template <class Kit>
+typename Player<Kit>::Thing makeThing(unsigned kind) {
+    typename Player<Kit>::Thing thing;
+    const auto keep = [&](auto made) {
+        thing.controls = made.get();
+        thing.object = std::move(made);
+    };
+    switch (kind % 6) {
+    case 0:
+        keep(Kit::template make<Listening<Kit, typename Kit::Object>>());
+        break;
+    case 1:
+        keep(Kit::template make<Listening<Kit, typename Kit::Controller>>());
+        break;
+    case 2:
+    case 3:
+        keep(Kit::template make<Listening<Kit, typename Kit::View>>());
+        break;
+    default:
+        keep(Kit::template make<Answering<Kit>>());
+    }
+    thing.view = std::dynamic_pointer_cast<typename Kit::View>(thing.object);
+    thing.controller = std::dynamic_pointer_cast<typename Kit::Controller>(thing.object);
+    return thing;
+}
+
+/// Puts an object below another, or nowhere. One that the player answers for never gets below
+/// itself; views and controllers see to that themselves.
+template <class Kit>
+void moveBelow(Player<Kit>& p, unsigned moved, unsigned below) {
+    const auto child = at(p.things, moved);
+    const auto parent = at(p.things, below);
+    if (child.view) {
+        parent.view ? parent.view->addSubview(child.view) : child.view->removeFromSuperview();
+    } else if (child.controller && parent.controller) {
+        parent.controller->addChildViewController(child.controller);
+    } else if (child.controller) {
+        child.controller->removeFromParentViewController();
+        child.controller->setView(parent.view);
+    } else if (child.controls) {
+        auto each = parent.object;
+        while (each && each != child.object) {
+            each = Kit::parentOf(*each);
+        }
+        if (!each) {
+            child.controls->parent = parent.object;
+        }
+    }
+}
+
+template <class Kit>
+const std::vector<Command<Kit>>& objectCommands() {
+    using P = Player<Kit>;
+    using A = Arguments;
+    static const std::vector<Command<Kit>> all = {
+        {"newObject", 40,
+         [](P& p, const A& a) {
+             auto thing = makeThing<Kit>(a[1]);
+             const auto number = ++p.made;
+             thing.controls->number = number;
+             thing.controls->domainIdentifier = domainIdentifier(a[3]);
+             thing.controls->onStyle = [&p, number, program = a[2]](const auto& style,
+                                                                    std::uint64_t event) {
+                 p.trace.put(Mark::ObjectCalled);
+                 p.trace.put(number);
+                 p.put(style);
+                 p.trace.put(event);
+                 p.perform(program);
+             };
+             slot(p.things, a[0]) = std::move(thing);
+         }},
+        {"dropObject", 10,
+         [](P& p, const A& a) {
+             const auto dropped =
+                 std::exchange(slot(p.things, a[0]), typename Player<Kit>::Thing());
+         }},
+        {"moveBelow", 30, [](P& p, const A& a) { moveBelow(p, a[0], a[1]); }},
+        {"associate", 10,
+         [](P& p, const A& a) {
+             if (auto* const controls = at(p.things, a[0]).controls) {
+                 using Few = std::vector<std::weak_ptr<typename Kit::Object>>;
+                 controls->associated =
+                     a[3] % 4 == 0 ? std::optional<Few>()
+                                   : Few{at(p.things, a[1]).object, at(p.things, a[2]).object};
+             }
+         }},
+        {"setDomainIdentifier", 8,
+         [](P& p, const A& a) {
+             if (auto* const controls = at(p.things, a[0]).controls) {
+                 controls->domainIdentifier = domainIdentifier(a[1]);
+             }
+         }},
+        {"setCustomStyle", 30,
+         [](P& p, const A& a) {
+             if (const auto object = at(p.things, a[0]).object) {
+                 object->setCustomZelStyleIdentifier(styleIdentifier(a[1]));
+             }
+         }},
+        {"setCustomScheme", 30,
+         [](P& p, const A& a) {
+             if (const auto object = at(p.things, a[0]).object) {
+                 object->setCustomZelStyleSchemeIdentifier(schemeIdentifier(a[1]));
+             }
+         }},
+        {"setLastStyle", 4,
+         [](P& p, const A& a) {
+             if (const auto object = at(p.things, a[0]).object) {
+                 Kit::setLast(*object, at(p.styles, a[1]));
+             }
+         }},
+        {"raise", 8, [](P&, const A& a) { throw Raised(a[0]); }},
+        {"look", 12, [](P& p, const A&) { p.putReads(); }},
+        {"effect", 6,
+         [](P& p, const A& a) {
+             const auto color = Kit::effect(someColor<Kit>(a[0]), a[1] % 7, a[2] % 2 == 0);
+             p.put(color);
+             const auto modifiable = Kit::modifiable(someColor<Kit>(a[0]));
+             p.put(modifiable ? std::optional<typename Kit::Value>(*modifiable) : std::nullopt);
+         }},
+    };
+    return all;
+}
+
+} // namespace zeltest

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace zeltest {
+
+/// What a trace's entries begin with.
+enum class Mark : std::int64_t {
+    Step = 9000,
+    Nested,
+    Result,
+    Raised,
+    HandlerCalled,
+    ObjectCalled,
+    ObserverCalled,
+    ChangesCalled,
+    InheritedCalled,
+    ProviderCalled,
+    HookCalled,
+    TypeAnnounced,
+    Posted,
+    State,
+    Values,
+};
+
+/// All that could be observed, as numbers: the same for both sides where they behave the same.
+/// Objects that the script has no number for are numbered as they are first seen.
+class Trace {
+public:
+    std::vector<std::int64_t> entries;
+
+    void put(std::int64_t value) { entries.push_back(value); }
+    void put(std::uint64_t value) { entries.push_back(static_cast<std::int64_t>(value)); }
+    void put(bool value) { entries.push_back(value ? 1 : 0); }
+    void put(Mark mark) { entries.push_back(static_cast<std::int64_t>(mark)); }
+    void put(const std::optional<std::string>& text) {
+        put(text ? static_cast<std::int64_t>(std::hash<std::string>()(*text) >> 1) : -1);
+    }
+    /// A style by its serial number; 0 is nil.
+    void style(std::uint64_t serial) {
+        put(serial == 0 ? 0
+                        : static_cast<std::int64_t>(
+                              styles_.try_emplace(serial, styles_.size() + 1).first->second));
+    }
+    /// An object that can be asked whether it lives.
+    void object(const std::shared_ptr<const void>& object) {
+        if (!object) {
+            return put(std::int64_t{0});
+        }
+        for (std::size_t i = seen_.size(); i > 0; --i) {
+            if (seen_[i - 1].address == object.get() && !seen_[i - 1].life.expired()) {
+                return put(static_cast<std::int64_t>(i));
+            }
+        }
+        seen_.push_back({object.get(), object});
+        put(static_cast<std::int64_t>(seen_.size()));
+    }
+    /// Which of the objects seen so far still live.
+    void lives() {
+        std::int64_t sum = 0;
+        for (std::size_t i = 0; i < seen_.size(); ++i) {
+            sum = seen_[i].life.expired() ? sum : sum * 31 + static_cast<std::int64_t>(i) + 1;
+        }
+        put(sum);
+    }
+
+private:
+    struct Seen {
+        const void* address;
+        std::weak_ptr<const void> life;
+    };
+    std::unordered_map<std::uint64_t, std::size_t> styles_;
+    std::vector<Seen> seen_;
+};
+
+} // namespace zeltest

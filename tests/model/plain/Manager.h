@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/model/plain/Object.h"
+
+#include <variant>
+
+namespace plain {
+
+class Mode;
+
+/// The modes that a user can choose from, and the choice.
+class Manager : public Object {
+public:
+    static Ref<Manager> sharedStyleManager();
+    static void setup();
+    const std::vector<Ref<Mode>>& modes() const { return modes_; }
+    void addMode(const Ref<Mode>& mode);
+    void removeMode(const Ref<Mode>& mode);
+    std::variant<std::string, std::uint64_t> activeModeIdentifier() const;
+    void setActiveModeIdentifier(const Id& identifier);
+    Ref<Mode> activeMode() const { return nullptr; } // no mode stores being active
+
+private:
+    void updateActiveMode();
+    std::vector<Ref<Mode>> modes_;
+};
+
+class Mode : public Object {
+public:
+    Ref<Mode> initWithIdentifier(const std::string& identifier, std::uint64_t rank,
+                                 const std::string& name);
+    bool active() const { return false; }
+    void setActive(bool active);
+    Ref<Manager> manager() const { return manager_.lock(); }
+    void setManager(const Ref<Manager>& manager) { manager_ = manager; }
+    std::string identifier() const { return identifier_; }
+    void setIdentifier(const std::string& identifier) { identifier_ = identifier; }
+    std::string name() const { return name_; }
+    void setName(const std::string& name) { name_ = name; }
+    std::uint64_t rank() const { return rank_; }
+    void setRank(std::uint64_t rank) { rank_ = rank; }
+
+private:
+    Weak<Manager> manager_;
+    std::string identifier_, name_;
+    std::uint64_t rank_ = 0;
+};
+
+} // namespace plain

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/model/plain/Color.h"
+#include "tests/model/plain/Object.h"
+
+namespace plain {
+
+class Provider;
+class Scheme;
+
+/// Values, their merging, the seed, observers and updates.
+class Style : public Object {
+public:
+    using UpdateObserver = std::function<void(const Ref<Object>&, const Ref<Style>&, bool)>;
+    using Changes = std::function<bool(const Ref<Style>&)>;
+    using InheritedChanges = std::function<void(const Ref<Style>&, const Ref<Style>&)>;
+
+    Style();
+    ~Style() override;
+    Ref<Style> initWithIdentifier(Id identifier, const Ref<Scheme>& scheme,
+                                  const Ref<Style>& parentStyle);
+    static Ref<Style> forStyleable(const Ref<Object>& styleable);
+
+    bool isChildOf(const Ref<Style>& other) const;
+    Ref<Domain> domain() const { return domain_.lock(); }
+    void setDomain(const Ref<Domain>& domain) { domain_ = domain; }
+    Ref<Scheme> scheme() const { return scheme_.lock(); }
+    void setScheme(const Ref<Scheme>& scheme) { scheme_ = scheme; }
+    Ref<Style> parentStyle() const { return parent_.lock(); }
+    void setParentStyle(const Ref<Style>& parent) { parent_ = parent; }
+    Id identifier() const { return identifier_; }
+    void setIdentifier(Id identifier) { identifier_ = std::move(identifier); }
+    std::uint64_t seed() const { return counter_ + (parentStyle() ? parentStyle()->seed() : 0); }
+
+    std::optional<Value> valueForAttribute(const Id& key) const;
+    std::optional<Value> effectiveValueForAttribute(const Id& key);
+    const Values& effectiveValues();
+    void setValue(const std::optional<Value>& value, const Id& forAttribute);
+    std::optional<Color> color(const std::string& key); // as the typed accessors read it
+    unsigned long type();
+
+    void updateStyleWithChanges(const Changes& changes);
+    Ref<Style> inheritedStyleWithChanges(InheritedChanges changes, Id identifier,
+                                         const Ref<Scheme>& scheme);
+    void addStyleUpdateObserver(UpdateObserver observer, const Ref<Object>& withOwner,
+                                bool initialCall);
+    void removeStyleUpdateObserverWithOwner(const Ref<Object>& owner);
+
+    static void addDefaultValueProvider(const Ref<Provider>& provider);
+    static void removeDefaultValueProvider(const Ref<Provider>& provider);
+
+    void forgetTheDead();
+    const std::uint64_t serial;
+
+private:
+    struct Observation {
+        Weak<Object> owner;
+        Ref<UpdateObserver> observer;
+    };
+    Ref<Style> self() { return std::static_pointer_cast<Style>(shared_from_this()); }
+    void callObservers();
+
+    Weak<Domain> domain_;
+    Weak<Scheme> scheme_;
+    Weak<Style> parent_;
+    Id identifier_;
+    std::uint64_t counter_ = 0;
+    Values values_;
+    std::optional<Values> merged_;
+    std::vector<Observation> observations_;
+    std::uint64_t mutations_ = 0; // of the observers
+};
+
+inline std::uint64_t serialOf(const Ref<Style>& style) {
+    return style ? style->serial : 0;
+}
+
+} // namespace plain

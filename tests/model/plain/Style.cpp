@@ -172,13 +172,12 @@ Ref<Style> Style::inheritedStyleWithChanges(InheritedChanges changes, Id identif
     if (const auto found = scheme ? scheme->styleForIdentifier(identifier) : nullptr) {
         return found;
     }
-    const auto domain = this->domain();
+    const auto current = [&] { // what the domain is held for no longer than this
+        const auto domain = this->domain();
+        return domain ? domain->currentScheme() : nullptr;
+    };
     const auto child = std::make_shared<Style>();
-    child->initWithIdentifier(identifier,
-                              scheme   ? scheme
-                              : domain ? domain->currentScheme()
-                                       : nullptr,
-                              self());
+    child->initWithIdentifier(identifier, scheme ? scheme : current(), self());
     if (changes) {
         addStyleUpdateObserver(
             [changes](const Ref<Object>& owner, const Ref<Style>&, bool initial) {

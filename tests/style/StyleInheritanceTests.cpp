@@ -88,6 +88,13 @@ TEST_F(StyleInheritanceTests, MergedValuesStayWhenOnlyTheParentIsWrittenTo) {
     EXPECT_EQ(parent->effectiveValueForAttribute("blueColor"), gray(0.75));
 }
 
+TEST_F(StyleInheritanceTests, AReadUnderAKeyThatNoStyleHasMergesTheValuesToo) {
+    parent->setValue(gray(0.5), "blueColor");
+    EXPECT_EQ(child->effectiveValueForAttribute("a key that nobody has written"), std::nullopt);
+    parent->setValue(gray(0.75), "blueColor");
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5)) << "merged by the read";
+}
+
 TEST_F(StyleInheritanceTests, AnOwnWriteMergesTheParentsPresentValuesAfresh) {
     parent->setValue(gray(0.5), "blueColor");
     ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));

@@ -140,7 +140,12 @@ const std::vector<Command<Kit>>& styleCommands() {
         {"readValue", 20,
          [](P& p, const A& a) {
              if (const auto style = at(p.styles, a[0])) {
-                 p.put(style->effectiveValueForAttribute(attributeKey(a[1])));
+                 // Also under a key that nobody in the process ever writes to.
+                 p.put(style->effectiveValueForAttribute(a[1] % 10 == 9 ? "unwritten"
+                                                                        : attributeKey(a[1])));
+                 if (a[2] % 2 == 0) {
+                     return;
+                 }
                  const auto color = Kit::labelColor(*style);
                  p.put(color ? std::optional<typename Kit::Value>(*color) : std::nullopt);
                  p.trace.put(std::int64_t{Kit::type(*style)});

@@ -114,11 +114,14 @@ void Domain::walk(const Listeners& listeners, const Ref<Object>& styleable,
     Ref<Style> style;
     bool concerned = false;
     for (const auto& each : now) {
+        if (const auto next = each.lock(); next && owner && owner.get() != next->address) {
+            owner.reset(); // it may end here, and what its handlers held
+        }
         const auto listener = each.lock();
         if (!listener || listener->removed) {
             continue;
         }
-        if (!owner || owner.get() != listener->address) {
+        if (!owner) {
             owner = listener->owner.lock();
             concerned = owner && (!styleable ||
                                   (owner->isStyleable() && isEqualOrChildOf(owner, styleable)));

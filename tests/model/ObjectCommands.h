@@ -55,6 +55,73 @@ void moveBelow(Player<Kit>& p, unsigned moved, unsigned below) {
     }
 }
 
+/// Gives an object its number and what it does when it is told of a style.
+template <class Kit>
+void equip(Player<Kit>& p, typename Player<Kit>::Thing& thing, const Arguments& a) {
+    const auto number = ++p.made;
+    thing.controls->number = number;
+    thing.controls->domainIdentifier = domainIdentifier(a[3]);
+    thing.controls->onStyle = [&p, number, program = a[2]](const auto& style, std::uint64_t event) {
+        p.trace.put(Mark::ObjectCalled);
+        p.trace.put(number);
+        p.put(style);
+        p.trace.put(event);
+        p.perform(program);
+    };
+}
+
+/// One more listener of a crowd: of any kind, some below an object; a few run a program.
+template <class Kit>
+void joinCrowd(Player<Kit>& p, typename Kit::Domain& domain, unsigned i, const Arguments& a) {
+    const auto above = at(p.things, a[3]);
+    auto thing = makeThing<Kit>(i + a[2]);
+    equip(p, thing, {0, 0, i % 8 == 0 ? a[2] : noProgram, a[0]});
+    p.crowd.push_back(thing);
+    if (thing.view && above.view) {
+        above.view->addSubview(thing.view);
+    } else if (!thing.view && !thing.controller) {
+        thing.controls->parent = above.object;
+    }
+    if (i % 5 == 0) {
+        thing.object->setCustomZelStyleIdentifier(styleIdentifier(i / 5));
+    }
+    if (i % 3 == 0) {
+        domain.registerChangeHandler(thing.object);
+    } else {
+        domain.registerChangeHandler(
+            [&p, number = ++p.made](const auto& owner, const auto& style, auto event) {
+                p.put(Mark::HandlerCalled, owner);
+                p.trace.put(number);
+                p.put(style);
+                p.trace.put(static_cast<std::uint64_t>(event));
+            },
+            thing.object);
+    }
+}
+
+/// Many listeners of a domain at once.
+template <class Kit>
+void gatherCrowd(Player<Kit>& p, const Arguments& a) {
+    const auto domain = at(p.domains, a[0]);
+    constexpr std::size_t most = 70;
+    for (unsigned i = 0; domain && i < 2 * a[1] && p.crowd.size() < most; ++i) {
+        joinCrowd(p, *domain, i, a);
+    }
+}
+
+/// Lets go of every second one, or third, and so on; of all.
+template <class Kit>
+void thinCrowd(Player<Kit>& p, const Arguments& a) {
+    std::vector<typename Player<Kit>::Thing> staying;
+    const auto before = std::exchange(p.crowd, {});
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (i % (a[0] % 4 + 1) != 0) {
+            staying.push_back(before[i]);
+        }
+    }
+    p.crowd = std::move(staying);
+}
+
 template <class Kit>
 const std::vector<Command<Kit>>& objectCommands() {
     using P = Player<Kit>;
@@ -63,17 +130,7 @@ const std::vector<Command<Kit>>& objectCommands() {
         {"newObject", 40,
          [](P& p, const A& a) {
              auto thing = makeThing<Kit>(a[1]);
-             const auto number = ++p.made;
-             thing.controls->number = number;
-             thing.controls->domainIdentifier = domainIdentifier(a[3]);
-             thing.controls->onStyle = [&p, number, program = a[2]](const auto& style,
-                                                                    std::uint64_t event) {
-                 p.trace.put(Mark::ObjectCalled);
-                 p.trace.put(number);
-                 p.put(style);
-                 p.trace.put(event);
-                 p.perform(program);
-             };
+             equip(p, thing, a);
              slot(p.things, a[0]) = std::move(thing);
          }},
         {"dropObject", 10,
@@ -81,6 +138,8 @@ const std::vector<Command<Kit>>& objectCommands() {
              const auto dropped =
                  std::exchange(slot(p.things, a[0]), typename Player<Kit>::Thing());
          }},
+        {"gatherCrowd", 2, [](P& p, const A& a) { gatherCrowd(p, a); }},
+        {"thinCrowd", 2, [](P& p, const A& a) { thinCrowd(p, a); }},
         {"moveBelow", 30, [](P& p, const A& a) { moveBelow(p, a[0], a[1]); }},
         {"associate", 10,
          [](P& p, const A& a) {

@@ -17,6 +17,9 @@ struct Raised : std::runtime_error {
     unsigned number;
 };
 
+/// For what does nothing when it is called.
+constexpr unsigned noProgram = ~0U;
+
 /// What the player sets on the objects that it makes, whatever their class.
 template <class Kit>
 struct Controls {
@@ -93,6 +96,7 @@ public:
     std::uint64_t played = 0; // operations, those of callbacks included
     std::array<Ref<Style>, 6> styles;
     std::array<Thing, 7> things;
+    std::vector<Thing> crowd; // many listeners at once
     std::array<Ref<typename Kit::Scheme>, 4> schemes;
     std::array<Ref<typename Kit::Domain>, 3> domains;
     std::array<Ref<typename Kit::Provider>, 4> providers;

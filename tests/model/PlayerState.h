@@ -85,6 +85,9 @@ void Player<Kit>::putState() {
             trace.object(Kit::parentOf(*each.object));
         }
     }
+    for (const Thing& each : crowd) {
+        trace.style(Kit::last(*each.object));
+    }
     for (const auto& each : schemes) {
         putScheme(each);
     }
@@ -169,7 +172,7 @@ void Player<Kit>::step(const Operation& operation) {
 template <class Kit>
 void Player<Kit>::perform(unsigned program) {
     constexpr unsigned deepest = 4;
-    if (silent_ || depth_ == deepest) {
+    if (silent_ || depth_ == deepest || program == noProgram) {
         return;
     }
     const bool goesOn = program % 2 == 1; // after what its operations raise
@@ -199,6 +202,7 @@ void Player<Kit>::finish() {
     silent_ = true;
     styles.fill(nullptr);
     things.fill({});
+    crowd.clear();
     schemes.fill(nullptr);
     domains.fill(nullptr);
     managers.fill(nullptr);

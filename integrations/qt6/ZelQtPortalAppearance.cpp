@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/ZelQtPortalAppearance.h>
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <poll.h>
+
+namespace zel {
+inline namespace v1 {
+
+/// Waits on Qt's event loop for what the portal's connection waits for.
+class ZelQtPortalAppearance::Loop final : public QObject {
+public:
+    ZelPortalAppearance portal;
+
+    Loop() {
+        timer_.setSingleShot(true);
+        connect(&timer_, &QTimer::timeout, this, &Loop::turn);
+        if (qGuiApp) {
+            connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+                    [this](Qt::ApplicationState state) {
+                        if (state == Qt::ApplicationActive) {
+                            portal.refresh();
+                            wait();
+                        }
+                    });
+        }
+    }
+
+    /// What to wait for may be different after every operation.
+    void wait() {
+        const int descriptor = portal.fileDescriptor();
+        if (descriptor != descriptor_) {
+            descriptor_ = descriptor;
+            readable_ = notifier(QSocketNotifier::Read);
+            writable_ = notifier(QSocketNotifier::Write);
+        }
+        if (readable_) {
+            readable_->setEnabled((portal.events() & POLLIN) != 0);
+            writable_->setEnabled((portal.events() & POLLOUT) != 0);
+        }
+        if (const auto timeout = portal.nextTimeout()) {
+            timer_.start(std::chrono::ceil<std::chrono::milliseconds>(*timeout));
+        } else {
+            timer_.stop();
+        }
+    }
+
+private:
+    void turn() {
+        const QPointer<Loop> alive(this);
+        portal.process();
+        if (alive) { // what it called may have ended it
+            wait();
+        }
+    }
+    std::unique_ptr<QSocketNotifier> notifier(QSocketNotifier::Type type) {
+        if (descriptor_ < 0) {
+            return nullptr;
+        }
+        auto made = std::make_unique<QSocketNotifier>(descriptor_, type);
+        connect(made.get(), &QSocketNotifier::activated, this, &Loop::turn);
+        return made;
+    }
+
+    int descriptor_ = -1;
+    std::unique_ptr<QSocketNotifier> readable_;
+    std::unique_ptr<QSocketNotifier> writable_;
+    QTimer timer_;
+};
+
+ZelQtPortalAppearance::ZelQtPortalAppearance(ZelPortalOptions options,
+                                             std::chrono::milliseconds firstWait)
+    : loop_(std::make_unique<Loop>()) {
+    loop_->portal.start(std::move(options));
+    loop_->portal.waitForFirstAnswer(firstWait);
+    loop_->wait();
+}
+
+ZelQtPortalAppearance::~ZelQtPortalAppearance() = default;
+
+const ZelPortalAppearance& ZelQtPortalAppearance::portal() const noexcept {
+    return loop_->portal;
+}
+
+} // namespace v1
+} // namespace zel

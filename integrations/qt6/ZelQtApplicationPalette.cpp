@@ -10,49 +10,89 @@
 #include <QApplication>
 #include <QEvent>
 
+#include <utility>
+#include <vector>
+
 namespace zel {
 inline namespace v1 {
 namespace {
 
-/// A window has a palette of its own only where its style is not the application's, and gives up
-/// none but what it was given here.
-ZelStyleChangeHandler windowHandler(QWidget& window) {
-    return [&window, given = false](const auto&, const std::shared_ptr<ZelStyle>& style,
-                                    auto) mutable {
+/// A window's palette: its own only while its style is not the application's. It takes away no
+/// palette but what it has given.
+class WindowPalette {
+public:
+    explicit WindowPalette(QWidget& window) : window_(window) {}
+
+    void apply(const std::shared_ptr<ZelStyle>& style) {
         if (style != ZelStyleDomain::defaultDomain()->mainStyle()) {
-            window.setPalette(ZelQtPalette::paletteWithStyle(style));
-            given = true;
-        } else if (std::exchange(given, false)) {
-            window.setPalette(QPalette());
+            given_ = true;
+            window_.setPalette(ZelQtPalette::paletteWithStyle(style));
+        } else if (std::exchange(given_, false)) {
+            window_.setPalette(QPalette());
         }
-    };
-}
+    }
+    void applyAgain() { apply(ZelStyle::forStyleable(ZelQtStyleable::of(window_))); }
+    void end() {
+        QtWidgetLink::of(window_).setPaletteHandler(nullptr);
+        if (std::exchange(given_, false)) {
+            window_.setPalette(QPalette());
+        }
+    }
+
+private:
+    QWidget& window_;
+    bool given_ = false;
+};
 
 } // namespace
 
-/// Sees each window before it is first shown.
-class ZelQtApplicationPalette::WindowFilter final : public QObject {
+/// Sees each window before it is first shown, and follows its style from then on.
+class ZelQtApplicationPalette::Windows final : public QObject {
 public:
+    ~Windows() override { forEach(&WindowPalette::end); }
+    Windows() = default;
+    Windows(const Windows&) = delete;
+    Windows& operator=(const Windows&) = delete;
+
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Polish && watched->isWidgetType()) {
             auto& widget = *static_cast<QWidget*>(watched);
-            if (widget.isWindow()) {
-                QtWidgetLink& link = QtWidgetLink::of(widget);
-                if (!link.hasPaletteHandler()) {
-                    link.setPaletteHandler(windowHandler(widget));
-                }
+            if (widget.isWindow() && !QtWidgetLink::of(widget).hasPaletteHandler()) {
+                follow(widget);
             }
         }
         return false;
     }
+    /// The application's style is another one: a window that keeps its own hears nothing of that.
+    void applyAgain() { forEach(&WindowPalette::applyAgain); }
+
+private:
+    void follow(QWidget& window) {
+        const auto palette = std::make_shared<WindowPalette>(window);
+        windows_.push_back(palette);
+        QtWidgetLink::of(window).setPaletteHandler(
+            [palette](const auto&, const auto& style, auto) { palette->apply(style); });
+    }
+    void forEach(void (WindowPalette::*operation)()) {
+        std::erase_if(windows_, [](const auto& each) { return each.expired(); });
+        const auto windows = windows_; // a palette's change may show, or end, another window
+        for (const auto& each : windows) {
+            if (const auto palette = each.lock()) {
+                (*palette.*operation)();
+            }
+        }
+    }
+
+    std::vector<std::weak_ptr<WindowPalette>> windows_; // the windows' links own them
 };
 
 ZelQtApplicationPalette::ZelQtApplicationPalette()
-    : windows_(std::make_unique<WindowFilter>()),
+    : windows_(std::make_unique<Windows>()),
       listener_(std::make_shared<StyleListener>(std::weak_ptr<NSObject>(), nullptr)) {
     listener_->registerStyleableChangeHandler(
-        [](const auto&, const std::shared_ptr<ZelStyle>& style, auto) {
+        [windows = windows_.get()](const auto&, const std::shared_ptr<ZelStyle>& style, auto) {
             QApplication::setPalette(ZelQtPalette::paletteWithStyle(style));
+            windows->applyAgain();
         });
     qApp->installEventFilter(windows_.get());
 }

@@ -3,13 +3,17 @@
 
 #include <QColor>
 
+#include <algorithm>
+#include <cmath>
+
 namespace zel {
 inline namespace v1 {
 namespace {
 
-// Not a number becomes 0.
-float component(double value) {
-    return value > 0 ? static_cast<float>(value < 1 ? value : 1) : 0.0F;
+// Of the 256 steps that Qt paints in, the nearest: it would cut what lies between two of them. Not
+// a number becomes 0.
+int component(double value) {
+    return value > 0 ? static_cast<int>(std::lround(255 * std::min(value, 1.0))) : 0;
 }
 
 } // namespace
@@ -19,8 +23,8 @@ QColor ZelQColorWithColor(const std::optional<NSColor>& color) {
     if (!rgba) {
         return {};
     }
-    return QColor::fromRgbF(component(rgba->red), component(rgba->green), component(rgba->blue),
-                            component(rgba->alpha));
+    return {component(rgba->red), component(rgba->green), component(rgba->blue),
+            component(rgba->alpha)};
 }
 
 std::optional<NSColor> ZelColorWithQColor(const QColor& color) {

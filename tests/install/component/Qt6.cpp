@@ -24,6 +24,7 @@ int main(int argc, char** argv) {
         [&dark](const auto&, const auto& style, auto) { dark = style->isDarkStyle(); });
     host->setEffectiveAppearance(zel::NSAppearance::appearanceNamed(zel::NSAppearanceNameDarkAqua));
     QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // Qt hands on an application's palette in its next turn
     const QColor text = window.palette().color(QPalette::WindowText);
     std::printf("%s, text %s\n", dark ? "dark" : "light", qPrintable(text.name()));
     return dark && text == QColor(255, 255, 255) ? 0 : 1;

@@ -26,8 +26,8 @@ public:
     ZelQtApplicationPalette& operator=(const ZelQtApplicationPalette&) = delete;
 
 private:
-    class WindowFilter;
-    const std::unique_ptr<WindowFilter> windows_;
+    class Windows;
+    const std::unique_ptr<Windows> windows_;
     const std::shared_ptr<StyleListener> listener_;
 };
 

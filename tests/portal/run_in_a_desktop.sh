@@ -83,7 +83,7 @@ unset DISPLAY WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_DATA_DIRS XDG_CONFIG_
 if [ $with_display = yes ]; then
     # Xvfb chooses a free display and says which one when it is ready.
     mkfifo "$work/display" || exit 1
-    Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$work/display" \
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$work/display" \
         >"$work/xvfb.log" 2>&1 &
     xvfb=$!
     if ! read -r display <"$work/display"; then

@@ -32,6 +32,7 @@ public:
 
     [[nodiscard]] ZelPortalStatus status() const noexcept { return status_; }
     [[nodiscard]] const std::string& reason() const noexcept { return reason_; }
+    [[nodiscard]] bool busHasAnswered() const noexcept { return bus_ && bus_->ready(); }
     [[nodiscard]] std::optional<std::uint32_t> colorScheme() const noexcept { return scheme_; }
 
 private:

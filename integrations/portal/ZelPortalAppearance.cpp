@@ -82,6 +82,10 @@ std::string ZelPortalAppearance::reason() const {
     return follower_->reason();
 }
 
+bool ZelPortalAppearance::busHasAnswered() const noexcept {
+    return follower_->busHasAnswered();
+}
+
 std::optional<std::uint32_t> ZelPortalAppearance::colorScheme() const noexcept {
     return follower_->colorScheme();
 }

@@ -130,6 +130,7 @@ TEST_F(BusFaultTests, ABusThatNeverAnswersDoesNotHoldUpTheHost) {
     const auto begin = Clock::now();
     host->start();
     EXPECT_EQ(host->appearance->waitForFirstAnswer(100ms), ZelPortalStatus::Connecting);
+    EXPECT_FALSE(host->appearance->busHasAnswered());
     const auto waited = Clock::now() - begin;
     EXPECT_GE(waited, 100ms);
     EXPECT_LT(waited, 2s);

@@ -2,7 +2,7 @@
 #include "GalleryOptions.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
+#include <QStringList>
 
 #include <cstdio>
 #include <cstdlib>
@@ -40,11 +40,15 @@ constexpr const char* defaultSource = "light";
 
 } // namespace
 
-Options optionsOf(const QCoreApplication& application) {
+Options optionsOf(int argc, char** argv) {
+    QStringList words;
+    for (int index = 0; index < argc; ++index) {
+        words.append(QString::fromLocal8Bit(argv[index]));
+    }
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Shows what Qt widgets look like in the styles of ZelStyleKit."));
-    parser.addHelpOption();
+    const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption source(
         QStringLiteral("source"),
         QStringLiteral("Who says whether it is dark: the desktop (portal), or always the same."),
@@ -61,7 +65,13 @@ Options optionsOf(const QCoreApplication& application) {
             "the desktop does; the picture is taken then."),
         QStringLiteral("light|dark"));
     parser.addOptions({source, screenshot, then});
-    parser.process(application);
+    if (!parser.parse(words)) {
+        refuse(parser.errorText());
+    }
+    if (parser.isSet(help)) {
+        std::fputs(qPrintable(parser.helpText()), stdout);
+        std::exit(0);
+    }
     if (!parser.positionalArguments().isEmpty()) {
         refuse(QStringLiteral("Unexpected: %1.").arg(parser.positionalArguments().constFirst()));
     }

@@ -5,8 +5,6 @@
 
 #include <optional>
 
-class QCoreApplication;
-
 namespace gallery {
 
 /// Who says whether it is dark.
@@ -20,6 +18,6 @@ struct Options {
 };
 
 /// Parses the command line; ends the program where it asks for help or is wrong.
-[[nodiscard]] Options optionsOf(const QCoreApplication& application);
+[[nodiscard]] Options optionsOf(int argc, char** argv);
 
 } // namespace gallery

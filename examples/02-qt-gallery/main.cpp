@@ -31,22 +31,9 @@ void makeSystem(std::string_view appearance) {
 
 int main(int argc, char** argv) {
     const gallery::Clock started; // before anything that takes time
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Gallery"));
-    QApplication::setOrganizationName(QStringLiteral("ZelStyleKit"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QFont font = QApplication::font();
-    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Cantarell"),
-                      QStringLiteral("Noto Sans"), QStringLiteral("Liberation Sans")});
-    QApplication::setFont(font);
-    const auto options = gallery::optionsOf(application);
+    const gallery::Options options = gallery::optionsOf(argc, argv);
 
-    // The library on Qt's event loop, the user's choice in Qt's settings.
-    const zel::ZelQtMainQueue queue;
-    zel::NSUserDefaults::standardUserDefaults().setStore(
-        std::make_shared<zel::ZelQtSettingsStore>());
-
-    // What the desktop looks like, before the first style is asked for.
+    // What the desktop looks like, before Qt is started and the first style is asked for.
     makeSystem(options.source == gallery::Source::Dark ? zel::NSAppearanceNameDarkAqua
                                                        : zel::NSAppearanceNameAqua);
 #ifdef GALLERY_FOLLOWS_PORTAL
@@ -56,6 +43,19 @@ int main(int argc, char** argv) {
     }
 #endif
 
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Gallery"));
+    QApplication::setOrganizationName(QStringLiteral("ZelStyleKit"));
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFont font = QApplication::font();
+    font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Cantarell"),
+                      QStringLiteral("Noto Sans"), QStringLiteral("Liberation Sans")});
+    QApplication::setFont(font);
+
+    // The library on Qt's event loop, the user's choice in Qt's settings.
+    const zel::ZelQtMainQueue queue;
+    zel::NSUserDefaults::standardUserDefaults().setStore(
+        std::make_shared<zel::ZelQtSettingsStore>());
     zel::ZelStyleManager::setup();
     gallery::addTintedStyles();
     const zel::ZelQtApplicationPalette palette;

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelQtPortalAppearance.h>
 
+#include "QtSessionBus.h"
+
 #include <QGuiApplication>
 #include <QPointer>
 #include <QSocketNotifier>
 #include <QTimer>
+
+#include <utility>
+#include <vector>
 
 #include <poll.h>
 
@@ -19,6 +24,22 @@ public:
     Loop() {
         timer_.setSingleShot(true);
         connect(&timer_, &QTimer::timeout, this, &Loop::turn);
+    }
+    ~Loop() override { std::erase(waitingForApplication(), this); }
+    Loop(const Loop&) = delete;
+    Loop& operator=(const Loop&) = delete;
+
+    /// Begins to wait; where there is no event loop yet, as soon as there is one.
+    void begin() {
+        if (!QCoreApplication::instance()) {
+            waitingForApplication().push_back(this);
+            qAddPreRoutine([] {
+                for (Loop* const each : std::exchange(waitingForApplication(), {})) {
+                    each->begin();
+                }
+            });
+            return;
+        }
         if (qGuiApp) {
             connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
                     [this](Qt::ApplicationState state) {
@@ -28,6 +49,13 @@ public:
                         }
                     });
         }
+        wait();
+    }
+
+private:
+    static std::vector<Loop*>& waitingForApplication() {
+        static std::vector<Loop*> loops;
+        return loops;
     }
 
     /// What to wait for may be different after every operation.
@@ -48,8 +76,6 @@ public:
             timer_.stop();
         }
     }
-
-private:
     void turn() {
         const QPointer<Loop> alive(this);
         portal.process();
@@ -75,9 +101,14 @@ private:
 ZelQtPortalAppearance::ZelQtPortalAppearance(ZelPortalOptions options,
                                              std::chrono::milliseconds firstWait)
     : loop_(std::make_unique<Loop>()) {
+    const bool isUsersBus = options.busAddress.empty();
     loop_->portal.start(std::move(options));
-    loop_->portal.waitForFirstAnswer(firstWait);
-    loop_->wait();
+    const ZelPortalStatus status = loop_->portal.waitForFirstAnswer(firstWait);
+    if (isUsersBus && firstWait.count() > 0 && status == ZelPortalStatus::Connecting &&
+        !loop_->portal.busHasAnswered()) {
+        leaveQtWithoutSessionBus();
+    }
+    loop_->begin();
 }
 
 ZelQtPortalAppearance::~ZelQtPortalAppearance() = default;

@@ -3,6 +3,7 @@
 #include <ZelStyleKit/ZelQtPortalAppearance.h>
 
 #include <QCoreApplication>
+#include <QDBusConnection>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
@@ -80,6 +81,17 @@ TEST_F(QtPortalAppearanceTests, ABusThatClosesIsNoticedOnTheEventLoop) {
     ASSERT_EQ(portal.portal().status(), ZelPortalStatus::Connecting);
     close(accept(listener, nullptr, nullptr));
     EXPECT_TRUE(runUntil([&] { return portal.portal().status() == ZelPortalStatus::NoBus; }));
+}
+
+TEST_F(QtPortalAppearanceTests, ASilentSessionBusDoesNotHoldUpQtAndStaysInTheEnvironment) {
+    const QByteArray address = QByteArray::fromStdString(options.busAddress);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+    const zel::ZelQtPortalAppearance portal;
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_FALSE(QDBusConnection::sessionBus().isConnected());
+    EXPECT_LT(clock.elapsed(), 1000);
+    EXPECT_EQ(qgetenv("DBUS_SESSION_BUS_ADDRESS"), address);
 }
 
 TEST_F(QtPortalAppearanceTests, ItMayBeEndedByWhomItTells) {

@@ -9,9 +9,12 @@
 namespace zel {
 inline namespace v1 {
 
-/// Follows the desktop portal's colour scheme on Qt's event loop, as long as it lives. Made after
-/// the application object and before `ZelStyleManager::setup`, so that the first frame is painted
-/// in the desktop's colours. Asks again whenever the application becomes the active one.
+/// Follows the desktop portal's colour scheme on Qt's event loop, as long as it lives. Made before
+/// `ZelStyleManager::setup`, so that the first frame is painted in the desktop's colours, and best
+/// even before the application object. Asks again whenever the application becomes the active one.
+/// A session bus that takes connections and then stays silent would hold up Qt itself for 25 s, on
+/// the main thread, for its theme or for accessibility. Where the bus is silent during the first
+/// wait, Qt is therefore left without a session bus for the rest of the process.
 /// Owns: the connection, its socket notifiers and its timer; no thread.
 /// Threads: the main thread; `statusChanged` and observers are called from the event loop and must
 /// not throw. It may be destroyed inside them.

@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -28,6 +29,7 @@ void addRow(Card& card, std::initializer_list<QWidget*> widgets) {
     auto* const row = new QHBoxLayout;
     row->setSpacing(8);
     for (QWidget* const each : widgets) {
+        each->setMinimumHeight(28);
         row->addWidget(each, 1);
     }
     card.contents().addLayout(row);
@@ -57,8 +59,20 @@ QSlider* slider(int value) {
 
 QProgressBar* progress(int value) {
     auto* const made = new QProgressBar;
+    made->setTextVisible(false);
     made->setValue(value);
     return made;
+}
+
+QPixmap dotOf(const QColor& color) {
+    QPixmap dot(32, 32);
+    dot.fill(Qt::transparent);
+    QPainter painter(&dot);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawEllipse(dot.rect());
+    return dot;
 }
 
 /// A button that gives the main styles the colour of one of their attributes as their accent.
@@ -67,9 +81,7 @@ QPushButton* accentButton(const char* name,
     auto* const made = new QPushButton;
     made->setToolTip(QLatin1String(name));
     const auto value = (zel::ZelStyleDomain::defaultDomain()->mainStyle().get()->*color)();
-    QPixmap dot(14, 14);
-    dot.fill(zel::ZelQColorWithColor(value));
-    made->setIcon(dot);
+    made->setIcon(dotOf(zel::ZelQColorWithColor(value)));
     QObject::connect(made, &QPushButton::clicked, made, [value] { setAccent(*value); });
     return made;
 }
@@ -88,6 +100,7 @@ Card* makeControls(QWidget* parent) {
                    button<QRadioButton>("Disabled", false, false)});
     addRow(*card, {slider(60), progress(60)});
     auto* const entry = new QLineEdit;
+    entry->setTextMargins(5, 0, 5, 0);
     entry->setPlaceholderText(QStringLiteral("Placeholder"));
     auto* const choice = new QComboBox;
     choice->addItems({QStringLiteral("Choice"), QStringLiteral("Another")});
@@ -102,18 +115,24 @@ Card* makeTable(QWidget* parent) {
     auto* const card =
         new Card(QStringLiteral("Table"),
                  QStringLiteral("Alternate rows, a selection and a header."), parent);
-    static constexpr const char* rows[][2] = {
-        {"light", "main"}, {"light", "tinted"}, {"dark", "main"}, {"dark", "tinted"}};
-    auto* const table = new QTableWidget(4, 2);
+    static constexpr const char* rows[][2] = {{"light", "main"},
+                                              {"light", "tinted"},
+                                              {"dark", "main"},
+                                              {"dark", "tinted"},
+                                              {"default", "main"}};
+    auto* const table = new QTableWidget(5, 2);
     table->setHorizontalHeaderLabels({QStringLiteral("Scheme"), QStringLiteral("Style")});
-    for (int row = 0; row < 4; ++row) {
+    for (int row = 0; row < 5; ++row) {
         for (int column = 0; column < 2; ++column) {
             table->setItem(row, column, new QTableWidgetItem(QLatin1String(rows[row][column])));
         }
     }
     table->setAlternatingRowColors(true);
     table->setShowGrid(false);
+    table->setFrameShape(QFrame::NoFrame);
+    table->setFocusPolicy(Qt::NoFocus);
     table->verticalHeader()->hide();
+    table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->selectRow(1);
@@ -138,6 +157,7 @@ Card* makeTinted(QWidget* parent) {
     addRow(*card, {button<QCheckBox>("Checked", true), button<QRadioButton>("Chosen", true)});
     addRow(*card, {slider(35), progress(35)});
     auto* const entry = new QLineEdit(QStringLiteral("Text"));
+    entry->setTextMargins(5, 0, 5, 0);
     addRow(*card, {entry});
     card->contents().addStretch(1);
     return card;

@@ -14,7 +14,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QMenu>
-#include <QToolButton>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace gallery {
@@ -55,17 +55,16 @@ GalleryWindow::GalleryWindow()
     row->addWidget(sidebar_);
     row->addWidget(makeEdge(this));
     row->addLayout(main, 1);
-    resize(1280, 900);
+    resize(1280, 880);
 }
 
 QLayout* GalleryWindow::makeHeading() {
     auto* const modes = new zel::ZelQtModeActions(this);
     auto* const menu = new QMenu(this);
     modes->addTo(*menu);
-    auto* const appearance = new QToolButton;
-    appearance->setText(QStringLiteral("Appearance"));
+    auto* const appearance = new QPushButton(QStringLiteral("Appearance"));
     appearance->setMenu(menu);
-    appearance->setPopupMode(QToolButton::InstantPopup);
+    appearance->setMinimumSize(130, 30);
 
     auto* const row = new QHBoxLayout;
     row->addWidget(makeTitle(QStringLiteral("Gallery"), 18, QFont::Bold));

@@ -20,9 +20,10 @@ QListWidget* groupList() {
     list->setFrameShape(QFrame::NoFrame);
     list->viewport()->setAutoFillBackground(false);
     list->setSpacing(1);
+    list->setProperty("roundSelection", true);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (const GroupName& each : groupNames) {
-        auto* const item = new QListWidgetItem(QStringLiteral("%1  (%2)")
+        auto* const item = new QListWidgetItem(QStringLiteral(" %1  (%2)")
                                                    .arg(QLatin1String(each.name))
                                                    .arg(SwatchGrid::countOf(each.group)),
                                                list);

@@ -67,7 +67,7 @@ QPoint Swatch::centre() const {
 }
 
 QSize Swatch::sizeHint() const {
-    return {wordsAt + 120, side + 6};
+    return {wordsAt + 70, side + 6};
 }
 
 void Swatch::take(const zel::ZelStyle& style) {

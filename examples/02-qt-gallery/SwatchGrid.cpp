@@ -6,10 +6,14 @@
 #include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 
+#include <iterator>
+
 namespace gallery {
 namespace {
 
-constexpr std::size_t columns = 6;
+// How wide each column is, for the longest words in it.
+constexpr int columnWidths[] = {9, 9, 10, 11, 12, 10};
+constexpr std::size_t columns = std::size(columnWidths);
 
 bool belongs(const QString& key, Group group) {
     const auto starts = [&](const char* word) { return key.startsWith(QLatin1String(word)); };
@@ -54,7 +58,7 @@ SwatchGrid::SwatchGrid(QWidget* parent) : QWidget(parent) {
         swatches_.push_back(swatch);
     }
     for (std::size_t column = 0; column < columns; ++column) {
-        grid->setColumnStretch(static_cast<int>(column), 1);
+        grid->setColumnStretch(static_cast<int>(column), columnWidths[column]);
     }
 }
 

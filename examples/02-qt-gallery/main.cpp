@@ -5,6 +5,7 @@
 #include "FirstFrame.h"
 #include "GalleryOptions.h"
 #include "GalleryWindow.h"
+#include "SoftStyle.h"
 #include "TintedStyle.h"
 
 #include <ZelStyleKit/ZelQtApplicationPalette.h>
@@ -16,7 +17,6 @@
 #endif
 
 #include <QApplication>
-#include <QStyleFactory>
 
 #include <optional>
 
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Gallery"));
     QApplication::setOrganizationName(QStringLiteral("ZelStyleKit"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new gallery::SoftStyle); // takes it over
     QFont font = QApplication::font();
     font.setFamilies({QStringLiteral("Inter"), QStringLiteral("Cantarell"),
                       QStringLiteral("Noto Sans"), QStringLiteral("Liberation Sans")});

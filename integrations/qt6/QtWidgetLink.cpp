@@ -64,9 +64,7 @@ void QtWidgetLink::setPaletteHandler(ZelStyleChangeHandler handler) {
 
 bool QtWidgetLink::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ParentChange && watched == &widget_) {
-        const QPointer<QObject> alive(watched);
         resolveAnew();
-        return alive.isNull(); // a handler has ended the widget: nothing of it may be used
     }
     return false;
 }

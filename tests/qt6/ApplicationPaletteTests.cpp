@@ -6,7 +6,9 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QToolTip>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -64,6 +66,19 @@ TEST_F(QtApplicationPaletteTests, AMenuOfAPinnedWidgetHasItsPaletteWhenItIsShown
     unpinned.popup(QPoint());
     EXPECT_EQ(windowText(menu), white);
     EXPECT_EQ(windowText(unpinned), black);
+}
+
+TEST_F(QtApplicationPaletteTests, ATooltipOfAPinnedWidgetHasItsPalette) {
+    QWidget window;
+    QWidget* const sidebar = new QWidget(&window);
+    styleableOf(*sidebar)->setCustomZelStyleSchemeIdentifier("dark");
+    QToolTip::showText(QPoint(1, 1), "text", sidebar);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto tip = std::ranges::find_if(
+        windows, [](const QWidget* each) { return each->inherits("QTipLabel"); });
+    ASSERT_NE(tip, windows.end());
+    EXPECT_EQ((*tip)->palette().color(QPalette::ToolTipBase).rgba(), qRgb(44, 44, 44));
+    EXPECT_EQ((*tip)->palette().color(QPalette::ToolTipText).rgba(), white);
 }
 
 TEST_F(QtApplicationPaletteTests, AWindowIsGivenAPaletteOnlyWhileItsStyleIsAnother) {

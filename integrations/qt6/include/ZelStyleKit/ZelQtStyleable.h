@@ -17,7 +17,8 @@ inline namespace v1 {
 /// What stands for a QWidget in styling: made when it is first asked for, ended with the widget.
 /// Change handlers and identifiers are set on it. Its parent is the widget's parent, which for a
 /// menu, popup, tooltip or dialog is the widget that owns it. A widget that is moved to another
-/// parent is resolved anew with all that is below it, inside `QWidget::setParent`.
+/// parent is resolved anew with all that is below it, inside `QWidget::setParent`: a handler may
+/// end its widget at any time but this, when it has to `deleteLater` the one that is moved.
 /// Owns: nothing. Refers to: its widget, as long as that lives, and its parent, weakly; the widget
 /// owns it. Who else holds it past the widget's end holds a root without listeners.
 /// Threads: the main thread. Failure: none.

@@ -54,14 +54,9 @@ public:
     }
 
     void run(std::chrono::milliseconds atMost) override {
-        auto& queue = zel::NSMainQueue::mainQueue();
-        const bool waits = queue.drain() == 0;
-#ifdef ZEL_CONTRACT_PORTAL
-        pollfd waitFor{portal_.fileDescriptor(), portal_.events(), 0};
-        ::poll(&waitFor, 1, waits ? static_cast<int>(atMost.count()) : 0);
-        portal_.process();
-#endif
-        queue.drain();
+        if (zel::NSMainQueue::mainQueue().drain() == 0) {
+            wait(atMost);
+        }
     }
 
     // Unless told otherwise the library itself keeps them there.
@@ -76,6 +71,15 @@ public:
 #endif
 
 private:
+#ifdef ZEL_CONTRACT_PORTAL
+    void wait(std::chrono::milliseconds atMost) {
+        pollfd waitFor{portal_.fileDescriptor(), portal_.events(), 0};
+        ::poll(&waitFor, 1, static_cast<int>(atMost.count()));
+        portal_.process();
+    }
+#else
+    static void wait(std::chrono::milliseconds /*atMost*/) {} // there is nothing to wait for
+#endif
     static std::shared_ptr<zel::NSView> viewOf(Widget widget) {
         auto* const view = static_cast<zel::NSView*>(widget);
         return std::static_pointer_cast<zel::NSView>(view->shared_from_this());

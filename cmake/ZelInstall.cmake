@@ -10,6 +10,7 @@
 #                           need in every case: "Qt6 6.4 COMPONENTS Gui"
 #   ZELSTYLEKIT_PKG_CONFIG  pkg-config modules that a static build's users have to link with it, each
 #                           with the prefix of its imported target: "ZELSTYLEKIT_SYSTEMD=libsystemd"
+#   ZELSTYLEKIT_PKG_CONFIG_PUBLIC  the same for those that its users need in every case
 #   ZELSTYLEKIT_PC_REQUIRES pkg-config modules that its users need in every case: "Qt6Gui >= 6.4"
 
 include(CMakePackageConfigHelpers)
@@ -89,7 +90,14 @@ endif()
     endforeach()
     get_target_property(modules ${target} ZELSTYLEKIT_PKG_CONFIG)
     get_target_property(type ${target} TYPE)
-    if(modules AND type STREQUAL "STATIC_LIBRARY")
+    if(NOT modules OR NOT type STREQUAL "STATIC_LIBRARY")
+        set(modules "")
+    endif()
+    get_target_property(public_modules ${target} ZELSTYLEKIT_PKG_CONFIG_PUBLIC)
+    if(public_modules)
+        list(APPEND modules ${public_modules})
+    endif()
+    if(modules)
         set(what "pkg-config")
         set(found PkgConfig_FOUND)
         string(CONFIGURE "${require}" check @ONLY)
@@ -123,7 +131,8 @@ function(zel_install_component name)
     get_target_property(required ${target} ZELSTYLEKIT_REQUIRES)
     get_target_property(pc_requires ${target} ZELSTYLEKIT_PC_REQUIRES)
     get_target_property(modules ${target} ZELSTYLEKIT_PKG_CONFIG)
-    foreach(list IN ITEMS required pc_requires modules)
+    get_target_property(public_modules ${target} ZELSTYLEKIT_PKG_CONFIG_PUBLIC)
+    foreach(list IN ITEMS required pc_requires modules public_modules)
         if(NOT ${list})
             set(${list} "")
         endif()
@@ -148,13 +157,16 @@ endforeach()
     install(FILES ${ZELSTYLEKIT_GENERATED}/components/${name}.cmake
             DESTINATION ${ZELSTYLEKIT_PACKAGE_DIR}/components COMPONENT ZelStyleKit_Development)
 
-    list(TRANSFORM modules REPLACE "^[^=]+=(.+)$" "\\1")
-    list(TRANSFORM modules REPLACE " *([<>=]+) *" " \\1 ")
+    foreach(list IN ITEMS modules public_modules)
+        list(TRANSFORM ${list} REPLACE "^[^=]+=(.+)$" "\\1")
+        list(TRANSFORM ${list} REPLACE " *([<>=]+) *" " \\1 ")
+    endforeach()
     list(TRANSFORM required TOLOWER)
     list(TRANSFORM required PREPEND zelstylekit-)
     string(TOLOWER zelstylekit-${name} module)
     zel_install_pkg_config(${target} ${module} "The ${name} integration of ZelStyleKit"
-        REQUIRES "zelstylekit = ${PROJECT_VERSION}" ${required} ${pc_requires}
+        REQUIRES "zelstylekit = ${PROJECT_VERSION}" ${required} ${public_modules}
+                 ${pc_requires}
         REQUIRES_PRIVATE ${modules})
 endfunction()
 

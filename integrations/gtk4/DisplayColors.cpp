@@ -132,7 +132,7 @@ void DisplayColors::windowsChanged(GListModel* windows, guint position, guint /*
 // Companions may have been made before the display was given colours. Where a widget has one, so
 // have those above it.
 void DisplayColors::watchCompanionsFrom(GtkWidget* widget) {
-    const auto companion = ZelGtkStyleable::styleableForWidget(widget);
+    const auto companion = ZelGtkStyleable::of(widget);
     if (!companion->colors_) {
         WidgetColors::watch(*companion);
     }

@@ -132,7 +132,7 @@ void WidgetColors::childrenChanged(GListModel* children, guint position, guint /
     for (guint index = position; index < position + added; ++index) {
         const gpointer child = g_list_model_get_item(children, index);
         if (child) {
-            ZelGtkStyleable::styleableForWidget(GTK_WIDGET(child));
+            ZelGtkStyleable::of(GTK_WIDGET(child));
             g_object_unref(child);
         }
     }

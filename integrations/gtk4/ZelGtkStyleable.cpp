@@ -35,7 +35,7 @@ ZelGtkStyleable::ZelGtkStyleable() = default;
 
 ZelGtkStyleable::~ZelGtkStyleable() = default;
 
-Companion ZelGtkStyleable::styleableForWidget(GtkWidget* widget) {
+Companion ZelGtkStyleable::of(GtkWidget* widget) {
     if (!widget) {
         return nullptr;
     }
@@ -95,10 +95,9 @@ void ZelGtkStyleable::detach() {
 
 /// Takes the place in the tree that the widget has; false where it is the one it had.
 bool ZelGtkStyleable::place() {
-    static const auto ownerGone =
-        +[](GtkWidget* widget) noexcept { styleableForWidget(widget)->placed(); };
+    static const auto ownerGone = +[](GtkWidget* widget) noexcept { of(widget)->placed(); };
     GtkWidget* const owner = ownerOf(widget_);
-    const auto parent = styleableForWidget(owner);
+    const auto parent = of(owner);
     const auto former = parent_.lock();
     if (parent == former) {
         return false;

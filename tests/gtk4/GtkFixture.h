@@ -66,7 +66,7 @@ protected:
     }
 
     static std::shared_ptr<zel::ZelGtkStyleable> styleableOf(GtkWidget* widget) {
-        return zel::ZelGtkStyleable::styleableForWidget(widget);
+        return zel::ZelGtkStyleable::of(widget);
     }
     static GtkWidget* makeBox() { return gtk_box_new(GTK_ORIENTATION_VERTICAL, 0); }
     /// A window, with a box in it.

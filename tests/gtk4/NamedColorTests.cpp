@@ -206,6 +206,18 @@ TEST_F(NamedColorTests, AChangeOnAnotherThreadIsTakenOverOnTheMainQueue) {
     EXPECT_EQ(background(inside), (Rgb{1, 2, 3}));
 }
 
+TEST_F(NamedColorTests, AChangeOfTheMainStyleOnAnotherThreadIsTakenOverOnTheMainQueue) {
+    runElsewhere([this] {
+        light->updateStyleWithChanges([](const auto& style) {
+            style->setBackgroundColor(Rgb{1, 2, 3}.color());
+            return true;
+        });
+    });
+    EXPECT_EQ(background(outside), lightColor);
+    zel::NSMainQueue::mainQueue().drain();
+    EXPECT_EQ(background(outside), (Rgb{1, 2, 3}));
+}
+
 TEST_F(NamedColorTests, GtkIsGivenColoursOnlyWhereTheyAreOthers) {
     EXPECT_EQ(provider->loadCount(), 1U);
     pin(sidebar, "dark");

@@ -74,7 +74,7 @@ public:
         }
     }
     std::shared_ptr<zel::NSObject> styleableOf(Widget widget) override {
-        return zel::ZelGtkStyleable::styleableForWidget(GTK_WIDGET(widget));
+        return zel::ZelGtkStyleable::of(GTK_WIDGET(widget));
     }
 
     void run(std::chrono::milliseconds atMost) override {

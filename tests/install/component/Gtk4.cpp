@@ -20,7 +20,7 @@ int main() {
     const bool alone = desktop.start(options) == zel::ZelPortalStatus::NoBus;
 
     const auto red = zel::ZelGdkRGBAWithColor(zel::NSColor::colorWithSRGBRed(1, 0, 0, 1));
-    const bool none = zel::ZelGtkStyleable::styleableForWidget(nullptr) == nullptr;
+    const bool none = zel::ZelGtkStyleable::of(nullptr) == nullptr;
     std::printf("queue %d, bus %d, red %d, no widget %d\n", dark, alone, red && red->red == 1.0F,
                 none);
     return dark && alone && red && red->red == 1.0F && red->green == 0.0F && none ? 0 : 1;

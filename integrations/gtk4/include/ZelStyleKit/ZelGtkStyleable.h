@@ -33,11 +33,11 @@ class ZEL_EXPORT ZelGtkStyleable final : public NSObject, public ZelStyleable {
 public:
     /// The widget's companion, always the same; with it, those of the widgets above it are made.
     /// Whoever holds it on must not expect it to hear of anything after its widget's end.
-    static std::shared_ptr<ZelGtkStyleable> styleableForWidget(GtkWidget* widget);
+    static std::shared_ptr<ZelGtkStyleable> of(GtkWidget* widget);
     /// Whether the widget has a companion already.
     [[nodiscard]] static bool hasStyleable(GtkWidget* widget) noexcept;
 
-    /// Of no widget; `styleableForWidget` makes those that matter.
+    /// Of no widget; `of` makes those that matter.
     ZelGtkStyleable();
     ~ZelGtkStyleable() override;
 

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "FirstFrame.h"
+
+#include "GalleryWindow.h"
+#include "Swatch.h"
+
+#include <ZelStyleKit/NSApplication.h>
+
+#include <cstdio>
+
+namespace gallery {
+namespace {
+
+void makeSystem(bool dark) {
+    zel::NSApplication::sharedApplication()->setEffectiveAppearance(
+        zel::NSAppearance::appearanceNamed(dark ? zel::NSAppearanceNameDarkAqua
+                                                : zel::NSAppearanceNameAqua));
+}
+
+/// Says where the middle of each swatch is, and a point of the sidebar that shows its background.
+void sayPlaces(GtkWidget* widget, GtkWidget* window) {
+    graphene_rect_t bounds;
+    const bool isSidebar = g_str_equal(gtk_widget_get_name(widget), "sidebar");
+    if ((isSidebar || gtk_widget_has_css_class(widget, swatchFillClass)) &&
+        gtk_widget_compute_bounds(widget, window, &bounds)) {
+        const double x = isSidebar ? 6 : bounds.origin.x + bounds.size.width / 2;
+        const double y = bounds.origin.y + bounds.size.height / 2;
+        std::printf("%s %d %d\n", gtk_widget_get_name(widget), static_cast<int>(x),
+                    static_cast<int>(y));
+    }
+    for (GtkWidget* each = gtk_widget_get_first_child(widget); each;
+         each = gtk_widget_get_next_sibling(each)) {
+        sayPlaces(each, window);
+    }
+}
+
+} // namespace
+
+FirstFrame::FirstFrame(GalleryWindow& window, const Options& options, GMainLoop* loop,
+                       Clock::time_point started)
+    : window_(window), options_(options), loop_(loop), started_(started) {}
+
+void FirstFrame::await() {
+    const auto painted = +[](FirstFrame* frame) noexcept { frame->painted(); };
+    handler_ = g_signal_connect_swapped(gtk_widget_get_frame_clock(window_.widget()), "after-paint",
+                                        G_CALLBACK(painted), this);
+}
+
+void FirstFrame::painted() {
+    if (isFirst_) {
+        isFirst_ = false;
+        const auto passed =
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started_);
+        std::printf("first frame after %ld ms: %s\n", static_cast<long>(passed.count()),
+                    window_.isDark() ? "dark" : "light");
+        std::fflush(stdout);
+        if (options_.then && options_.source != Source::Portal) {
+            makeSystem(*options_.then);
+        }
+    }
+    if (options_.then && window_.isDark() != *options_.then) {
+        return;
+    }
+    g_signal_handler_disconnect(gtk_widget_get_frame_clock(window_.widget()), handler_);
+    if (!options_.screenshot.empty()) {
+        takePicture();
+        g_main_loop_quit(loop_);
+    }
+}
+
+void FirstFrame::takePicture() {
+    GtkWidget* const window = window_.widget();
+    GdkPaintable* const paintable = gtk_widget_paintable_new(window);
+    const int width = gtk_widget_get_width(window);
+    const int height = gtk_widget_get_height(window);
+    GtkSnapshot* const snapshot = gtk_snapshot_new();
+    gdk_paintable_snapshot(paintable, snapshot, width, height);
+    GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
+    const graphene_rect_t all =
+        GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width), static_cast<float>(height));
+    GdkTexture* const picture =
+        gsk_renderer_render_texture(gtk_native_get_renderer(GTK_NATIVE(window)), node, &all);
+    if (!gdk_texture_save_to_png(picture, options_.screenshot.c_str())) {
+        std::fprintf(stderr, "%s can't be written\n", options_.screenshot.c_str());
+    }
+    sayPlaces(window, window);
+    std::fflush(stdout);
+    g_object_unref(picture);
+    gsk_render_node_unref(node);
+    g_object_unref(paintable);
+}
+
+} // namespace gallery

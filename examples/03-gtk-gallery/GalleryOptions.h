@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace gallery {
+
+/// Who says whether it is dark.
+enum class Source { Portal, Light, Dark };
+
+/// What the command line asks for.
+struct Options {
+    Source source = Source::Portal;
+    std::string screenshot;   ///< file for a picture of the window; empty: none, the window stays
+    std::optional<bool> then; ///< the picture is taken once the window has turned dark, or light
+};
+
+/// Parses the command line; ends the program where it asks for help or is wrong.
+[[nodiscard]] Options optionsOf(int argc, char** argv);
+
+} // namespace gallery

@@ -20,16 +20,8 @@ int main(int argc, char** argv) {
     const auto started = gallery::Clock::now(); // before anything that takes time
     const auto options = gallery::optionsOf(argc, argv);
     zel::NSProcessInfo::setProcessName("zelstyle-gallery");
-    if (!gtk_init_check()) {
-        std::fputs("GTK finds no display\n", stderr);
-        return 1;
-    }
-    if (!options.screenshot.empty()) { // nothing half on its way from one colour to another
-        g_object_set(gtk_settings_get_default(), "gtk-enable-animations", FALSE, nullptr);
-    }
-
-    // The library on the GLib main context, and what the desktop looks like, before the first style
-    // is asked for.
+    // The library on the GLib main context, and what the desktop looks like, before GTK asks the
+    // session bus for anything, and before the first style is asked for.
     const zel::ZelGtkMainQueue queue;
     std::optional<zel::ZelGtkPortalAppearance> desktop;
     if (options.source == gallery::Source::Portal) {
@@ -40,6 +32,14 @@ int main(int argc, char** argv) {
                                                    ? zel::NSAppearanceNameDarkAqua
                                                    : zel::NSAppearanceNameAqua));
     }
+    if (!gtk_init_check()) {
+        std::fputs("GTK finds no display\n", stderr);
+        return 1;
+    }
+    if (!options.screenshot.empty()) { // nothing half on its way from one colour to another
+        g_object_set(gtk_settings_get_default(), "gtk-enable-animations", FALSE, nullptr);
+    }
+
     zel::ZelStyleManager::setup();
     gallery::addTintedStyles();
 

@@ -1,28 +1,36 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelGtkPortalAppearance.h>
 
+#include "HiddenSessionBus.h"
+
 #include <glib-unix.h>
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace zel {
 inline namespace v1 {
-namespace {
 
 /// The event source. What it waits for is asked anew before each wait, since the portal has another
-/// descriptor after each new connection.
+/// descriptor after each new connection. GLib owns its memory, and calls no constructor.
 struct PortalSource {
     GSource base;
     ZelPortalAppearance* portal;
     gpointer descriptorTag; // none while there is no descriptor
     int descriptor;
+    HiddenSessionBus* hiddenBus; // while the bus is silent; owned
 
     static PortalSource& of(GSource* source) noexcept {
         return *reinterpret_cast<PortalSource*>(source);
     }
+    void showBus() noexcept {
+        const std::unique_ptr<HiddenSessionBus> shown(std::exchange(hiddenBus, nullptr));
+    }
 };
+
+namespace {
 
 // The bits of poll(2) and of GLib are the same ones on every system that has both.
 GIOCondition conditionOf(short events) noexcept {
@@ -59,6 +67,9 @@ gint timeoutOf(const PortalSource& source) noexcept {
 
 gboolean prepare(GSource* base, gint* timeout) noexcept {
     PortalSource& source = PortalSource::of(base);
+    if (source.hiddenBus && source.portal->busHasAnswered()) {
+        source.showBus();
+    }
     watchDescriptor(source);
     *timeout = timeoutOf(source);
     return *timeout == 0;
@@ -81,24 +92,31 @@ GSourceFuncs functions{prepare, check, dispatch, nullptr, nullptr, nullptr};
 } // namespace
 
 ZelGtkPortalAppearance::ZelGtkPortalAppearance(GMainContext* context)
-    : source_(g_source_new(&functions, sizeof(PortalSource))) {
-    PortalSource& source = PortalSource::of(source_);
-    source.portal = &portal_;
-    source.descriptorTag = nullptr;
-    source.descriptor = -1;
-    g_source_set_static_name(source_, "ZelStyleKit desktop portal");
-    g_source_attach(source_, context);
+    : source_(&PortalSource::of(g_source_new(&functions, sizeof(PortalSource)))) {
+    source_->portal = &portal_;
+    source_->descriptorTag = nullptr;
+    source_->descriptor = -1;
+    source_->hiddenBus = nullptr;
+    g_source_set_static_name(&source_->base, "ZelStyleKit desktop portal");
+    g_source_attach(&source_->base, context);
 }
 
 ZelGtkPortalAppearance::~ZelGtkPortalAppearance() {
-    g_source_destroy(source_);
-    g_source_unref(source_);
+    source_->showBus();
+    g_source_destroy(&source_->base);
+    g_source_unref(&source_->base);
 }
 
 ZelPortalStatus ZelGtkPortalAppearance::start(ZelPortalOptions options,
                                               std::chrono::milliseconds firstAnswer) {
+    const bool isSessionBus = options.busAddress.empty();
+    source_->showBus(); // started afresh, perhaps
     portal_.start(std::move(options));
-    return portal_.waitForFirstAnswer(firstAnswer);
+    const ZelPortalStatus status = portal_.waitForFirstAnswer(firstAnswer);
+    if (isSessionBus && status == ZelPortalStatus::Connecting && !portal_.busHasAnswered()) {
+        source_->hiddenBus = std::make_unique<HiddenSessionBus>().release();
+    }
+    return status;
 }
 
 } // namespace v1

@@ -11,6 +11,8 @@
 namespace zel {
 inline namespace v1 {
 
+struct PortalSource;
+
 /// Follows the desktop portal on a GLib main context: the portal's descriptor and timer are an
 /// event source there, no thread is started, and nothing waits but the start, for so long at most.
 /// Owns: the portal's side of it, and its event source. Refers to: the context (by reference
@@ -29,7 +31,9 @@ public:
 
     /// Begins to follow, and waits for the first answer, no longer than `firstAnswer`, so that the
     /// first frame is drawn in the desktop's colours; 0 doesn't wait. An answer that comes later
-    /// counts as well. Before `ZelStyleManager::setup`.
+    /// counts as well. Before `ZelStyleManager::setup`, and before `gtk_init`, which would wait
+    /// without end for a session bus that is there and silent. Where the bus has let nobody in
+    /// after the wait, GTK is kept from it, by the environment, until it does.
     ZelPortalStatus start(ZelPortalOptions options = {},
                           std::chrono::milliseconds firstAnswer = std::chrono::milliseconds{100});
 
@@ -38,7 +42,7 @@ public:
 
 private:
     ZelPortalAppearance portal_;
-    GSource* const source_;
+    PortalSource* const source_;
 };
 
 } // namespace v1

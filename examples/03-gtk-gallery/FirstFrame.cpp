@@ -17,7 +17,8 @@ void makeSystem(bool dark) {
                                                 : zel::NSAppearanceNameAqua));
 }
 
-/// Says where the middle of each swatch is, and a point of the sidebar that shows its background.
+/// Says at which pixel the middle of each swatch is, and a point of the sidebar that shows its
+/// background.
 void sayPlaces(GtkWidget* widget, GtkWidget* window) {
     graphene_rect_t bounds;
     const bool isSidebar = g_str_equal(gtk_widget_get_name(widget), "sidebar");
@@ -25,8 +26,9 @@ void sayPlaces(GtkWidget* widget, GtkWidget* window) {
         gtk_widget_compute_bounds(widget, window, &bounds)) {
         const double x = isSidebar ? 6 : bounds.origin.x + bounds.size.width / 2;
         const double y = bounds.origin.y + bounds.size.height / 2;
-        std::printf("%s %d %d\n", gtk_widget_get_name(widget), static_cast<int>(x),
-                    static_cast<int>(y));
+        const int scale = gtk_widget_get_scale_factor(window);
+        std::printf("%s %d %d\n", gtk_widget_get_name(widget), static_cast<int>(x * scale),
+                    static_cast<int>(y * scale));
     }
     for (GtkWidget* each = gtk_widget_get_first_child(widget); each;
          each = gtk_widget_get_next_sibling(each)) {
@@ -68,16 +70,18 @@ void FirstFrame::painted() {
     }
 }
 
+// With as many pixels for each point as the screen has.
 void FirstFrame::takePicture() {
     GtkWidget* const window = window_.widget();
     GdkPaintable* const paintable = gtk_widget_paintable_new(window);
-    const int width = gtk_widget_get_width(window);
-    const int height = gtk_widget_get_height(window);
+    const auto width = static_cast<float>(gtk_widget_get_width(window));
+    const auto height = static_cast<float>(gtk_widget_get_height(window));
+    const auto scale = static_cast<float>(gtk_widget_get_scale_factor(window));
     GtkSnapshot* const snapshot = gtk_snapshot_new();
-    gdk_paintable_snapshot(paintable, snapshot, width, height);
+    gtk_snapshot_scale(snapshot, scale, scale);
+    gdk_paintable_snapshot(paintable, snapshot, double{width}, double{height});
     GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
-    const graphene_rect_t all =
-        GRAPHENE_RECT_INIT(0, 0, static_cast<float>(width), static_cast<float>(height));
+    const graphene_rect_t all = GRAPHENE_RECT_INIT(0, 0, width * scale, height * scale);
     GdkTexture* const picture =
         gsk_renderer_render_texture(gtk_native_get_renderer(GTK_NATIVE(window)), node, &all);
     if (!gdk_texture_save_to_png(picture, options_.screenshot.c_str())) {

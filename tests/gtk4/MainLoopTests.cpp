@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The library on the GLib main context, and a bus that never answers.
 #include "tests/gtk4/GtkFixture.h"
+#include "tests/gtk4/SilentBus.h"
+#include "tests/portal/PrivateBus.h"
 
 #include <ZelStyleKit/ZelGtkModeMenu.h>
 #include <ZelStyleKit/ZelGtkPortalAppearance.h>
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include <gio/gio.h>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdlib>
-#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -22,40 +19,6 @@ namespace {
 using namespace zeltest;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-
-/// A bus that takes connections and never says anything.
-class SilentBus {
-public:
-    SilentBus() {
-        std::string name = "/tmp/zel-silent-XXXXXX";
-        if (!mkdtemp(name.data())) {
-            throw std::runtime_error("no folder for the bus");
-        }
-        folder_ = name;
-        sockaddr_un at{};
-        at.sun_family = AF_UNIX;
-        const std::string path = folder_ + "/bus";
-        std::copy(path.begin(), path.end(), std::begin(at.sun_path));
-        socket_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        if (::bind(socket_, reinterpret_cast<const sockaddr*>(&at), sizeof at) != 0 ||
-            ::listen(socket_, 8) != 0) {
-            throw std::runtime_error("no socket for the bus");
-        }
-    }
-    ~SilentBus() {
-        ::close(socket_);
-        ::unlink((folder_ + "/bus").c_str());
-        ::rmdir(folder_.c_str());
-    }
-    SilentBus(const SilentBus&) = delete;
-    SilentBus& operator=(const SilentBus&) = delete;
-
-    [[nodiscard]] std::string address() const { return "unix:path=" + folder_ + "/bus"; }
-
-private:
-    std::string folder_;
-    int socket_ = -1;
-};
 
 class MainLoopTests : public StylingTests {
 protected:
@@ -151,6 +114,56 @@ TEST_F(MainLoopTests, ThePortalMayEndInItsOwnCallback) {
     };
     desktop->start(options, 0ms);
     EXPECT_TRUE(runUntil([&] { return ended; }));
+}
+
+/// Whether GIO, and so GTK, gets on the session bus; without end where that is silent.
+bool gioFindsBus() {
+    GError* error = nullptr;
+    GDBusConnection* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
+    g_clear_error(&error);
+    const bool found = bus != nullptr;
+    if (found) {
+        g_object_unref(bus);
+    }
+    return found;
+}
+
+TEST_F(MainLoopTests, WhileTheSessionBusIsSilentGtkIsKeptFromIt) {
+    const SilentBus bus;
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+    {
+        zel::ZelGtkPortalAppearance desktop;
+        EXPECT_EQ(desktop.start(), zel::ZelPortalStatus::Connecting);
+        EXPECT_FALSE(gioFindsBus());
+        g_main_context_iteration(nullptr, FALSE);
+        EXPECT_NE(std::getenv("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+    }
+    EXPECT_EQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+}
+
+TEST_F(MainLoopTests, WhenTheSessionBusAnswersAfterAllGtkFindsIt) {
+    if (!PrivateBus::isInstalled()) {
+        GTEST_SKIP() << "dbus-daemon is not installed";
+    }
+    const SilentBus silent;
+    PrivateBus answering;
+    ASSERT_TRUE(answering.start());
+    const std::string link = silent.folder() + "/session";
+    ASSERT_EQ(::symlink((silent.folder() + "/bus").c_str(), link.c_str()), 0);
+    const std::string address = "unix:path=" + link;
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+
+    zel::ZelGtkPortalAppearance desktop;
+    zel::ZelPortalOptions options;
+    options.answerTimeout = 50ms;
+    options.retryAfter = 50ms;
+    EXPECT_EQ(desktop.start(options, 10ms), zel::ZelPortalStatus::Connecting);
+    ASSERT_NE(std::getenv("DBUS_SESSION_BUS_ADDRESS"), address);
+    ::unlink(link.c_str());
+    ASSERT_EQ(::symlink((answering.folder() + "/bus").c_str(), link.c_str()), 0);
+    EXPECT_TRUE(runUntil([&] { return std::getenv("DBUS_SESSION_BUS_ADDRESS") == address; }));
+    EXPECT_TRUE(gioFindsBus());
+    ::unlink(link.c_str());
 }
 
 class ModeMenuTests : public StylingTests {

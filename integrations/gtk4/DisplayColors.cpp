@@ -79,8 +79,9 @@ void DisplayColors::refresh() {
 // The list may grow meanwhile.
 void DisplayColors::follow(const std::shared_ptr<ZelStyle>& style) {
     loads_ += main_.show(style.get()) ? 1 : 0;
-    for (std::size_t index = 0; index < watched_.size(); ++index) {
-        watched_[index]->refresh();
+    std::size_t index = 0;
+    while (index < watched_.size()) {
+        watched_[index++]->refresh();
     }
 }
 
@@ -121,7 +122,7 @@ void DisplayColors::watchWindows() {
 void DisplayColors::windowsChanged(GListModel* windows, guint position, guint /*removed*/,
                                    guint added, gpointer /*self*/) noexcept {
     for (guint index = position; index < position + added; ++index) {
-        const gpointer window = g_list_model_get_item(windows, index);
+        void* const window = g_list_model_get_item(windows, index);
         if (window) {
             watchCompanionsFrom(GTK_WIDGET(window));
             g_object_unref(window);

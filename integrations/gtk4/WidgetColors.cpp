@@ -130,7 +130,7 @@ void WidgetColors::leaveChildren() noexcept {
 void WidgetColors::childrenChanged(GListModel* children, guint position, guint /*removed*/,
                                    guint added, gpointer /*self*/) noexcept {
     for (guint index = position; index < position + added; ++index) {
-        const gpointer child = g_list_model_get_item(children, index);
+        void* const child = g_list_model_get_item(children, index);
         if (child) {
             ZelGtkStyleable::of(GTK_WIDGET(child));
             g_object_unref(child);

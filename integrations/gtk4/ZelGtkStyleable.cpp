@@ -42,7 +42,7 @@ Companion ZelGtkStyleable::of(GtkWidget* widget) {
     if (const void* found = g_object_get_qdata(G_OBJECT(widget), companionQuark())) {
         return *static_cast<const Companion*>(found);
     }
-    const auto made = alloc<ZelGtkStyleable>();
+    auto made = alloc<ZelGtkStyleable>();
     made->init();
     made->attach(widget);
     return made;

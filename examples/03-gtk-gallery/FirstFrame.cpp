@@ -81,7 +81,8 @@ void FirstFrame::takePicture() {
     gtk_snapshot_scale(snapshot, scale, scale);
     gdk_paintable_snapshot(paintable, snapshot, double{width}, double{height});
     GskRenderNode* const node = gtk_snapshot_free_to_node(snapshot);
-    const graphene_rect_t all = GRAPHENE_RECT_INIT(0, 0, width * scale, height * scale);
+    graphene_rect_t all;
+    graphene_rect_init(&all, 0, 0, width * scale, height * scale);
     GdkTexture* const picture =
         gsk_renderer_render_texture(gtk_native_get_renderer(GTK_NATIVE(window)), node, &all);
     if (!gdk_texture_save_to_png(picture, options_.screenshot.c_str())) {

@@ -11,12 +11,11 @@ namespace gallery {
 namespace {
 
 constexpr const char* layout = R"css(
-window.gallery {
+window.gallery, .gallery popover, .gallery tooltip {
     font-family: Inter, Cantarell, "Liberation Sans", sans-serif;
     font-size: 10pt;
-    background: @zel_backgroundColorSecondary;
-    color: @zel_labelColor;
 }
+window.gallery { background: @zel_backgroundColorSecondary; color: @zel_labelColor; }
 /* Without a compositor there is no shadow, and the theme draws a frame of its own. */
 window.gallery.solid-csd { padding: 0; border: none; box-shadow: none; }
 .gallery-content { padding: 16px 20px 20px 20px; }
@@ -158,11 +157,15 @@ constexpr const char* controls = R"css(
     background: @zel_backgroundColorTertiary; border: 1px solid @zel_separatorColorContent;
 }
 .gallery popover modelbutton { border-radius: 8px; color: @zel_labelColor; }
-.gallery popover modelbutton:hover, .gallery popover row:hover {
+.gallery popover modelbutton:hover, .gallery popover modelbutton:selected,
+.gallery popover row:hover {
     background: alpha(@zel_grayColor5, 0.2);
 }
 .gallery popover listview { background: none; color: @zel_labelColor; }
-.gallery popover listview > row:selected { background: @zel_accentColor; color: white; }
+.gallery popover listview > row { border-radius: 8px; margin: 0 5px; }
+.gallery popover listview > row:selected {
+    background: @zel_accentColor; color: @zel_controlLabelColor;
+}
 )css";
 
 constexpr const char* lists = R"css(

@@ -7,6 +7,9 @@
 
 namespace gallery {
 
+/// The class of an area whose colour is looked at, by its name.
+inline constexpr const char* surfaceClass = "surface";
+
 /// A box with one of the style sheet's classes.
 GtkWidget* makeBox(GtkOrientation orientation, int spacing, const char* cssClass = nullptr);
 

@@ -157,6 +157,8 @@ GtkWidget* makeList() {
 GtkWidget* makeTinted() {
     GtkWidget* const card =
         makeCard("A derived style", "It computes its surfaces from its parent's accent.");
+    gtk_widget_set_name(card, "tinted");
+    gtk_widget_add_css_class(card, surfaceClass);
     zel::ZelGtkStyleable::of(card)->setCustomZelStyleIdentifier(tintedStyle);
     const auto add = [card](GtkWidget* row) { gtk_box_append(GTK_BOX(card), row); };
     add(accentButtons());

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FirstFrame.h"
 
+#include "Card.h"
 #include "GalleryWindow.h"
 #include "Swatch.h"
 
 #include <ZelStyleKit/NSApplication.h>
 
 #include <cstdio>
+#include <optional>
 
 namespace gallery {
 namespace {
@@ -17,18 +19,25 @@ void makeSystem(bool dark) {
                                                 : zel::NSAppearanceNameAqua));
 }
 
-/// Says at which pixel the middle of each swatch is, and a point of the sidebar that shows its
-/// background.
-void sayPlaces(GtkWidget* widget, GtkWidget* window) {
+/// The point of a widget whose pixel shows its colour: the middle of a swatch, and of what has
+/// something in its middle, the edge. None for what shows nothing of the kind.
+std::optional<graphene_point_t> placeOf(GtkWidget* widget, GtkWidget* window) {
+    const bool isSwatch = gtk_widget_has_css_class(widget, swatchFillClass) != FALSE;
+    const bool isSurface = gtk_widget_has_css_class(widget, surfaceClass) != FALSE;
     graphene_rect_t bounds;
-    const bool isSidebar = g_str_equal(gtk_widget_get_name(widget), "sidebar");
-    if ((isSidebar || gtk_widget_has_css_class(widget, swatchFillClass)) &&
-        gtk_widget_compute_bounds(widget, window, &bounds)) {
-        const double x = isSidebar ? 6 : bounds.origin.x + bounds.size.width / 2;
-        const double y = bounds.origin.y + bounds.size.height / 2;
-        const int scale = gtk_widget_get_scale_factor(window);
-        std::printf("%s %d %d\n", gtk_widget_get_name(widget), static_cast<int>(x * scale),
-                    static_cast<int>(y * scale));
+    if (!(isSwatch || isSurface) || !gtk_widget_compute_bounds(widget, window, &bounds)) {
+        return std::nullopt;
+    }
+    const float x = isSwatch ? bounds.size.width / 2 : 6;
+    return graphene_point_t{bounds.origin.x + x, bounds.origin.y + bounds.size.height / 2};
+}
+
+/// Says at which pixel each swatch, the sidebar and the derived style's card show their colours.
+void sayPlaces(GtkWidget* widget, GtkWidget* window) {
+    if (const auto place = placeOf(widget, window)) {
+        const auto scale = static_cast<float>(gtk_widget_get_scale_factor(window));
+        std::printf("%s %d %d\n", gtk_widget_get_name(widget), static_cast<int>(place->x * scale),
+                    static_cast<int>(place->y * scale));
     }
     for (GtkWidget* each = gtk_widget_get_first_child(widget); each;
          each = gtk_widget_get_next_sibling(each)) {
@@ -87,6 +96,7 @@ void FirstFrame::takePicture() {
         gsk_renderer_render_texture(gtk_native_get_renderer(GTK_NATIVE(window)), node, &all);
     if (!gdk_texture_save_to_png(picture, options_.screenshot.c_str())) {
         std::fprintf(stderr, "%s can't be written\n", options_.screenshot.c_str());
+        failed_ = true;
     }
     sayPlaces(window, window);
     std::fflush(stdout);

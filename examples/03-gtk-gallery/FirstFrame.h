@@ -25,6 +25,8 @@ public:
 
     /// Once the window is shown.
     void await();
+    /// Whether a picture was to be taken and wasn't.
+    [[nodiscard]] bool failed() const { return failed_; }
 
 private:
     void painted();
@@ -36,6 +38,7 @@ private:
     const Clock::time_point started_;
     gulong handler_ = 0;
     bool isFirst_ = true;
+    bool failed_ = false;
 };
 
 } // namespace gallery

@@ -39,6 +39,7 @@ void groupChosen(GtkListBox* /*list*/, GtkListBoxRow* row, gpointer grid) {
 GtkWidget* makeSidebar(SwatchGrid& grid) {
     GtkWidget* const sidebar = makeBox(GTK_ORIENTATION_VERTICAL, 6, "gallery-sidebar");
     gtk_widget_set_name(sidebar, "sidebar");
+    gtk_widget_add_css_class(sidebar, surfaceClass);
     zel::ZelGtkStyleable::of(sidebar)->setCustomZelStyleSchemeIdentifier("dark");
     gtk_box_append(GTK_BOX(sidebar), makeText("ZelStyleKit", "product"));
     gtk_box_append(GTK_BOX(sidebar), note("Named colours that follow the desktop"));

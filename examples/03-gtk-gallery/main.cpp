@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
     gallery::useStyleSheet();
 
     GMainLoop* const loop = g_main_loop_new(nullptr, FALSE);
+    bool failed = false;
     {
         gallery::GalleryWindow window;
         const auto closed = +[](GMainLoop* running) noexcept -> gboolean {
@@ -59,6 +60,8 @@ int main(int argc, char** argv) {
         gtk_window_present(GTK_WINDOW(window.widget()));
         frame.await();
         g_main_loop_run(loop);
+        failed = frame.failed();
     }
     g_main_loop_unref(loop);
+    return failed ? 1 : 0;
 }

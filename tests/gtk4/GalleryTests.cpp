@@ -58,8 +58,11 @@ constexpr std::array expected{
     Expected{"controlColorDestructive", {255, 59, 48}, {255, 59, 48}},
     Expected{"tableSectionHeaderBackgroundColor", {243, 243, 243}, {53, 53, 53}},
     Expected{"toolbarBackgroundColor", {248, 248, 248}, {24, 24, 24}},
+    // Dark in both: it is pinned.
+    Expected{"sidebar", {24, 24, 24}, {24, 24, 24}},
+    // The surface of the style that is derived: its parent's, with 16 % of the accent.
+    Expected{"tinted", {214, 234, 255}, {37, 56, 78}},
 };
-constexpr Pixel darkSidebar{24, 24, 24}; // in both, since it is pinned
 
 /// One run of the gallery, which takes a picture.
 class Gallery {
@@ -84,7 +87,7 @@ public:
         ASSERT_EQ(outcome.code, 0) << first_ << outcome.errors;
         EXPECT_EQ(outcome.errors, "");
         places_ = linesOf(outcome.output);
-        EXPECT_EQ(places_.size(), 56U); // 55 attributes and the sidebar
+        EXPECT_EQ(places_.size(), 57U); // 55 attributes, the sidebar and the derived style's card
         GdkPixbuf* const pixels = gdk_pixbuf_new_from_file(picture().c_str(), nullptr);
         ASSERT_NE(pixels, nullptr);
         for (const Expected& each : expected) {
@@ -92,8 +95,6 @@ public:
             const Pixel found = pixelOf(pixels, each.key);
             EXPECT_TRUE(found.isNear(wanted)) << each.key << ": " << found << ", not " << wanted;
         }
-        const Pixel found = pixelOf(pixels, "sidebar");
-        EXPECT_TRUE(found.isNear(darkSidebar)) << "sidebar: " << found;
         g_object_unref(pixels);
     }
 
@@ -150,6 +151,15 @@ TEST(GtkGalleryTests, OnABusThatNeverAnswersTheFirstFrameComesAfterTheBoundedWai
     EXPECT_GE(gallery.firstFrame(), 90) << gallery.firstLine();
     EXPECT_LT(gallery.firstFrame(), 5000); // 100 ms of waiting, and the start of a GTK program
     gallery.expectPixels(false);
+}
+
+TEST(GtkGalleryTests, APictureThatCannotBeWrittenIsAFailure) {
+    const User user;
+    Process process(GALLERY_PROGRAM, {"--source", "light", "--screenshot", "/nonexistent/a.png"},
+                    user.surroundings());
+    const Outcome outcome = process.finish();
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors, "/nonexistent/a.png can't be written\n");
 }
 
 TEST(GtkGalleryTests, TheHelpNamesEveryOption) {

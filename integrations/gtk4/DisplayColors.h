@@ -29,7 +29,7 @@ public:
     /// The colours that a display is given at present; none where it isn't.
     static std::shared_ptr<DisplayColors> of(GdkDisplay* display);
     /// What a widget's own sheet has to have, to come before the display's.
-    static unsigned priorityWithin(const DisplayColors& display) { return display.priority_ + 1; }
+    [[nodiscard]] unsigned sheetPriority() const noexcept { return priority_ + 1; }
 
     void start(GdkDisplay* display, unsigned priority);
     void stop();

@@ -94,10 +94,8 @@ void WidgetColors::wear(const std::shared_ptr<StyleSheet>& sheet) {
     }
     GtkStyleContext* const context = gtk_widget_get_style_context(widget);
     const auto former = std::exchange(sheet_, sheet);
-    if (sheet) {
-        const auto display = display_.lock();
-        gtk_style_context_add_provider(context, sheet->provider(),
-                                       DisplayColors::priorityWithin(*display));
+    if (const auto display = display_.lock(); sheet && display) {
+        gtk_style_context_add_provider(context, sheet->provider(), display->sheetPriority());
     }
     if (former) {
         gtk_style_context_remove_provider(context, former->provider());

@@ -49,8 +49,16 @@ QtWidgetLink::~QtWidgetLink() {
 }
 
 void QtWidgetLink::setOwner(QWidget* owner) {
+    isOwnerNamed_ = owner != nullptr;
     owner_ = owner;
     resolveAnew();
+}
+
+void QtWidgetLink::supposeOwner(QWidget* owner) {
+    if (!isOwnerNamed_) {
+        owner_ = owner;
+        resolveAnew();
+    }
 }
 
 void QtWidgetLink::setPaletteHandler(ZelStyleChangeHandler handler) {

@@ -31,6 +31,8 @@ public:
 
     [[nodiscard]] const std::shared_ptr<ZelQtStyleable>& styleable() const { return styleable_; }
     void setOwner(QWidget* owner);
+    /// The same of an owner that nobody named: it gives way to one that somebody does.
+    void supposeOwner(QWidget* owner);
 
     /// Has a handler hear of the styles that apply to the widget, beside whatever handlers the
     /// styleable has itself; called at once. None ends it.
@@ -46,6 +48,7 @@ private:
 
     QWidget& widget_;
     QPointer<QWidget> owner_;
+    bool isOwnerNamed_ = false;
     const std::shared_ptr<ZelQtStyleable> styleable_;
     std::shared_ptr<StyleListener> paletteListener_;
 };

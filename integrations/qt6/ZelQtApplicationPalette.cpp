@@ -55,10 +55,11 @@ public:
     Windows& operator=(const Windows&) = delete;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Polish && watched->isWidgetType()) {
+        const auto type = event->type();
+        if ((type == QEvent::Polish || type == QEvent::Show) && watched->isWidgetType()) {
             auto& widget = *static_cast<QWidget*>(watched);
-            if (widget.isWindow() && !QtWidgetLink::of(widget).hasPaletteHandler()) {
-                follow(widget);
+            if (widget.isWindow()) {
+                aboutToShow(widget, type);
             }
         }
         return false;
@@ -67,6 +68,27 @@ public:
     void applyAgain() { forEach(&WindowPalette::applyAgain); }
 
 private:
+    /// The focused widget, or the active window; none where that belongs to the popup itself.
+    static QWidget* opener(ZelQtStyleable& popup) {
+        QWidget* const focused = QApplication::focusWidget();
+        QWidget* const widget = focused ? focused : QApplication::activeWindow();
+        const bool isInside = widget && ZelStyleDomain::isEqualOrChildOf(
+                                            ZelQtStyleable::of(*widget), popup.shared_from_this());
+        return isInside ? nullptr : widget;
+    }
+    // A popup that was made without a parent, as context menus often are, is taken for the focused
+    // widget's, each time anew.
+    void aboutToShow(QWidget& window, QEvent::Type type) {
+        QtWidgetLink& link = QtWidgetLink::of(window);
+        const auto kind = window.windowType();
+        if (type == QEvent::Show && !window.parentWidget() &&
+            (kind == Qt::Popup || kind == Qt::ToolTip)) {
+            link.supposeOwner(opener(*link.styleable()));
+        }
+        if (!link.hasPaletteHandler()) {
+            follow(window);
+        }
+    }
     void follow(QWidget& window) {
         const auto palette = std::make_shared<WindowPalette>(window);
         windows_.push_back(palette);

@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QShowEvent>
 #include <QToolTip>
 
 #include <algorithm>
@@ -66,6 +67,43 @@ TEST_F(QtApplicationPaletteTests, AMenuOfAPinnedWidgetHasItsPaletteWhenItIsShown
     unpinned.popup(QPoint());
     EXPECT_EQ(windowText(menu), white);
     EXPECT_EQ(windowText(unpinned), black);
+}
+
+TEST_F(QtApplicationPaletteTests, AMenuWithoutAParentHasThePaletteOfTheFocusedWidget) {
+    QWidget window;
+    QWidget* const sidebar = new QWidget(&window);
+    QWidget* const content = new QWidget(&window);
+    styleableOf(*sidebar)->setCustomZelStyleSchemeIdentifier("dark");
+    window.show();
+    window.activateWindow();
+    QCoreApplication::processEvents();
+    QMenu menu;
+    for (QWidget* const focused : {sidebar, content, sidebar}) {
+        focused->setFocus();
+        ASSERT_EQ(QApplication::focusWidget(), focused);
+        menu.popup(QPoint());
+        EXPECT_EQ(windowText(menu), focused == sidebar ? white : black);
+        menu.close();
+    }
+    zel::ZelQtStyleable::setOwner(menu, content);
+    menu.popup(QPoint());
+    EXPECT_EQ(windowText(menu), black);
+}
+
+TEST_F(QtApplicationPaletteTests, APopupWithTheFocusIsNotTakenForItsOwn) {
+    QWidget popup(nullptr, Qt::Popup);
+    QWidget* const entry = new QWidget(&popup);
+    for (int round = 0; round < 2; ++round) {
+        popup.show();
+        popup.activateWindow();
+        entry->setFocus();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(styleableOf(popup)->parentZelStyleable(), nullptr);
+        ASSERT_EQ(QApplication::focusWidget(), entry);
+        QShowEvent again;
+        QCoreApplication::sendEvent(&popup, &again); // while the focus is inside
+        EXPECT_EQ(styleableOf(popup)->parentZelStyleable(), nullptr);
+    }
 }
 
 TEST_F(QtApplicationPaletteTests, ATooltipOfAPinnedWidgetHasItsPalette) {

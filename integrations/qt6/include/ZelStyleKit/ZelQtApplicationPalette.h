@@ -12,8 +12,9 @@ class StyleListener;
 
 /// Gives the application the palette of its main style, now and whenever that changes, as long as
 /// it lives. Windows to which another style applies, such as a dialog, menu or tooltip of a widget
-/// that is pinned to a scheme, get the palette of that one before they are first painted. Made
-/// after `ZelStyleManager::setup`.
+/// that is pinned to a scheme, get the palette of that one before they are first painted. A popup
+/// without a parent counts as the focused widget's, unless `ZelQtStyleable::setOwner` says whose it
+/// is. Made after `ZelStyleManager::setup`.
 /// Owns: nothing but its listening. Refers to: the QApplication, which outlives it.
 /// Threads: the main thread. Failure: none; a palette that the application itself gives to a
 /// window stays where the main style applies to that window.

@@ -89,8 +89,8 @@ public:
     [[nodiscard]] ZelPortalStatus status() const noexcept;
     /// Why the status is what it is: a sentence in English, for a log; empty when stopped.
     [[nodiscard]] std::string reason() const;
-    /// Whether the bus has let this connection in. While it hasn't, and `status` is `Connecting`, the
-    /// bus itself is silent: whatever else the host does on it would have to wait as well.
+    /// Whether the bus has let this connection in. While it hasn't, and `status` is `Connecting`,
+    /// the bus itself is silent: whatever else the host does on it would have to wait as well.
     [[nodiscard]] bool busHasAnswered() const noexcept;
     /// The number that the portal gave: 0 no preference, 1 dark, 2 light, or any other; none while
     /// there is no valid answer.

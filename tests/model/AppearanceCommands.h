@@ -146,7 +146,7 @@ const std::vector<Command<Kit>>& managerCommands() {
                      a[1] % 7 == 6 ? std::nullopt : std::optional(modeIdentifier(a[1])));
              }
          }},
-        {"setup", 2,
+        {"setup", 4,
          [](P&, const A&) {
              if (Kit::Manager::sharedStyleManager()->modes().size() < 12) {
                  Kit::Manager::setup();

@@ -2,6 +2,7 @@
 #include "tests/model/Judge.h"
 
 #include "tests/model/AllCommands.h"
+#include "tests/model/FreeLocks.h"
 #include "tests/model/LibraryKit.h"
 #include "tests/model/PlainKit.h"
 
@@ -52,6 +53,17 @@ std::string describe(const Trace& library, const Trace& model) {
     return out.str();
 }
 
+/// Looks for locks that an exception has left behind, after some of the steps that raised one: it
+/// takes a thread.
+void checkLocks(const Player<LibraryKit>& library, std::size_t step) {
+    constexpr std::size_t interval = 16;
+    const auto raised = static_cast<std::int64_t>(Mark::Raised);
+    if (step % interval == 0 &&
+        std::ranges::find(library.trace.entries, raised) != library.trace.entries.end()) {
+        requireFreeLocks(library);
+    }
+}
+
 } // namespace
 
 Verdict judge(const Script& script) {
@@ -71,6 +83,7 @@ Verdict judge(const Script& script) {
                 verdict.parted = i;
                 verdict.difference = describe(library.trace, model.trace);
             }
+            checkLocks(library, i);
             library.trace.entries.clear();
             model.trace.entries.clear();
         }
@@ -83,55 +96,63 @@ Verdict judge(const Script& script) {
 
 namespace {
 
-bool differs(const Script& script) {
-    return judge(script).parted.has_value();
-}
+class Shrinking {
+public:
+    Shrinking(Script script, const std::function<bool(const Script&)>& differs)
+        : script_(std::move(script)), differs_(differs) {}
 
-/// Takes away what can be missed, in ever smaller pieces. Answers whether anything went.
-bool thin(Script& script, std::vector<Operation>& list) {
-    const auto before = list.size();
-    for (std::size_t piece = std::max<std::size_t>(list.size() / 2, 1); piece > 0; piece /= 2) {
-        for (std::size_t at = 0; at < list.size();) {
-            auto whole = list;
-            const auto from = list.begin() + static_cast<std::ptrdiff_t>(at);
-            list.erase(from, from + static_cast<std::ptrdiff_t>(std::min(piece, list.size() - at)));
-            if (!differs(script)) {
-                list = std::move(whole);
-                at += piece;
+    Script run() {
+        bool thinner = true;
+        while (thinner) {
+            thinner = thin(script_.steps);
+            for (auto& program : script_.programs) {
+                thinner = thin(program) || thinner;
+            }
+        }
+        simplify(script_.steps);
+        for (auto& program : script_.programs) {
+            simplify(program);
+        }
+        return std::move(script_);
+    }
+
+private:
+    /// Takes away what can be missed, in ever smaller pieces. Answers whether anything went.
+    bool thin(std::vector<Operation>& list) {
+        const auto before = list.size();
+        for (std::size_t piece = std::max<std::size_t>(before / 2, 1); piece > 0; piece /= 2) {
+            for (std::size_t at = 0; at < list.size();) {
+                auto whole = list;
+                const auto from = list.begin() + static_cast<std::ptrdiff_t>(at);
+                list.erase(from,
+                           from + static_cast<std::ptrdiff_t>(std::min(piece, list.size() - at)));
+                if (!differs_(script_)) {
+                    list = std::move(whole);
+                    at += piece;
+                }
+            }
+        }
+        return list.size() < before;
+    }
+
+    void simplify(std::vector<Operation>& list) {
+        for (Operation& each : list) {
+            for (unsigned& argument : each.arguments) {
+                const unsigned found = argument;
+                for (argument = 0; argument < found && !differs_(script_); ++argument) {
+                }
             }
         }
     }
-    return list.size() < before;
-}
 
-void simplify(Script& script, std::vector<Operation>& list) {
-    for (Operation& each : list) {
-        for (unsigned& argument : each.arguments) {
-            const unsigned found = argument;
-            for (argument = 0; argument < found && !differs(script); ++argument) {
-            }
-        }
-    }
-}
+    Script script_;
+    const std::function<bool(const Script&)>& differs_;
+};
 
 } // namespace
 
-Script shrink(Script script) {
-    if (const auto parted = judge(script).parted) {
-        script.steps.resize(std::min(*parted + 1, script.steps.size()));
-    }
-    bool thinner = true;
-    while (thinner) {
-        thinner = thin(script, script.steps);
-        for (auto& program : script.programs) {
-            thinner = thin(script, program) || thinner;
-        }
-    }
-    simplify(script, script.steps);
-    for (auto& program : script.programs) {
-        simplify(script, program);
-    }
-    return script;
+Script shrink(Script script, const std::function<bool(const Script&)>& differs) {
+    return Shrinking(std::move(script), differs).run();
 }
 
 } // namespace zeltest

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -23,7 +24,7 @@ struct Verdict {
 /// observed after each.
 Verdict judge(const Script& script);
 
-/// A script that still tells the sides apart and from which nothing more can be taken away.
-Script shrink(Script script);
+/// A script that `differs` still accepts and from which nothing more can be taken away.
+Script shrink(Script script, const std::function<bool(const Script&)>& differs);
 
 } // namespace zeltest

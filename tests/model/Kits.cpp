@@ -44,18 +44,22 @@ void PlainKit::freshen() {
     freshenWorld<PlainKit>();
 }
 
-void LibraryKit::setUp() {
+void LibraryKit::setUp(bool withStyles) {
     zel::NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
     zel::NSBundle::setStringTable([](std::string_view key) { return std::string(key); });
     zel::NSApplication::sharedApplication();
     tracker();
     providers();
-    Domain::setupStyles();
+    if (withStyles) {
+        Domain::setupStyles();
+    }
     freshen();
 }
 
-void PlainKit::setUp() {
-    Domain::setupStyles();
+void PlainKit::setUp(bool withStyles) {
+    if (withStyles) {
+        Domain::setupStyles();
+    }
     freshen();
 }
 

@@ -172,8 +172,9 @@ struct LibraryKit {
 
     /// Brings the process back to where every script begins.
     static void freshen();
-    /// What happens once in a process: let it have happened.
-    static void setUp();
+    /// Has happen what happens once in a process; the default domain's styles are left to the
+    /// script where it is to see that.
+    static void setUp(bool withStyles);
 };
 
 } // namespace zeltest

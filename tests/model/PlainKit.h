@@ -119,7 +119,7 @@ struct PlainKit {
     }
     static const std::vector<std::shared_ptr<Provider>>& providers();
     static void freshen();
-    static void setUp();
+    static void setUp(bool withStyles);
 };
 
 } // namespace zeltest

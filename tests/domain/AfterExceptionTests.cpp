@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Recorder.h"
+#include "tests/support/Watchdog.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
+
+#include <stdexcept>
+
+namespace zeltest {
+namespace {
+
+using namespace zel;
+
+struct Failure : std::runtime_error {
+    Failure() : std::runtime_error("on purpose") {}
+};
+
+/// A handler changes the tables, then raises; whatever comes next finds them as they were left.
+class AfterExceptionTests : public StylingTests {
+protected:
+    AfterExceptionTests() {
+        for (const auto& [name, owner] :
+             {std::pair("a", a), std::pair("b", b), std::pair("c", c)}) {
+            domain->registerChangeHandler(recorder.handler(name, [this, name] { act(name); }),
+                                          owner);
+        }
+        recorder.take();
+    }
+
+    void act(const std::string& name) {
+        if (name == acting) {
+            acting.clear(); // once
+            if (action) {
+                action();
+            }
+            throw Failure();
+        }
+    }
+    /// Has a listener do something and raise in a forced notification to all or to a target.
+    void raiseIn(const std::string& name, std::function<void()> then,
+                 const std::shared_ptr<NSObject>& target = nullptr) {
+        acting = name;
+        action = std::move(then);
+        EXPECT_THROW(domain->notifyForStyleChangeOf(target, {.force = true}), Failure);
+        recorder.take();
+    }
+    /// Who is called next, by a notification that another thread sends.
+    Names calledNext(const std::shared_ptr<NSObject>& target = nullptr) {
+        runElsewhere([&] { domain->notifyForStyleChangeOf(target, {.force = true}); });
+        return recorder.takeNames();
+    }
+
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
+    const std::shared_ptr<ZelStyle> main = addStyle(domain->defaultScheme(), "main");
+    const std::shared_ptr<ZelStyle> dark = addStyle(domain->darkScheme(), "main");
+    std::shared_ptr<Styled> a = makeStyled();
+    std::shared_ptr<Styled> b = makeStyled(a);
+    std::shared_ptr<Styled> c = makeStyled(b);
+    Recorder recorder;
+    std::string acting;
+    std::function<void()> action;
+};
+
+TEST_F(AfterExceptionTests, AListenerUnregisteredBeforeItStaysAway) {
+    raiseIn("b", [this] { domain->unregisterChangeHandlersWithOwner(a); });
+    EXPECT_EQ(calledNext(), (Names{"b", "c"}));
+}
+
+TEST_F(AfterExceptionTests, AListenerThatUnregisteredItselfStaysAway) {
+    raiseIn("b", [this] { domain->unregisterChangeHandlersWithOwner(b); });
+    EXPECT_EQ(calledNext(), (Names{"a", "c"}));
+    domain->registerChangeHandler(recorder.handler("b again"), b);
+    recorder.take();
+    EXPECT_EQ(calledNext(), (Names{"a", "c", "b again"}));
+}
+
+TEST_F(AfterExceptionTests, AnOwnerLetGoBeforeItIsForgotten) {
+    c->parent = nullptr;
+    raiseIn("a", [this] { b.reset(); });
+    EXPECT_EQ(calledNext(), (Names{"a", "c"}));
+}
+
+TEST_F(AfterExceptionTests, ListenersRegisteredBeforeItAreServedInOrder) {
+    const auto d = makeStyled();
+    raiseIn("a", [&] {
+        domain->registerChangeHandler(recorder.handler("b, second"), b);
+        domain->registerChangeHandler(recorder.handler("d"), d);
+    });
+    EXPECT_EQ(calledNext(), (Names{"a", "b", "b, second", "c", "d"}));
+}
+
+TEST_F(AfterExceptionTests, ATargetsNextNotificationReachesWhatStandsBelowItThen) {
+    raiseIn(
+        "b", [this] { c->parent = nullptr; }, a);
+    EXPECT_EQ(calledNext(a), (Names{"a", "b"}));
+    raiseIn(
+        "a", [this] { c->parent = a; }, a);
+    EXPECT_EQ(calledNext(a), (Names{"a", "b", "c"}));
+}
+
+TEST_F(AfterExceptionTests, AWalkDownAViewTreeIsWholeAgain) {
+    const auto root = alloc<NSView>();
+    const auto first = alloc<NSView>();
+    const auto second = alloc<NSView>();
+    root->addSubview(first);
+    root->addSubview(second);
+    domain->registerChangeHandler(recorder.handler("first", [this] { act("first"); }), first);
+    domain->registerChangeHandler(recorder.handler("second"), second);
+    raiseIn(
+        "first", [&] { first->addSubview(second); }, root);
+    EXPECT_EQ(calledNext(root), (Names{"first", "second"}));
+    raiseIn(
+        "first", [&] { second->removeFromSuperview(); }, root);
+    EXPECT_EQ(calledNext(root), (Names{"first"}));
+}
+
+TEST_F(AfterExceptionTests, OfAnOwnersHandlersThoseBehindTheFailureAreServedNextTime) {
+    domain->registerChangeHandler(recorder.handler("a, second"), a);
+    recorder.take();
+    acting = "a";
+    EXPECT_THROW(domain->setCurrentScheme(domain->darkScheme()), Failure);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"a", dark, 1}}));
+    EXPECT_EQ(a->lastZelStyle(), ZelStyleToken(main)) << "not told: its handler raised";
+    domain->notifyForStyleChangeOf(nullptr, {});
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"a", dark, 1}, {"b", dark, 1}, {"c", dark, 1}}));
+}
+
+TEST_F(AfterExceptionTests, ANestedFailureThatIsCaughtLeavesTheOuterWalkAlone) {
+    addStyle(domain->defaultScheme(), "accent");
+    const auto notifyB = [this] {
+        if (acting == "b") {
+            EXPECT_THROW(b->setCustomZelStyleIdentifier("accent"), Failure);
+        }
+    };
+    domain->registerChangeHandler(recorder.handler("outer", notifyB), a);
+    recorder.take();
+    acting = "b";
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(recorder.takeNames(), (Names{"a", "outer", "b", "b", "c"}));
+    EXPECT_EQ(calledNext(), (Names{"a", "outer", "b", "c"}));
+}
+
+TEST_F(AfterExceptionTests, AHandlerThatRaisesAtItsRegistrationIsRegistered) {
+    const auto d = makeStyled();
+    acting = "d";
+    EXPECT_THROW(domain->registerChangeHandler(recorder.handler("d", [this] { act("d"); }), d),
+                 Failure);
+    recorder.take();
+    EXPECT_TRUE(d->lastZelStyle().isNil());
+    EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "d"}));
+}
+
+TEST_F(AfterExceptionTests, AnUpdateWhoseDeliveryRaisedIsDoneAndTheNextOneReachesEverybody) {
+    acting = "a";
+    EXPECT_THROW(main->updateStyleWithChanges(nullptr), Failure);
+    EXPECT_EQ(main->seed(), 1U);
+    recorder.take();
+    runElsewhere([this] { main->updateStyleWithChanges(nullptr); });
+    EXPECT_EQ(main->seed(), 2U);
+    EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c"}));
+}
+
+TEST_F(AfterExceptionTests, ObserversThatRaisedForChangingTheirTableLeaveDeliveryWhole) {
+    const auto observer = makePlain();
+    main->addStyleUpdateObserver([this](const auto& owner, const auto&,
+                                        bool) { main->removeStyleUpdateObserverWithOwner(owner); },
+                                 observer, false);
+    EXPECT_THROW(main->updateStyleWithChanges(nullptr), ZelEnumerationMutation);
+    EXPECT_EQ(recorder.takeNames(), Names{}) << "the domain wasn't told";
+    runElsewhere([this] { main->updateStyleWithChanges(nullptr); });
+    EXPECT_EQ(main->seed(), 2U);
+    EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c"}));
+}
+
+} // namespace
+} // namespace zeltest

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "domain/StyleForest.h"
 #include "platform/ObjectState.h"
 #include "platform/StyleBinding.h"
 #include "style/StyleLookupEpoch.h"
@@ -46,13 +47,31 @@ public:
     BoundStyles(ZelStyleDomain& domain, const ZelStyleDelivery& delivery) noexcept
         : domain_(domain), delivery_(delivery) {}
 
-    /// The style of a binding, now; stays in place until the next call.
-    const std::shared_ptr<ZelStyle>& styleFor(StyleBinding binding) {
+    struct Found {
+        std::uint64_t epoch = 0; ///< of StyleLookupEpoch, which begins at 1
+        StyleBinding binding = 0;
+        bool isForced = false; ///< whether the delivery forces the style
+        std::uint64_t serial = 0;
+        std::shared_ptr<ZelStyle> style;
+
+        /// The epoch in which the delivery is known to force the style; 0 where it doesn't.
+        [[nodiscard]] std::uint64_t forcedEpoch() const noexcept { return isForced ? epoch : 0; }
+    };
+
+    /// The style of a binding, now, and what is known of it; stays in place until the next call.
+    const Found& find(StyleBinding binding) {
         Found& found = found_[binding % found_.size()];
         if (found.epoch != StyleLookupEpoch::now() || found.binding != binding) [[unlikely]] {
-            find(binding, found);
+            lookUp(binding, found);
         }
-        return found.style;
+        return found;
+    }
+
+    /// Lets the forest, which must last, tell which styles descend from the delivery's own, as long
+    /// as nothing moves the epoch: however many ancestors they have.
+    void useForest(const StyleForest& forest) noexcept {
+        forest_ = &forest;
+        forestEpoch_ = StyleLookupEpoch::now();
     }
 
     /// False where a listener is known not to be due, by what its state and this remember. Changes
@@ -69,18 +88,13 @@ public:
     }
 
 private:
-    struct Found {
-        std::uint64_t epoch = 0; ///< of StyleLookupEpoch, which begins at 1
-        StyleBinding binding = 0;
-        bool isForced = false; ///< whether the delivery forces the style
-        std::uint64_t serial = 0;
-        std::shared_ptr<ZelStyle> style;
-    };
-
-    void find(StyleBinding binding, Found& found);
+    void lookUp(StyleBinding binding, Found& found);
+    [[nodiscard]] bool isForcedNow(const std::shared_ptr<ZelStyle>& style) const;
 
     ZelStyleDomain& domain_;
     const ZelStyleDelivery& delivery_;
+    const StyleForest* forest_ = nullptr;
+    std::uint64_t forestEpoch_ = 0;
     std::array<Found, 8> found_; // by the binding's last bits
 };
 

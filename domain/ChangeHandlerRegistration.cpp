@@ -4,6 +4,7 @@
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
+#include <optional>
 #include <utility>
 
 namespace zel {
@@ -16,20 +17,22 @@ class RegistrationCall {
 public:
     RegistrationCall(ChangeHandlerTable& table, ChangeHandlerTable::Entry& entry,
                      RecursiveGuard& guard)
-        : guard_(guard), call_(table, entry) {
+        : guard_(guard) {
+        call_.emplace(table).begin(entry);
         guard_.unlock();
     }
     RegistrationCall(const RegistrationCall&) = delete;
     RegistrationCall& operator=(const RegistrationCall&) = delete;
     ~RegistrationCall() {
         guard_.lock();
-        const ChangeHandlers removed = call_.end();
+        const ChangeHandlers removed = call_->endAndTake();
+        call_.reset();
         guard_.unlock();
     } // what the handler held ends outside the lock
 
 private:
     RecursiveGuard& guard_;
-    ChangeHandlerTable::Call call_;
+    std::optional<ChangeHandlerTable::Call> call_;
 };
 
 /// Whether a target's notification has to ask the owner for its parents.

@@ -53,7 +53,7 @@ void ListenersByStyle<Payload>::order(const std::shared_ptr<Table>& table, Bound
         if (marked != table->marked().end() && *marked == entry) {
             continue;
         }
-        if (const auto& style = styles.styleFor(styleBindingOf(*walk.owner(), *entry->state))) {
+        if (const auto& style = styles.find(styleBindingOf(*walk.owner(), *entry->state)).style) {
             items_.push_back({forest_.add(style), {entry, entry->order}});
         }
     }

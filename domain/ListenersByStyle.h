@@ -48,6 +48,8 @@ public:
     /// Puts the listeners whose style is that one or descends from it into the table's scratch.
     void collect(Table& table, const ZelStyle& style) const;
 
+    [[nodiscard]] const StyleForest& forest() const noexcept { return forest_; }
+
 private:
     struct Item {
         std::uint32_t style; ///< its number in the forest

@@ -15,12 +15,12 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
-/// Whether a listener is called with a style: where the delivery forces it, or where the style is
-/// not the one delivered to it last.
+/// Whether a listener is called with a style: where the delivery forces it, as it is known to do
+/// throughout an epoch, or where the style is not the one delivered to it last.
 inline bool isDue(const std::shared_ptr<ZelStyle>& style, const ObjectState& listener,
-                  const ZelStyleDelivery& delivery) {
-    return isForced(style, delivery) ||
-           listener.lastZelStyle.load(std::memory_order_relaxed) != serialOf(style);
+                  const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch) {
+    return listener.lastZelStyle.load(std::memory_order_relaxed) != serialOf(style) ||
+           forcedEpoch == StyleLookupEpoch::now() || isForced(style, delivery);
 }
 
 /// Notes the style as delivered. Notifications without a filter say themselves, once, that they
@@ -61,10 +61,10 @@ struct ZelStyleDomain::NotificationPath {
 void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
                                  const ChangeHandlersToCall& onChangeHandlers,
                                  const std::shared_ptr<NSObject>& withOwner,
-                                 const ZelStyleDelivery& delivery) {
+                                 const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch) {
     ObjectState& state = onChangeHandlers.ownerState();
     onChangeHandlers.forEach([&](const ZelStyleChangeHandler& handler) {
-        if (isDue(style, state, delivery)) {
+        if (isDue(style, state, delivery, forcedEpoch)) {
             handler(withOwner, style, delivery.withEvent);
             remember(style, state, delivery);
         }
@@ -73,9 +73,9 @@ void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
 
 void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
                                  const std::shared_ptr<NSObject>& onChangeHandler,
-                                 const ZelStyleDelivery& delivery) {
+                                 const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch) {
     ObjectState& state = ObjectState::of(*onChangeHandler);
-    if (isDue(style, state, delivery)) {
+    if (isDue(style, state, delivery, forcedEpoch)) {
         onChangeHandler->styleChangedWithEvent(style, delivery.withEvent);
         remember(style, state, delivery);
     }
@@ -120,20 +120,23 @@ void ZelStyleDomain::notifyOwners(const std::shared_ptr<NSObject>& styleable,
     const auto& table = state_->changeHandlersByOwner;
     ListenerWalk<ChangeHandlers> walk(table, styleable);
     const std::uint64_t bound = state_->handlerSerial;
+    ChangeHandlerTable::Call call(*table);
     applyToEach(walk, state_->ownersByStyle, delivery,
-                [&](auto& entry, const auto& owner, const auto& style) {
-                    const ChangeHandlerTable::Call call(*table, entry);
-                    _applyStyle(style, ChangeHandlersToCall(entry, bound), owner, delivery);
+                [&](auto& entry, const auto& owner, const auto& style, std::uint64_t forcedEpoch) {
+                    call.begin(entry);
+                    _applyStyle(style, ChangeHandlersToCall(entry, bound), owner, delivery,
+                                forcedEpoch);
+                    call.end();
                 });
 }
 
 void ZelStyleDomain::notifyObjects(const std::shared_ptr<NSObject>& styleable,
                                    const ZelStyleDelivery& delivery) {
     ListenerWalk<NoPayload> walk(state_->changeHandlers, styleable);
-    applyToEach(walk, state_->objectsByStyle, delivery,
-                [&](const auto& /*entry*/, const auto& object, const auto& style) {
-                    _applyStyle(style, object, delivery);
-                });
+    applyToEach(
+        walk, state_->objectsByStyle, delivery,
+        [&](const auto& /*entry*/, const auto& object, const auto& style,
+            std::uint64_t forcedEpoch) { _applyStyle(style, object, delivery, forcedEpoch); });
 }
 
 template <class Payload, class Apply>
@@ -146,13 +149,14 @@ void ZelStyleDomain::applyToEach(ListenerWalk<Payload>& walk, ListenersByStyle<P
                             !StylingChanges::Delivering::isNested();
     if (isOfFamily && byStyle.isUsable(walk.table(), styles)) {
         walk.limitTo(byStyle, *delivery.forStyleOnly);
+        styles.useForest(byStyle.forest());
     }
     const auto mayBeDue = [&](const auto& entry) { return styles.mayBeDue(*entry.state); };
     while (auto* entry = walk.next(mayBeDue)) {
         const std::shared_ptr<NSObject>& listener = walk.owner();
-        const auto& style = styles.styleFor(styleBindingOf(*listener, *entry->state));
+        const auto& found = styles.find(styleBindingOf(*listener, *entry->state));
         if (entry->isLive()) { // finding the style may have asked the host, and ended another one
-            apply(*entry, listener, style);
+            apply(*entry, listener, found.style, found.forcedEpoch());
         }
     }
     if (isOfFamily && walk.stamp() == begun) {

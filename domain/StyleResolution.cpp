@@ -55,10 +55,10 @@ StyleBinding styleBindingOf(const NSObject& object) {
     return node ? ZelStyleableTree::bindingOf(*node) : styleBindingOf(appliedByAsking(object));
 }
 
-void BoundStyles::find(StyleBinding binding, Found& found) {
+void BoundStyles::lookUp(StyleBinding binding, Found& found) {
     const std::uint64_t epoch = StyleLookupEpoch::now();
     auto style = domain_._styleForBinding(binding);
-    found.isForced = isForced(style, delivery_);
+    found.isForced = isForcedNow(style);
     found.serial = serialOf(style);
     found.epoch = epoch;
     found.binding = binding;
@@ -96,6 +96,18 @@ ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
     return found == state_->schemesByIdentifier.end()
                ? nullptr
                : found->second->styleForIdentifier(identifier);
+}
+
+// The forest has the styles of the listeners whose parents are known; that of one that was asked
+// may not be in it.
+bool BoundStyles::isForcedNow(const std::shared_ptr<ZelStyle>& style) const {
+    const bool isCurrent = forest_ && style && forestEpoch_ == StyleLookupEpoch::now();
+    const auto own = isCurrent ? forest_->familyOf(*style) : StyleForest::Family{};
+    if (own.begin == own.end) {
+        return isForced(style, delivery_);
+    }
+    const auto family = forest_->familyOf(*delivery_.forStyleOnly);
+    return own.begin >= family.begin && own.begin < family.end;
 }
 
 // An object pinned to a scheme that lacks the style falls back to the current scheme's main style.

@@ -172,13 +172,12 @@ public:
     std::vector<Ordered> scratch;
 
     /// Keeps an entry's payload in place for the time of a call into it, even where the call
-    /// removes the entry. Made and ended with the lock held; the call itself may run without it.
-    /// Where the entry was removed, `end` hands the payload out; the destructor ends it with the
-    /// lock held.
+    /// removes the entry; for one entry after another. Made and ended with the lock held, as each
+    /// call is begun and ended; the call itself may run without it. A call that isn't ended, since
+    /// an exception passed, ends with this.
     class Call {
     public:
-        Call(WeakTable& table, Entry& entry) noexcept
-            : table_(table), entry_(entry), next_(table.calls_) {
+        explicit Call(WeakTable& table) noexcept : table_(table), next_(table.calls_) {
             if (next_) {
                 next_->previous_ = this;
             }
@@ -187,28 +186,37 @@ public:
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
         ~Call() {
-            if (!ended_) {
-                const Payload removed = end();
+            if (entry_) {
+                end();
             }
-        }
-
-        [[nodiscard]] Payload end() {
-            ended_ = true;
             (previous_ ? previous_->next_ : table_.calls_) = next_;
             if (next_) {
                 next_->previous_ = previous_;
             }
-            const bool isLast = !entry_.isLive() && !table_.isCalled(entry_);
-            return isLast ? std::exchange(entry_.payload, Payload()) : Payload();
         }
+
+        void begin(Entry& entry) noexcept { entry_ = &entry; }
+        /// Ends the payload where the entry was removed and nobody else calls into it.
+        void end() {
+            Entry& entry = *std::exchange(entry_, nullptr);
+            if (!entry.isLive()) [[unlikely]] {
+                const Payload removed = takeRemoved(entry);
+            }
+        }
+        /// The same, but hands the payload out.
+        [[nodiscard]] Payload endAndTake() { return takeRemoved(*std::exchange(entry_, nullptr)); }
 
     private:
         friend class WeakTable;
+        Payload takeRemoved(Entry& entry) {
+            const bool isLast = !entry.isLive() && !table_.isCalled(entry);
+            return isLast ? std::exchange(entry.payload, Payload()) : Payload();
+        }
+
         WeakTable& table_;
-        Entry& entry_;
+        Entry* entry_ = nullptr;
         Call* next_;
         Call* previous_ = nullptr;
-        bool ended_ = false;
     };
 
     /// A walk over the entries there are now whose owners live, in order. Holds the lock. Nothing
@@ -308,7 +316,7 @@ private:
 
     [[nodiscard]] bool isCalled(const Entry& entry) const noexcept {
         for (const Call* call = calls_; call; call = call->next_) {
-            if (&call->entry_ == &entry) {
+            if (call->entry_ == &entry) {
                 return true;
             }
         }

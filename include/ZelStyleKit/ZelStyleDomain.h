@@ -133,10 +133,11 @@ private:
     std::shared_ptr<ZelStyle> _styleForBinding(std::uint32_t binding);
     void _applyStyle(const std::shared_ptr<ZelStyle>& style,
                      const ChangeHandlersToCall& onChangeHandlers,
-                     const std::shared_ptr<NSObject>& withOwner, const ZelStyleDelivery& delivery);
+                     const std::shared_ptr<NSObject>& withOwner, const ZelStyleDelivery& delivery,
+                     std::uint64_t forcedEpoch = 0);
     void _applyStyle(const std::shared_ptr<ZelStyle>& style,
                      const std::shared_ptr<NSObject>& onChangeHandler,
-                     const ZelStyleDelivery& delivery);
+                     const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch = 0);
     [[nodiscard]] bool hasListeners() const;
     void notify(const std::shared_ptr<NSObject>& styleable, const ZelStyleDelivery& delivery,
                 const NotificationPath* above);

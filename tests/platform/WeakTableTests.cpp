@@ -201,9 +201,11 @@ TEST_F(WeakTable, APayloadThatIsBeingCalledStaysUntilTheCallIsOver) {
     const std::weak_ptr<int> payload = table->find(*a)->payload;
     {
         const RecursiveGuard guard(table->lock);
-        const Table::Call outer(*table, *table->find(*a));
+        Table::Call outer(*table);
+        outer.begin(*table->find(*a));
         {
-            const Table::Call inner(*table, *table->find(*a));
+            Table::Call inner(*table);
+            inner.begin(*table->find(*a));
             EXPECT_EQ(table->remove(*table->find(*a)), nullptr);
             EXPECT_EQ(table->find(*a), nullptr);
         }

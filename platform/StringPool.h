@@ -37,7 +37,8 @@ public:
     StringPool& operator=(const StringPool&) = delete;
 
     /// The pool's string of that text, or nothing.
-    [[nodiscard, gnu::always_inline]] const PooledString* find(std::string_view text) const noexcept {
+    [[nodiscard, gnu::always_inline]] const PooledString*
+    find(std::string_view text) const noexcept {
         return probe(*table_.load(std::memory_order_acquire), text, TextWords::hashOf(text));
     }
     /// The pool's string of that text, added where it is new.

@@ -26,7 +26,7 @@ struct Options {
     bool firstSetup = false; // whether each script finds a process that was never set up
 };
 
-std::uint64_t playing = 0; // the seed, for when the process ends in the middle of it
+std::uint64_t playing = 0; // a script's seed, for when the process ends in the middle of it
 
 void sayWhichSeed(int signal) {
     std::cerr << "signal " << signal << " at seed " << playing << '\n';

@@ -9,7 +9,7 @@ namespace plain {
 class Provider;
 class Scheme;
 
-/// Values, their merging, the seed, observers and updates.
+/// Values, their merging, seeds, observers and updates.
 class Style : public Object {
 public:
     using UpdateObserver = std::function<void(const Ref<Object>&, const Ref<Style>&, bool)>;

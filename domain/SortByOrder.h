@@ -12,6 +12,28 @@
 namespace zel {
 inline namespace v1 {
 
+/// Puts items in the order of one digit of their `order`'s distance from `base`, those of the same
+/// digit staying as they stand.
+template <class Item>
+void placeByDigit(const Item* from, Item* to, std::size_t count, std::uint32_t base, unsigned shift,
+                  unsigned width) {
+    constexpr std::size_t mostDigits = 1024;
+    const auto digitOf = [&](const Item& item) {
+        return (item.order - base) >> shift & ((1U << width) - 1);
+    };
+    std::array<std::uint32_t, mostDigits> places{};
+    for (const Item* each = from; each != from + count; ++each) {
+        ++places[digitOf(*each)];
+    }
+    std::uint32_t next = 0;
+    for (std::uint32_t& place : places) {
+        next += std::exchange(place, next);
+    }
+    for (const Item* each = from; each != from + count; ++each) {
+        to[places[digitOf(*each)]++] = *each;
+    }
+}
+
 /// Sorts the items from `begin` on by their `order`, no two of which are the same. Digit by digit
 /// from the last one, without a comparison to mispredict: the listeners of a subtree are found in
 /// the tree's order and called in that of their registration. The vector is a scratch that keeps
@@ -39,20 +61,7 @@ void sortByOrder(std::vector<Item>& items, std::size_t begin) {
     Item* from = items.data() + begin;
     Item* to = from + count;
     for (unsigned digit = 0; digit < digits; ++digit) {
-        const auto digitOf = [&](const Item& item) {
-            return (item.order - base) >> (digit * width) & ((1U << width) - 1);
-        };
-        std::array<std::uint32_t, std::size_t{1} << widest> places{};
-        for (const Item* each = from; each != from + count; ++each) {
-            ++places[digitOf(*each)];
-        }
-        std::uint32_t next = 0;
-        for (std::uint32_t& place : places) {
-            next += std::exchange(place, next);
-        }
-        for (const Item* each = from; each != from + count; ++each) {
-            to[places[digitOf(*each)]++] = *each;
-        }
+        placeByDigit(from, to, count, base, digit * width, width);
         std::swap(from, to);
     }
     if (from != items.data() + begin) {

@@ -63,11 +63,11 @@ public:
     }
     /// Which of the objects seen so far still live.
     void lives() {
-        std::int64_t sum = 0;
+        std::uint64_t sum = 0; // wraps
         for (std::size_t i = 0; i < seen_.size(); ++i) {
-            sum = seen_[i].life.expired() ? sum : sum * 31 + static_cast<std::int64_t>(i) + 1;
+            sum = seen_[i].life.expired() ? sum : sum * 31 + i + 1;
         }
-        put(sum);
+        put(static_cast<std::int64_t>(sum));
     }
 
 private:

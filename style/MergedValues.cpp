@@ -18,11 +18,33 @@ ZelAttributeValue::Other MergedValues::otherAt(AttributeIndex key) const {
 }
 
 MergedValues::Dropped MergedValues::drop() noexcept {
+    holdsOwn_ = false;
     sequence_.store(sequence_.load(std::memory_order_relaxed) | 1, std::memory_order_relaxed);
     return {std::exchange(others_, {}), std::exchange(snapshot_, nullptr)};
 }
 
+// A style's defaults are written and read in turns; merging anew for each read would be most of the
+// work of making one.
+bool MergedValues::dropButKeepOwn(AttributeIndex key, const ZelAttributeValue& value) {
+    if (!holdsOwn_ || snapshot_ || !others_.empty() || value.other()) {
+        return false;
+    }
+    sequence_.store(sequence_.load(std::memory_order_relaxed) | 1, std::memory_order_relaxed);
+    holdsOwn_ = false; // while there may be no memory for the value
+    putSlot(key, AttributeSlot::of(value));
+    holdsOwn_ = true;
+    return true;
+}
+
 void MergedValues::compute(const MergedValues* parent, const OwnValues& own) {
+    if (parent || !holdsOwn_) {
+        merge(parent, own);
+    }
+    sequence_.store(sequence_.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+}
+
+void MergedValues::merge(const MergedValues* parent, const OwnValues& own) {
+    holdsOwn_ = false;
     if (parent) {
         copyFrom(*parent);
     } else {
@@ -36,7 +58,7 @@ void MergedValues::compute(const MergedValues* parent, const OwnValues& own) {
             put(key, value);
         }
     }
-    sequence_.store(sequence_.load(std::memory_order_relaxed) + 1, std::memory_order_release);
+    holdsOwn_ = parent == nullptr;
 }
 
 void MergedValues::put(AttributeIndex key, const ZelAttributeValue& value) {

@@ -55,6 +55,10 @@ struct MergedValues {
     };
     /// Forgets the values.
     Dropped drop() noexcept;
+    /// Forgets the values after an own one was written, but writes that one too where they are a
+    /// root's: unless the style gets a parent first, the next computation finds them as they are to
+    /// be. False, and nothing is done, where they aren't a root's or hold what may not end here.
+    [[nodiscard]] bool dropButKeepOwn(AttributeIndex key, const ZelAttributeValue& value);
     /// Computes them: the parent's, which must be there, if there is a parent, then the own ones.
     /// An own null marker removes the inherited key; a root keeps its null markers.
     void compute(const MergedValues* parent, const OwnValues& own);
@@ -101,6 +105,7 @@ private:
         const CustomTable::Place* place = table ? placeOf(*table, key) : nullptr;
         return place ? place->slot : absent;
     }
+    void merge(const MergedValues* parent, const OwnValues& own);
     void put(AttributeIndex key, const ZelAttributeValue& value);
     void putSlot(AttributeIndex key, const AttributeSlot& slot);
     void putCustom(AttributeIndex key, const AttributeSlot& slot);
@@ -117,6 +122,7 @@ private:
     std::vector<std::unique_ptr<CustomTable>> customTables_; ///< the last one is in use
     std::map<AttributeIndex, ZelAttributeValue::Other> others_;
     std::shared_ptr<const ZelAttributeDictionary> snapshot_;
+    bool holdsOwn_ = false; ///< the values are the own ones alone, computed or not
 };
 
 } // namespace v1

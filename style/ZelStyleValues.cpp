@@ -147,8 +147,10 @@ void ZelStyleInternals::setValueAt(ZelStyle& style, AttributeIndex key,
     std::optional<ZelAttributeValue> replaced; // these two end after the lock is released
     MergedValues::Dropped dropped;
     const RecursiveGuard guard(style.state_->valuesLock);
-    replaced = style.state_->own.set(key, value ? *value : ZelAttributeValue(NSNull{}));
-    if (MergedValues* merged = style.merged_.load(std::memory_order_acquire)) {
+    const ZelAttributeValue stored = value ? *value : ZelAttributeValue(NSNull{});
+    replaced = style.state_->own.set(key, stored);
+    MergedValues* merged = style.merged_.load(std::memory_order_acquire);
+    if (merged && !merged->dropButKeepOwn(key, stored)) {
         dropped = merged->drop();
     }
 }

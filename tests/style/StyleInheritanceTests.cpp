@@ -139,6 +139,17 @@ TEST_F(StyleInheritanceTests, GettingAParentDropsNothing) {
     EXPECT_EQ(*style->effectiveValues(), expected);
 }
 
+TEST_F(StyleInheritanceTests, AParentThatCameBetweenAWriteAndTheNextReadIsMerged) {
+    const auto style = makeEmptyStyle();
+    style->setValue(gray(0.25), "paperColor");
+    ASSERT_EQ(style->effectiveValueForAttribute("paperColor"), gray(0.25));
+    parent->setValue(gray(0.5), "blueColor");
+    style->setValue(gray(0.75), "paperColor");
+    style->setParentStyle(parent);
+    EXPECT_EQ(style->effectiveValueForAttribute("paperColor"), gray(0.75));
+    EXPECT_EQ(style->effectiveValueForAttribute("blueColor"), gray(0.5));
+}
+
 TEST_F(StyleInheritanceTests, ChangingTheParentDropsNothing) {
     parent->setValue(gray(0.5), "blueColor");
     ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));

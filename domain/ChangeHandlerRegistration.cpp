@@ -72,13 +72,16 @@ void ZelStyleDomain::_registerChangeHandler(ZelStyleChangeHandler&& handler,
 }
 
 void ZelStyleDomain::unregisterChangeHandlersWithOwner(const std::shared_ptr<NSObject>& owner) {
-    if (!owner) {
-        return;
+    if (owner) {
+        _unregisterChangeHandlersWithOwner(*owner);
     }
+}
+
+void ZelStyleDomain::_unregisterChangeHandlersWithOwner(const NSObject& owner) {
     ChangeHandlers removed; // end after the lock is released
     ChangeHandlerTable& table = *state_->changeHandlersByOwner;
     const RecursiveGuard guard(table.lock);
-    removed = table.remove(*owner);
+    removed = table.remove(owner);
 }
 
 void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {

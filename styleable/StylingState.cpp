@@ -86,12 +86,12 @@ bool NSObject::registerStyleableChangeHandler(ZelStyleChangeHandler handler) {
 // An object that unregisters in its destructor has nothing left to unregister: its handlers go with
 // it.
 bool NSObject::unregisterStyleableChangeHandlers() {
-    if (const auto self = weak_from_this().lock()) {
-        if (const auto domain = ZelStyleDomain::domainForStyleable(self)) {
-            domain->unregisterChangeHandlersWithOwner(self);
-        }
+    const ZelStyleable* conforming = asZelStyleable();
+    if (conforming && !weak_from_this().expired()) {
+        ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
+            ->_unregisterChangeHandlersWithOwner(*this);
     }
-    return asZelStyleable() != nullptr;
+    return conforming != nullptr;
 }
 
 } // namespace v1

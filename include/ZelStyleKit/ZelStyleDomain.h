@@ -129,6 +129,7 @@ private:
     /// The caller holds the domain and the owner in references that no handler reaches.
     void _registerChangeHandler(ZelStyleChangeHandler&& handler,
                                 const std::shared_ptr<NSObject>& owner);
+    void _unregisterChangeHandlersWithOwner(const NSObject& owner);
     std::shared_ptr<ZelStyle> _notifyStyleFor(const std::shared_ptr<NSObject>& object);
     std::shared_ptr<ZelStyle> _styleForBinding(std::uint32_t binding);
     void _applyStyle(const std::shared_ptr<ZelStyle>& style,

@@ -134,6 +134,9 @@ private:
             return nullptr;
         }
         ++(isFound ? found_ : marked_);
+        if (found_ + ahead < scratchEnd_) {
+            Table::prefetch(*table_.scratch[found_ + ahead].entry);
+        }
         nextOrder_ = entry->order + 1;
         return entry;
     }
@@ -141,6 +144,8 @@ private:
     [[nodiscard]] bool isConcerned() const {
         return owner()->asZelStyleable() && ZelStyleDomain::isEqualOrChildOf(owner(), target_);
     }
+
+    static constexpr std::size_t ahead = 4; ///< candidates whose memory is asked for early
 
     typename Table::Walk walk_;
     Table& table_;

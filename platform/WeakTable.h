@@ -171,6 +171,18 @@ public:
     /// Room for walks to keep entries in, each above what was there when it began.
     std::vector<Ordered> scratch;
 
+    /// Asks for the memory of an owner that is to be called soon.
+    // Owners stand anywhere in memory; taking hold of one waits for its counts, which stand just
+    // before an object that came from std::make_shared. The first word of a weak pointer is where
+    // the object is; were it anything else, nothing but time would be lost.
+    static void prefetch(const Entry& entry) noexcept {
+        std::uintptr_t object = 0;
+        static_assert(sizeof object == sizeof(void*));
+        std::memcpy(&object, static_cast<const void*>(&entry.owner), sizeof object);
+        __builtin_prefetch(entry.state);
+        __builtin_prefetch(reinterpret_cast<const void*>(object - 16), 1);
+    }
+
     /// Keeps an entry's payload in place for the time of a call into it, even where the call
     /// removes the entry; for one entry after another. Made and ended with the lock held, as each
     /// call is begun and ended; the call itself may run without it. A call that isn't ended, since
@@ -302,17 +314,6 @@ private:
     static constexpr std::size_t largestChunk = 256;
     static constexpr std::size_t ahead =
         8; ///< entries whose memory is asked for while one is called
-
-    // Owners stand anywhere in memory; taking hold of one waits for its counts, which stand just
-    // before an object that came from std::make_shared. The first word of a weak pointer is where
-    // the object is; were it anything else, nothing but time would be lost.
-    static void prefetch(const Entry& entry) noexcept {
-        std::uintptr_t object = 0;
-        static_assert(sizeof object == sizeof(void*));
-        std::memcpy(&object, static_cast<const void*>(&entry.owner), sizeof object);
-        __builtin_prefetch(entry.state);
-        __builtin_prefetch(reinterpret_cast<const void*>(object - 16), 1);
-    }
 
     [[nodiscard]] bool isCalled(const Entry& entry) const noexcept {
         for (const Call* call = calls_; call; call = call->next_) {

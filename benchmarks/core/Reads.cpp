@@ -40,6 +40,20 @@ void readTyped(benchmark::State& state, const std::shared_ptr<ZelStyle>& (*style
     }
 }
 
+// What two threads cost each other on this machine where they share nothing.
+void readApart(benchmark::State& state) {
+    const auto made = alloc<ZelStyle>()->initWithIdentifier(
+        "apart", ZelStyleDomain::defaultDomain()->lightScheme(), ownStyle());
+    const ZelStyle& style = *made;
+    if (!style.backgroundColor()) {
+        state.SkipWithError("no background colour");
+        return;
+    }
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(style.backgroundColor());
+    }
+}
+
 void readByKey(benchmark::State& state, const char* name) {
     const ZelStyle& style = *ownStyle();
     const std::string key = name;
@@ -78,6 +92,7 @@ BENCHMARK_CAPTURE(readTyped, inherited, inheritingStyle)
     ->Threads(1)
     ->Threads(2)
     ->UseRealTime();
+BENCHMARK(readApart)->Name("read_apart/ours")->Threads(2)->UseRealTime();
 BENCHMARK_CAPTURE(readByKey, predefined, "backgroundColor")
     ->Name("read_key_predefined/ours")
     ->UseRealTime();

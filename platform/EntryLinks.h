@@ -65,9 +65,12 @@ public:
             WeakTableEntry* const single = only();
             return single && accept(*single) ? single : nullptr;
         }
-        const auto found =
-            std::find_if(many()->begin(), many()->end(), [&](auto* each) { return accept(*each); });
-        return found == many()->end() ? nullptr : *found;
+        for (WeakTableEntry* const each : *many()) { // smaller than std::find_if, which unrolls
+            if (accept(*each)) {
+                return each;
+            }
+        }
+        return nullptr;
     }
 
     [[nodiscard]] bool isEmpty() const noexcept { return isMany() ? many()->empty() : isUnused(); }

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/ObjectState.h"
-#include "platform/RecursiveLock.h"
+#include "platform/WeakTableBase.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -15,62 +13,12 @@
 namespace zel {
 inline namespace v1 {
 
-class WeakTableBase;
-
-/// One key of a weak-keyed table. Its address is stable while the table is walked or called from.
-struct WeakTableEntry {
-    std::weak_ptr<NSObject> owner;
-    ObjectState* state = nullptr; ///< the owner's; nothing once the entry was removed
-    std::uint32_t table = 0;      ///< which table, by WeakTableBase::number()
-    std::uint32_t order = 0;      ///< among the table's entries; moves together when they do
-
-    [[nodiscard]] bool isLive() const noexcept { return state != nullptr; }
-};
-
-/// What a weak-keyed table is to the objects that are its keys.
-class WeakTableBase : public std::enable_shared_from_this<WeakTableBase> {
-public:
-    WeakTableBase();
-    virtual ~WeakTableBase();
-    WeakTableBase(const WeakTableBase&) = delete;
-    WeakTableBase& operator=(const WeakTableBase&) = delete;
-
-    /// Called by an ending owner: drops its entry with what it holds.
-    virtual void ownerEnded(ObjectState& state) noexcept = 0;
-
-    /// The table of that number, or nothing where it is ending; linkLock() is held.
-    static std::shared_ptr<WeakTableBase> withNumber(std::uint32_t number) noexcept;
-    /// Tells the living tables of a process apart.
-    [[nodiscard]] std::uint32_t number() const noexcept { return number_; }
-
-    /// The table's lock. Recursive, and held for a whole walk, callbacks included.
-    RecursiveLock lock;
-
-protected:
-    /// This table's entry of an owner's, or nothing.
-    [[nodiscard]] WeakTableEntry* entryOf(const ObjectState& state) const noexcept;
-    /// The same while linkLock() is held.
-    [[nodiscard]] WeakTableEntry* entryIn(const ObjectState& state) const noexcept {
-        return state.entries.find(
-            [this](const WeakTableEntry& each) { return each.table == number_; });
-    }
-    static void link(WeakTableEntry& entry, ObjectState& state);
-    static void unlink(WeakTableEntry& entry) noexcept;
-    /// Takes this table's entry out of an owner's links, if there is one, and answers it.
-    WeakTableEntry* unlinkFrom(ObjectState& state) noexcept;
-    /// Puts an entry in another's place; linkLock() is held.
-    static void relink(WeakTableEntry& from, WeakTableEntry& to) noexcept;
-
-private:
-    const std::uint32_t number_;
-};
-
 /// A map from owners, held weakly, to payloads, in order of insertion. An entry goes, payload and
 /// all, when its owner ends. Walks survive any change: what is removed isn't visited any more, what
 /// is added isn't visited yet. Always made by `std::make_shared`.
 /// Owns: the payloads. Refers to: the owners.
-/// Threads: every operation but `Walk`'s wants `lock` held;a removed payload is handed out, so that
-/// it can end after the lock is released.
+/// Threads: every operation but `Walk`'s wants `lock` held; a removed payload is handed out, so
+/// that it can end after the lock is released.
 template <class Payload>
 class WeakTable : public WeakTableBase {
 public:
@@ -183,137 +131,11 @@ public:
         __builtin_prefetch(reinterpret_cast<const void*>(object - 16), 1);
     }
 
-    /// Keeps an entry's payload in place for the time of a call into it, even where the call
-    /// removes the entry; for one entry after another. Made and ended with the lock held, as each
-    /// call is begun and ended; the call itself may run without it. A call that isn't ended, since
-    /// an exception passed, ends with this.
-    class Call {
-    public:
-        explicit Call(WeakTable& table) noexcept : table_(table), next_(table.calls_) {
-            if (next_) {
-                next_->previous_ = this;
-            }
-            table.calls_ = this;
-        }
-        Call(const Call&) = delete;
-        Call& operator=(const Call&) = delete;
-        ~Call() {
-            if (entry_) {
-                end();
-            }
-            (previous_ ? previous_->next_ : table_.calls_) = next_;
-            if (next_) {
-                next_->previous_ = previous_;
-            }
-        }
-
-        void begin(Entry& entry) noexcept { entry_ = &entry; }
-        /// Ends the payload where the entry was removed and nobody else calls into it.
-        void end() {
-            Entry& entry = *std::exchange(entry_, nullptr);
-            if (!entry.isLive()) [[unlikely]] {
-                const Payload removed = takeRemoved(entry);
-            }
-        }
-        /// The same, but hands the payload out.
-        [[nodiscard]] Payload endAndTake() { return takeRemoved(*std::exchange(entry_, nullptr)); }
-
-    private:
-        friend class WeakTable;
-        Payload takeRemoved(Entry& entry) {
-            const bool isLast = !entry.isLive() && !table_.isCalled(entry);
-            return isLast ? std::exchange(entry.payload, Payload()) : Payload();
-        }
-
-        WeakTable& table_;
-        Entry* entry_ = nullptr;
-        Call* next_;
-        Call* previous_ = nullptr;
-    };
-
-    /// A walk over the entries there are now whose owners live, in order. Holds the lock. Nothing
-    /// of it allocates.
-    class Walk {
-    public:
-        explicit Walk(std::shared_ptr<WeakTable> table)
-            : table_(std::move(table)), guard_(table_->lock), endChunk_(table_->chunks_.size()),
-              endIndex_(table_->chunks_.empty() ? 0 : table_->chunks_.back().size()) {
-            ++table_->walks_;
-        }
-        Walk(Walk&&) noexcept = default;
-        Walk& operator=(Walk&&) = delete;
-        ~Walk() {
-            if (table_) {
-                owner_.reset();
-                --table_->walks_;
-            }
-        }
-
-        /// The next entry, its owner held until the step after; nothing at the end.
-        Entry* next() {
-            return next([](const Entry&) { return true; });
-        }
-        /// The next entry that `wants` accepts; the owners of others aren't touched. `wants` may
-        /// look at the entry and its state, and calls nothing that could change the table.
-        template <class Wants>
-        [[gnu::always_inline]] Entry* next(Wants wants) { // measured: a tenth of a switch
-            owner_.reset();
-            while (chunk_ < endChunk_) {
-                auto& entries = table_->chunks_[chunk_];
-                const std::size_t end = chunk_ + 1 == endChunk_ ? endIndex_ : entries.size();
-                while (index_ < end) {
-                    if (index_ + ahead < end) {
-                        prefetch(entries[index_ + ahead]);
-                    }
-                    Entry& entry = entries[index_++];
-                    if (entry.isLive() && wants(entry) && (owner_ = entry.owner.lock())) {
-                        return &entry;
-                    }
-                }
-                ++chunk_;
-                index_ = 0;
-            }
-            return nullptr;
-        }
-        [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return owner_; }
-
-        [[nodiscard]] const std::shared_ptr<WeakTable>& table() const noexcept { return table_; }
-
-        /// Lets the present entry's owner go, which may end it.
-        void release() noexcept { owner_.reset(); }
-        /// Makes an entry that was come by otherwise the present one, if it and its owner live.
-        bool visit(const Entry& entry) {
-            owner_.reset();
-            return entry.isLive() && (owner_ = entry.owner.lock());
-        }
-        /// Goes on behind the entries of lower order than that.
-        void skipTo(std::uint32_t order) {
-            const auto& chunks = table_->chunks_;
-            while (chunk_ + 1 < endChunk_ && !chunks[chunk_ + 1].empty() &&
-                   chunks[chunk_ + 1].front().order <= order) {
-                ++chunk_;
-                index_ = 0;
-            }
-            if (chunk_ < endChunk_ && !chunks[chunk_].empty()) {
-                const std::uint32_t first = chunks[chunk_].front().order;
-                index_ = std::max<std::size_t>(index_, order > first ? order - first : 0);
-            }
-        }
-
-    private:
-        std::shared_ptr<WeakTable> table_;
-        RecursiveGuard guard_;
-        std::shared_ptr<NSObject> owner_;
-        std::size_t chunk_ = 0;
-        std::size_t index_ = 0;
-        std::size_t endChunk_;
-        std::size_t endIndex_;
-    };
+    class Call; ///< keeps a payload in place while it is called
+    class Walk; ///< visits the entries in order
 
 private:
     static constexpr std::size_t largestChunk = 256;
-    static constexpr std::size_t ahead =
-        8; ///< entries whose memory is asked for while one is called
 
     [[nodiscard]] bool isCalled(const Entry& entry) const noexcept {
         for (const Call* call = calls_; call; call = call->next_) {
@@ -405,3 +227,6 @@ private:
 
 } // namespace v1
 } // namespace zel
+
+#include "platform/WeakTableCall.h"
+#include "platform/WeakTableWalk.h"

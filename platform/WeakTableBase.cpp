@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WeakTable.h"
+#include "platform/WeakTableBase.h"
+
+#include <mutex>
+#include <utility>
+#include <vector>
 
 namespace zel {
 inline namespace v1 {

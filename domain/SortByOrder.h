@@ -21,14 +21,15 @@ void placeByDigit(const Item* from, Item* to, std::size_t count, std::uint32_t b
     const auto digitOf = [&](const Item& item) {
         return (item.order - base) >> shift & ((1U << width) - 1);
     };
-    std::array<std::uint32_t, mostDigits> places{};
+    std::array<std::uint32_t, mostDigits> places; // of the digits there are, no others
+    const auto digitsEnd = places.begin() + (std::ptrdiff_t{1} << width);
+    std::fill(places.begin(), digitsEnd, 0);
     for (const Item* each = from; each != from + count; ++each) {
         ++places[digitOf(*each)];
     }
     std::uint32_t next = 0;
-    for (std::uint32_t& place : places) {
-        next += std::exchange(place, next);
-    }
+    std::for_each(places.begin(), digitsEnd,
+                  [&](std::uint32_t& place) { next += std::exchange(place, next); });
     for (const Item* each = from; each != from + count; ++each) {
         to[places[digitOf(*each)]++] = *each;
     }

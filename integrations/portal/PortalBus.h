@@ -39,7 +39,6 @@ public:
     /// Asks for the colour scheme, behind the subscriptions, so that no change falls in between. A
     /// question under way is dropped.
     bool ask();
-    [[nodiscard]] bool asking() const noexcept { return question_ != nullptr; }
 
     /// Handles one message.
     [[nodiscard]] Event process();

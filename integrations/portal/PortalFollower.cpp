@@ -100,9 +100,10 @@ void PortalFollower::ask() {
     }
 }
 
-// However much changes while a question is under way, one more question is enough.
+// However much changes while an answer is still in time, one more question is enough. One that is
+// late may never come.
 void PortalFollower::askAgain() {
-    if (bus_->asking()) {
+    if (deadline_) {
         askAgain_ = true;
     } else {
         ask();
@@ -184,6 +185,9 @@ void PortalFollower::overdue() {
     } else {
         conclude(ZelPortalStatus::NoAnswer, "The desktop portal has not answered within " + limit);
         retryLater();
+        if (askAgain_) {
+            ask();
+        }
     }
 }
 

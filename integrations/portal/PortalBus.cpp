@@ -142,10 +142,14 @@ void PortalBus::ownerChanged(sd_bus_message& signal) {
 
 void PortalBus::answered(sd_bus_message& reply) {
     question_.reset();
+    const auto sender = senderOf(reply);
+    if (owner_ && sender != *owner_ && sender != busName) {
+        return; // it was the portal when it was asked, and is not any more
+    }
     event_ = Event::Answered;
     answer_ = readAnswer(reply);
     // A portal that was there before us is known by its first answer.
-    if (const auto sender = senderOf(reply); !owner_ && !sender.empty() && sender.front() == ':') {
+    if (!owner_ && !sender.empty() && sender.front() == ':') {
         owner_ = sender;
     }
 }

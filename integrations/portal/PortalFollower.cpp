@@ -113,8 +113,10 @@ void PortalFollower::askAgain() {
 void PortalFollower::handle(PortalBus::Event event) {
     switch (event) {
     case PortalBus::Event::SettingChanged:
-    case PortalBus::Event::PortalCame:
         askAgain();
+        break;
+    case PortalBus::Event::PortalCame:
+        ask(); // a question under way may be its predecessor's
         break;
     case PortalBus::Event::PortalLeft:
         // A question under way is answered by the bus, or by the portal's successor.

@@ -4,7 +4,16 @@
 using namespace zeltest;
 
 /// Questions that their portal never answers, or too late, while things go on.
-class SuccessionTests : public PortalTests {};
+class SuccessionTests : public PortalTests {
+protected:
+    /// Has the portal keep one more question.
+    void leaveAQuestionOpen() {
+        const int before = portal->questions();
+        portal->keepQuestions();
+        host->appearance->refresh();
+        ASSERT_TRUE(host->run([&] { return portal->questions() == before + 1; }, {&*portal}));
+    }
+};
 
 TEST_F(SuccessionTests, AChangeIsAskedForThoughAnEarlierQuestionWasNeverAnswered) {
     host->options.answerTimeout = 50ms;
@@ -26,4 +35,34 @@ TEST_F(SuccessionTests, AChangeIsAskedForAtLastThoughTheQuestionBeforeItIsNeverA
     portal->emitChange(1); // while the answer would be in time
     EXPECT_TRUE(host->runUntilDark(true, {&*portal}));
     EXPECT_EQ(host->status(), ZelPortalStatus::Following);
+}
+
+TEST_F(SuccessionTests, ASuccessorIsAskedThoughItsPredecessorStaysAndOwesAnAnswer) {
+    follow();
+    leaveAQuestionOpen();
+    portal->dropName();
+    FakePortal successor(bus.address());
+    successor.setScheme(1);
+    successor.takeName();
+    EXPECT_TRUE(host->runUntilDark(true, {&*portal, &successor}));
+    EXPECT_EQ(successor.questions(), 1);
+    portal->answerKept(number(0)); // too late, and nobody's business any more
+    settle(*portal);
+    EXPECT_TRUE(isDark());
+    EXPECT_EQ(successor.questions(), 1);
+}
+
+TEST_F(SuccessionTests, WhatAPortalAnswersAfterGivingUpItsNameDoesNotCount) {
+    follow();
+    leaveAQuestionOpen();
+    portal->dropName();
+    ASSERT_TRUE(host->runUntil(ZelPortalStatus::Lost, {&*portal}));
+    portal->answerKept(number(1));
+    settle(*portal);
+    EXPECT_EQ(host->status(), ZelPortalStatus::Lost);
+    EXPECT_FALSE(isDark());
+    FakePortal successor(bus.address());
+    successor.setScheme(1);
+    successor.takeName();
+    EXPECT_TRUE(host->runUntilDark(true, {&*portal, &successor}));
 }

@@ -44,9 +44,24 @@ void giveOthersATurn() {
     }
 }
 
+/// Makes the lock file anew. Root, who may be at work on a user's file, leaves it to the user, who
+/// could lock it never again otherwise; one that exists already may be anybody's and stays as it
+/// is.
+FileDescriptor createLockFile(const std::string& path, int flags) {
+    FileDescriptor file(::open(path.c_str(), flags | O_CREAT | O_EXCL, 0600));
+    struct stat folder {};
+    if (file && ::geteuid() == 0 && ::stat(folderOf(path).c_str(), &folder) == 0) {
+        [[maybe_unused]] const int refused = ::fchown(file.number(), folder.st_uid, folder.st_gid);
+    }
+    return file;
+}
+
 FileDescriptor openLockFile(const std::string& path) {
-    FileDescriptor file(
-        ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+    constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    FileDescriptor file = createLockFile(path, flags);
+    if (!file) {
+        file = FileDescriptor(::open(path.c_str(), flags | O_CREAT, 0600));
+    }
     struct stat status {};
     if (!file || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return FileDescriptor();

@@ -137,6 +137,21 @@ TEST_F(DefaultsFilePlaces, WhatIsNoLockFileInItsPlaceStaysAndNothingIsWritten) {
     }
 }
 
+TEST_F(DefaultsFilePlaces, AFileOfAUsersThatRootHasWrittenIsTheUsersToWrite) {
+    write("k = \"old\"\n");
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root writes other people's files";
+    }
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    ASSERT_EQ(::chown((folder + "/Painter").c_str(), 65534, 65534), 0);
+    ASSERT_EQ(::chown(file().c_str(), 65534, 65534), 0);
+    EXPECT_TRUE(NSUserDefaults().setObject("root's", "k"));
+    const int result = inChild(
+        [] { return becomeOrdinaryUser() && NSUserDefaults().setObject("user's", "k") ? 42 : 1; });
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(text(), "k = \"user's\"\n");
+}
+
 TEST_F(DefaultsFilePlaces, WhatStandsWhereANewTextIsPreparedIsNotWrittenThrough) {
     write("k = \"old\"\n");
     const std::string other = folder + "/other";

@@ -119,7 +119,7 @@ void PortalFollower::handle(PortalBus::Event event) {
         ask(); // a question under way may be its predecessor's
         break;
     case PortalBus::Event::PortalLeft:
-        // A question under way is answered by the bus, or by the portal's successor.
+        // A question under way is answered by the bus, or its successor is asked.
         if (status_ != ZelPortalStatus::Connecting) {
             portalIsAbsent("The desktop portal has left the bus.");
         }

@@ -163,6 +163,29 @@ TEST_F(BusFaultTests, WhatIsNoBusIsToldAndLeft) {
     EXPECT_EQ(host->appearance->fileDescriptor(), -1);
 }
 
+TEST_F(BusFaultTests, ABusThatTalksNonsenseAfterLettingUsInIsToldAndLeft) {
+    StuckBus other(bus.folder());
+    host->options.busAddress = other.busAddress();
+    host->start();
+    other.say("DATA\r\nOK 0123456789abcdef0123456789abcdef\r\n" + std::string(4096, 'x'));
+    ASSERT_TRUE(host->runUntil(ZelPortalStatus::NoBus));
+    EXPECT_EQ(host->appearance->fileDescriptor(), -1);
+    EXPECT_LT(host->rounds, 20);
+}
+
+TEST_F(BusFaultTests, ABusThatStandsStillIsToldAndItsLateAnswerCounts) {
+    host->options.answerTimeout = 100ms;
+    followDark();
+    bus.freeze();
+    host->appearance->refresh();
+    ASSERT_TRUE(host->runUntil(ZelPortalStatus::NoAnswer));
+    EXPECT_FALSE(isDark());
+    bus.thaw();
+    ASSERT_TRUE(host->runUntil(ZelPortalStatus::Following, {&*portal}));
+    EXPECT_TRUE(isDark());
+    host->expectThatNothingWasWaitedFor();
+}
+
 TEST_F(BusFaultTests, ABusThatHangsUpIsToldAndLeft) {
     StuckBus other(bus.folder());
     host->options.busAddress = other.busAddress();

@@ -83,6 +83,16 @@ void FakePortal::emitChangeOf(const char* group, const char* key, const char* to
     send(portalPath, settings, "SettingChanged", to, "ssv", group, key, "s", "prefer-dark");
 }
 
+void FakePortal::emitChangeOfShape(const std::function<void(sd_bus_message*)>& fill,
+                                   const char* to) {
+    sd_bus_message* made = nullptr;
+    EXPECT_GE(sd_bus_message_new_signal(bus_.get(), &made, portalPath, settings, "SettingChanged"),
+              0);
+    const std::unique_ptr<sd_bus_message, Unref> signal(made);
+    fill(made);
+    EXPECT_GE(sd_bus_send_to(bus_.get(), made, to, nullptr), 0);
+}
+
 void FakePortal::emitFlood(int count) {
     for (int sent = 0; sent < count; ++sent) {
         emitChange(static_cast<std::uint32_t>(sent % 3));

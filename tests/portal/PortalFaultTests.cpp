@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <thread>
 
+#include <sys/resource.h>
+
 using namespace zeltest;
 
 class PortalFaultTests : public PortalTests {
@@ -99,6 +101,7 @@ TEST_F(PortalFaultTests, ASilentPortalIsToldInTimeAndItsLateAnswerCounts) {
     host->options.answerTimeout = 50ms;
     portal->keepQuestions();
     host->start();
+    ::unsetenv("SYSTEMD_BUS_TIMEOUT");
     const auto begin = Clock::now();
     ASSERT_TRUE(host->runUntil(ZelPortalStatus::NoAnswer, {&*portal}));
     EXPECT_GE(Clock::now() - begin, 50ms);
@@ -107,6 +110,7 @@ TEST_F(PortalFaultTests, ASilentPortalIsToldInTimeAndItsLateAnswerCounts) {
     portal->answerKept(number(1));
     ASSERT_TRUE(host->runUntil(ZelPortalStatus::Following, {&*portal}));
     EXPECT_TRUE(isDark());
+    host->expectThatNothingWasWaitedFor();
 }
 
 TEST_F(PortalFaultTests, APortalThatFallsSilentIsToldAndLight) {
@@ -203,6 +207,8 @@ TEST_F(PortalFaultTests, APortalThatGaveItsNameAwayIsNotFollowedAnyMore) {
 TEST_F(PortalFaultTests, AFloodOfSignalsIsOneMoreQuestionAndLeavesTheHostItsTurn) {
     constexpr int signals = 100000;
     follow();
+    rusage before{};
+    ::getrusage(RUSAGE_SELF, &before);
     portal->keepQuestions();
     portal->emitChange(1);
     ASSERT_TRUE(host->run([&] { return portal->questions() == 2; }, {&*portal}));
@@ -213,4 +219,8 @@ TEST_F(PortalFaultTests, AFloodOfSignalsIsOneMoreQuestionAndLeavesTheHostItsTurn
     ASSERT_TRUE(host->runUntilDark(true, {&*portal}));
     EXPECT_EQ(portal->questions(), 3);
     EXPECT_GE(host->rounds, signals / 100);
+    host->expectThatNothingWasWaitedFor();
+    rusage after{};
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 16 * 1024); // kilobytes; the flood is larger
 }

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <poll.h>
+#include <time.h>
 
 #include <algorithm>
 #include <chrono>
@@ -38,12 +39,20 @@ inline void setLight() {
         zel::NSAppearance::appearanceNamed(zel::NSAppearanceNameAqua));
 }
 
+inline Clock::duration processorTime() {
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 /// A host with a loop of its own, in which the fake portals of the test take part.
 class Host {
 public:
     zel::ZelPortalOptions options;
     std::vector<ZelPortalStatus> heard; // every status in turn, repeated where the reason changed
     int rounds = 0;                     // of the loop
+    Clock::duration longestCall{0};     // of `process`, by the clock on the wall
+    Clock::duration longestWork{0};     // of `process`, in processor time
     std::optional<zel::ZelPortalAppearance> appearance{std::in_place};
 
     explicit Host(std::string address) {
@@ -67,22 +76,38 @@ public:
             if (Clock::now() >= end) {
                 return false;
             }
-            ++rounds;
-            std::vector<pollfd> waited;
-            waited.push_back({appearance->fileDescriptor(), appearance->events(), 0});
-            for (const auto* portal : portals) {
-                waited.push_back({portal->fileDescriptor(), POLLIN, 0});
-            }
-            const auto limit = std::chrono::ceil<std::chrono::milliseconds>(
-                appearance->nextTimeout().value_or(patience));
-            ::poll(waited.data(), waited.size(),
-                   static_cast<int>(std::min<std::int64_t>(limit.count(), 1000)));
-            appearance->process();
-            for (auto* portal : portals) {
-                portal->process();
-            }
+            step(portals, 1s);
         }
         return true;
+    }
+    /// One round of the loop.
+    void step(const std::vector<FakePortal*>& portals, std::chrono::milliseconds longestWait) {
+        ++rounds;
+        std::vector<pollfd> waited;
+        waited.push_back({appearance->fileDescriptor(), appearance->events(), 0});
+        for (const auto* portal : portals) {
+            waited.push_back({portal->fileDescriptor(), POLLIN, 0});
+        }
+        const auto limit = std::chrono::ceil<std::chrono::milliseconds>(
+            appearance->nextTimeout().value_or(patience));
+        ::poll(waited.data(), waited.size(),
+               static_cast<int>(std::min(limit, longestWait).count()));
+        process();
+        for (auto* portal : portals) {
+            portal->process();
+        }
+    }
+    void process() {
+        const auto begin = Clock::now();
+        const auto workBefore = processorTime();
+        appearance->process();
+        longestWork = std::max(longestWork, processorTime() - workBefore);
+        longestCall = std::max(longestCall, Clock::now() - begin);
+    }
+    /// On any machine: whoever waited for a bus or a portal would have taken longer.
+    void expectThatNothingWasWaitedFor() const {
+        EXPECT_LT(longestCall, 5s);
+        EXPECT_LT(longestWork, 100ms);
     }
     bool runUntil(ZelPortalStatus wanted, std::vector<FakePortal*> portals = {}) {
         return run([&] { return status() == wanted; }, std::move(portals));

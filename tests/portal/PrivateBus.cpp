@@ -85,4 +85,13 @@ void PrivateBus::stop() {
     }
 }
 
+void PrivateBus::freeze() {
+    ::kill(daemon_, SIGSTOP);
+    ::waitpid(daemon_, nullptr, WUNTRACED);
+}
+
+void PrivateBus::thaw() {
+    ::kill(daemon_, SIGCONT);
+}
+
 } // namespace zeltest

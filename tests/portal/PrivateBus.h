@@ -26,6 +26,9 @@ public:
     void setPortalCommand(const std::string& command);
     /// Ends the daemon and with it every connection; the address stays the same.
     void stop();
+    /// Lets the daemon stand still, and go on: it keeps every connection and serves none.
+    void freeze();
+    void thaw();
 
     [[nodiscard]] const std::string& folder() const { return folder_; }
     [[nodiscard]] std::string address() const { return "unix:path=" + folder_ + "/bus"; }

@@ -34,7 +34,7 @@ struct ZelPortalOptions {
     /// may call any operation and destroy the object. `reason` is a sentence for a log.
     std::function<void(ZelPortalStatus status, const std::string& reason)> statusChanged;
     /// Without an answer for so long, the status says so; an answer that comes later still counts.
-    /// At most 5 minutes.
+    /// Time is never up before all that has come by then was read. At most 5 minutes.
     std::chrono::milliseconds answerTimeout{1000};
     /// After a failure, tries again after this time, then after twice as long each time, at most 5
     /// minutes. 0: never, other than when bus or portal report a change.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "UserDefaultsTestsFolder.h"
 
+#include "tests/support/Sanitized.h"
+
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -201,14 +203,6 @@ TEST_F(DefaultsFileTrouble, AFullDiskLeavesTheOldFileAndNothingElse) {
     EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
 }
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#else
-constexpr bool kSanitized = false;
-#endif
-
 /// Takes what the heap still has, but for what a small object needs.
 void exhaustMemory() {
     for (std::size_t size = std::size_t{64} << 20; size >= 4096; size /= 2) {
@@ -219,7 +213,7 @@ void exhaustMemory() {
 }
 
 TEST_F(DefaultsFileTrouble, AnExhaustedMemoryIsNotFeltOutside) {
-    if (kSanitized) {
+    if (zeltest::kSanitized) {
         GTEST_SKIP() << "the sanitizer needs the memory";
     }
     write("k = \"old\"\n" + std::string(7u << 20, '#'));

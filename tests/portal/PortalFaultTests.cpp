@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PortalFixture.h"
 
+#include "tests/support/Sanitized.h"
+
 #include <cstdlib>
 #include <thread>
 
@@ -222,5 +224,6 @@ TEST_F(PortalFaultTests, AFloodOfSignalsIsOneMoreQuestionAndLeavesTheHostItsTurn
     host->expectThatNothingWasWaitedFor();
     rusage after{};
     ::getrusage(RUSAGE_SELF, &after);
-    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 16 * 1024); // kilobytes; the flood is larger
+    const auto grown = after.ru_maxrss - before.ru_maxrss;          // kilobytes
+    EXPECT_TRUE(zeltest::kSanitized || grown < 16 * 1024) << grown; // the flood is larger
 }

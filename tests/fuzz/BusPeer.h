@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/fuzz/BusValue.h"
+
+#include <systemd/sd-bus.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelfuzz {
+
+using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>;
+
+/// The other end of a connection to the session bus: bus daemon and desktop portal in one, on a
+/// socket of the process's own. Says whatever it is told to, in anybody's name.
+/// Owns: its socket and the one connection made to it. Threads: one; no operation waits.
+class BusPeer {
+public:
+    /// Makes the reply to a question for the colour scheme.
+    using Answer = std::function<Message(sd_bus_message* question)>;
+
+    explicit BusPeer(Answer answer);
+    ~BusPeer();
+    BusPeer(const BusPeer&) = delete;
+    BusPeer& operator=(const BusPeer&) = delete;
+
+    [[nodiscard]] std::string address() const { return "unix:abstract=" + name_; }
+
+    /// Handles what has come in; false where that was nothing.
+    bool process();
+
+    /// Sends a signal of the portal's settings, or of the bus, in a sender's name. False where the
+    /// bus allows no such values, or no such name: then nothing was sent.
+    bool emitSettingChanged(const std::vector<BusValue>& values, const char* sender);
+    bool emitNameOwnerChanged(const std::vector<BusValue>& values, const char* sender);
+
+private:
+    static int received(sd_bus_message* message, void* self, sd_bus_error*);
+    bool emit(Message signal, const std::vector<BusValue>& values, const char* sender);
+    bool acceptConnection();
+    void reply(sd_bus_message* call);
+
+    const Answer answer_;
+    const std::string name_; // of the socket
+    const int socket_;
+    std::unique_ptr<sd_bus, decltype(&sd_bus_close_unref)> bus_{nullptr, sd_bus_close_unref};
+};
+
+/// Appends values to a message, all or nothing that could be sent.
+[[nodiscard]] bool appendAll(const std::vector<BusValue>& values, sd_bus_message* message);
+
+} // namespace zelfuzz

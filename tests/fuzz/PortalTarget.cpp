@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: Apache-2.0
+// A session bus and a desktop portal that say anything. A line of an input is one of
+//   from NAME            in whose name all that follows is said (:1.5 to begin with)
+//   reply VALUE...       how the portal answers the next question; asked again, 0 in two variants
+//   error NAME TEXT      the same, with an error
+//   changed VALUE...     the signal that a setting has changed
+//   owner VALUE...       the signal that a name has got another owner
+// with values as in BusValue.h. Each reply is read by itself as well.
+#include "integrations/portal/PortalAnswer.h"
+#include "integrations/portal/PortalNames.h"
+#include "tests/fuzz/BusPeer.h"
+#include "tests/fuzz/PortalExpectation.h"
+#include "tests/fuzz/Require.h"
+
+#include <ZelStyleKit/NSApplication.h>
+#include <ZelStyleKit/ZelPortalAppearance.h>
+
+#include <optional>
+#include <string>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace zelfuzz {
+namespace {
+
+/// Reads a name on the bus; one that the bus doesn't allow changes nothing.
+void readSender(Script& script, std::string& sender) {
+    const std::string name = script.text();
+    if (name.find('\0') == std::string::npos && sd_bus_service_name_is_valid(name.c_str()) > 0) {
+        sender = name;
+    }
+}
+
+/// Makes the message of a reply; of the plainest error where the bus doesn't allow this one, and
+/// the reply is then that one.
+Message messageOf(Reply& reply, sd_bus_message* question) {
+    sd_bus_message* made = nullptr;
+    const sd_bus_error error{reply.error.c_str(), reply.text.c_str(), 0};
+    const int result = reply.error.empty()
+                           ? sd_bus_message_new_method_return(question, &made)
+                           : sd_bus_message_new_method_error(question, &made, &error);
+    Message message(made, sd_bus_message_unref);
+    const bool isAllowed =
+        reply.error.empty() || (reply.error.find('\0') == std::string::npos &&
+                                reply.text.find('\0') == std::string::npos &&
+                                sd_bus_interface_name_is_valid(reply.error.c_str()) > 0);
+    if (result >= 0 && isAllowed && sd_bus_message_set_sender(made, reply.sender.c_str()) >= 0 &&
+        (!reply.error.empty() || appendAll(reply.values, made))) {
+        return message;
+    }
+    reply = Reply{portalsName, "org.example.No", {}, "no"};
+    return messageOf(reply, question);
+}
+
+/// A connection that leads nowhere: messages can be made for it.
+class Nowhere {
+public:
+    Nowhere() {
+        require(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends_) == 0 &&
+                    sd_bus_new(&bus_) >= 0 && sd_bus_set_fd(bus_, ends_[0], ends_[0]) >= 0 &&
+                    sd_bus_start(bus_) >= 0 &&
+                    sd_bus_message_new_method_call(bus_, &question_, zel::portalName,
+                                                   zel::portalPath, zel::settingsInterface,
+                                                   "Read") >= 0 &&
+                    sd_bus_message_seal(question_, 1, 0) >= 0,
+                "a connection that leads nowhere can be made");
+    }
+    Nowhere(const Nowhere&) = delete;
+    Nowhere& operator=(const Nowhere&) = delete;
+    ~Nowhere() {
+        sd_bus_message_unref(question_);
+        sd_bus_close_unref(bus_);
+        ::close(ends_[1]);
+    }
+    [[nodiscard]] sd_bus_message* question() const noexcept { return question_; }
+
+private:
+    int ends_[2]{-1, -1};
+    sd_bus* bus_ = nullptr;
+    sd_bus_message* question_ = nullptr;
+};
+
+void checkReading(Reply reply) {
+    static const Nowhere nowhere;
+    const Message message = messageOf(reply, nowhere.question());
+    if (sd_bus_message_seal(message.get(), 2, 0) < 0 ||
+        sd_bus_message_rewind(message.get(), 1) < 0) {
+        return;
+    }
+    const zel::PortalAnswer answer = zel::readAnswer(*message);
+    using Kind = zel::PortalAnswer::Kind;
+    const Kind expected = reply.error.empty()            ? Kind::Value
+                          : reply.sender == zel::busName ? Kind::Unreachable
+                                                         : Kind::Error;
+    require(answer.kind == expected, "a reply is known for what it is", answer.text);
+    require(answer.scheme == (reply.error.empty() ? schemeOf(reply.values) : std::nullopt),
+            "a reply's number is read, and nothing else", answer.text);
+    require(!answer.text.empty(), "every reply has a sentence about it");
+}
+
+/// Plays an input's story to the real thing, and to what is expected of it.
+class Story {
+public:
+    explicit Story(std::string_view input)
+        : script_(input), peer_([this](sd_bus_message* question) { return answer(question); }) {}
+
+    void play() {
+        const auto application = zel::NSApplication::sharedApplication();
+        application->setEffectiveAppearance(
+            zel::NSAppearance::appearanceNamed(zel::NSAppearanceNameAqua));
+        readReply();
+        zel::ZelPortalOptions options;
+        options.busAddress = peer_.address();
+        options.answerTimeout = std::chrono::minutes(5);
+        options.retryAfter = std::chrono::milliseconds(0);
+        portal_.start(std::move(options));
+        do {
+            settle();
+            check(*application);
+        } while (goOn());
+    }
+
+private:
+    /// Reads lines up to one that says how to answer; true where that came first.
+    void readReply() {
+        next_ = Reply{};
+        Script ahead = script_;
+        while (ahead.nextLine()) {
+            const std::string_view word = ahead.word();
+            if (word == "from") {
+                readSender(ahead, sender_);
+            } else if (word == "reply" || word == "error") {
+                next_.sender = sender_;
+                if (word == "error") {
+                    next_.error = ahead.text();
+                    next_.text = ahead.textToLineEnd();
+                } else {
+                    next_.values = BusValue::readAll(ahead);
+                }
+            } else {
+                break;
+            }
+            script_ = ahead;
+        }
+    }
+
+    /// Does what the next line says; false behind the last one.
+    bool goOn() {
+        if (!script_.nextLine()) {
+            return false;
+        }
+        const std::string_view word = script_.word();
+        const Values values = BusValue::readAll(script_);
+        const std::string sender = sender_; // what follows is about replies to come
+        readReply();
+        if (word == "changed" && peer_.emitSettingChanged(values, sender.c_str())) {
+            expected_.hearOfChange(values, sender);
+        } else if (word == "owner" && peer_.emitNameOwnerChanged(values, sender.c_str())) {
+            expected_.hearOfOwner(values, sender);
+        }
+        return true;
+    }
+
+    Message answer(sd_bus_message* question) {
+        ++questions_;
+        Reply reply = next_;
+        Message message = messageOf(reply, question);
+        expected_.take(reply);
+        return message;
+    }
+
+    /// Lets both sides work until neither has anything to do.
+    void settle() {
+        constexpr int enough = 3; // rounds in a row in which nothing came
+        for (int idle = 0; idle < enough; ++idle) {
+            while (peer_.process()) {
+                idle = 0;
+            }
+            portal_.process();
+        }
+    }
+
+    void check(const zel::NSApplication& application) const {
+        require(questions_ == expected_.questions, "the portal is asked when it has to be");
+        require(portal_.status() == expected_.status, "the status is what it says",
+                portal_.reason());
+        require(portal_.colorScheme() == expected_.scheme, "the scheme is the portal's",
+                portal_.reason());
+        const bool isDark =
+            application.effectiveAppearance().name() == zel::NSAppearanceNameDarkAqua;
+        require(isDark == (expected_.scheme == 1U), "dark is the number one, and nothing else",
+                portal_.reason());
+        require(!portal_.reason().empty(), "a status has a reason");
+    }
+
+    Script script_;
+    std::string sender_ = portalsName;
+    Reply next_;
+    Expectation expected_;
+    int questions_ = 0;
+    BusPeer peer_;
+    zel::ZelPortalAppearance portal_;
+};
+
+void checkReplies(Script script) {
+    std::string sender = portalsName;
+    while (script.nextLine()) {
+        const std::string_view word = script.word();
+        if (word == "from") {
+            readSender(script, sender);
+        } else if (word == "reply") {
+            checkReading({sender, {}, BusValue::readAll(script), {}});
+        } else if (word == "error") {
+            const std::string name = script.text();
+            checkReading({sender, name, {}, script.textToLineEnd()});
+        }
+    }
+}
+
+} // namespace
+} // namespace zelfuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace zelfuzz;
+    const std::string_view input(reinterpret_cast<const char*>(data), size);
+    checkReplies(Script(input));
+    if (isOneOf(8, input)) {
+        Story(input).play();
+    }
+    return 0;
+}

@@ -22,7 +22,7 @@ inline namespace v1 {
 //
 // Any other line (a comment, another program's entry, damage) means nothing here and stays as it
 // is, byte for byte. Where several lines bear one key, the last that can be understood counts.
-// Lines end with LF or CRLF; a byte order mark may stand first.
+// Lines end with LF or CRLF; byte order marks may stand before them.
 // Pure functions; they throw nothing but std::bad_alloc.
 
 using DefaultsFileEntries = std::map<std::string, NSUserDefaultsValue, std::less<>>;

@@ -154,6 +154,17 @@ private:
     std::size_t at_ = 0;
 };
 
+/// How many bytes of byte order marks a line begins with. On any line, as in files that were put
+/// together: what a line means must not depend on how many lines before it are removed.
+std::size_t byteOrderMarksOf(std::string_view line) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    std::size_t length = 0;
+    while (line.substr(length).starts_with(mark)) {
+        length += mark.size();
+    }
+    return length;
+}
+
 /// The entry on a line that begins at an offset of the text; none where it can't be understood.
 std::optional<DefaultsFileLine> parseLine(std::string_view content, std::size_t offset) {
     LineReader reader(content);
@@ -178,9 +189,7 @@ std::optional<DefaultsFileLine> parseLine(std::string_view content, std::size_t 
 
 void forEachDefaultsLine(std::string_view text,
                          const std::function<void(DefaultsFileLine&&)>& visit) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    std::size_t begin = text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
-    while (begin < text.size()) {
+    for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t mark = text.find('\n', begin);
         const bool complete = mark != std::string_view::npos;
         std::string_view content = text.substr(begin, complete ? mark - begin : mark);
@@ -188,8 +197,10 @@ void forEachDefaultsLine(std::string_view text,
             content.remove_suffix(1);
         }
         const std::size_t end = complete ? mark + 1 : text.size();
-        if (auto line = parseLine(content, begin)) {
-            line->begin = begin;
+        const std::size_t marks = byteOrderMarksOf(content);
+        if (auto line = parseLine(content.substr(marks), begin + marks)) {
+            // Those at the text's beginning belong to the file and not to its first line.
+            line->begin = begin == 0 ? marks : begin;
             line->end = end;
             visit(std::move(*line));
         }

@@ -41,21 +41,19 @@ std::vector<std::string_view> linesOf(std::string_view text) {
     return lines;
 }
 
-/// Whether a line, the index-th of its file, is an entry of the key.
-bool isEntryOf(std::string_view key, std::string_view line, std::size_t index) {
-    return !(index > 0 && line.starts_with(byteOrderMark)) &&
-           zel::parseDefaultsFile(line).contains(key);
+/// Whether a line is an entry of the key, wherever it stands.
+bool isEntryOf(std::string_view key, std::string_view line) {
+    return zel::parseDefaultsFile(line).contains(key);
 }
 
 void checkRemoval(std::string_view text, std::string_view key, std::string_view after) {
     std::string expected;
-    const auto lines = linesOf(text);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (!isEntryOf(key, lines[i], i)) {
-            expected += lines[i];
-        } else if (lines[i].starts_with(byteOrderMark)) {
-            expected += byteOrderMark;
-        }
+    for (std::string_view marked = text; marked.starts_with(byteOrderMark);) {
+        expected += byteOrderMark;
+        marked.remove_prefix(byteOrderMark.size());
+    }
+    for (const std::string_view line : linesOf(text.substr(expected.size()))) {
+        expected += isEntryOf(key, line) ? std::string_view() : line;
     }
     require(after == expected, "a removal takes the key's lines and no other", text);
 }
@@ -67,8 +65,7 @@ void checkAddition(std::string_view text, std::string_view key, std::string_view
     if (!text.empty() && !text.ends_with('\n')) {
         added.remove_prefix(added.starts_with('\r') ? 2 : 1);
     }
-    require(linesOf(added).size() == 1 && isEntryOf(key, added, 1), "an addition is one line",
-            text);
+    require(linesOf(added).size() == 1 && isEntryOf(key, added), "an addition is one line", text);
 }
 
 void checkReplacement(std::string_view text, std::string_view key, std::string_view after) {
@@ -79,7 +76,7 @@ void checkReplacement(std::string_view text, std::string_view key, std::string_v
     for (std::size_t i = 0; i < old.size(); ++i) {
         if (old[i] != now[i]) {
             ++changed;
-            require(isEntryOf(key, old[i], i) && isEntryOf(key, now[i], i),
+            require(isEntryOf(key, old[i]) && isEntryOf(key, now[i]),
                     "a replacement touches the key's line alone", text);
         }
     }

@@ -100,6 +100,17 @@ TEST_F(DefaultsFileFormat, CanBeWrittenByHand) {
               NSUserDefaultsValue(NSNumber::numberWithBool(true)));
 }
 
+TEST_F(DefaultsFileFormat, ALineMeansTheSameWhateverIsRemovedBeforeIt) {
+    const NSUserDefaultsValue two = NSNumber::numberWithLong(2);
+    for (const std::string& mark : {std::string(), std::string("\xEF\xBB\xBF")}) {
+        write(mark + "k = 1\n\xEF\xBB\xBFl = 2\n");
+        EXPECT_EQ(NSUserDefaults().objectForKey("l"), two);
+        EXPECT_TRUE(NSUserDefaults().setObject(std::nullopt, "k"));
+        EXPECT_EQ(text(), mark + "\xEF\xBB\xBFl = 2\n");
+        EXPECT_EQ(NSUserDefaults().objectForKey("l"), two);
+    }
+}
+
 TEST_F(DefaultsFileFormat, TakesNoLineThatItDoesNotWhollyUnderstand) {
     for (const char* const value :
          {"", "word", "\"open", "\"a\" \"b\"", "\"\\q\"", "\"\\x4\"", "\"\\x+1\"", "1 2", "12x",

@@ -135,7 +135,8 @@ std::string editDefaultsFile(std::string_view text, std::string_view key,
     }
     const std::string_view lineEnd = lineEndOf(text);
     if (!text.empty() && text.back() != '\n') {
-        result += lineEnd;
+        // Half a line end is completed: with another one before it, it would become the value's.
+        result += text.back() == '\r' ? "\n" : lineEnd;
     }
     return result.append(keyText(key)).append(" = ").append(textOf(*value)).append(lineEnd);
 }

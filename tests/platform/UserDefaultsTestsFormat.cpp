@@ -138,6 +138,13 @@ TEST_F(DefaultsFileFormat, ANewEntryStandsBehindAnUnfinishedLastLine) {
     EXPECT_EQ(text(), "# no line end\nk = \"v\"\n");
 }
 
+TEST_F(DefaultsFileFormat, ANewEntryCompletesHalfALineEnd) {
+    write("k = 1\r\nl = 2\r");
+    EXPECT_TRUE(NSUserDefaults().setObject("x", "m"));
+    EXPECT_EQ(text(), "k = 1\r\nl = 2\r\nm = \"x\"\r\n");
+    EXPECT_EQ(NSUserDefaults().objectForKey("l"), NSUserDefaultsValue(NSNumber::numberWithLong(2)));
+}
+
 TEST_F(DefaultsFileFormat, KeepsAndContinuesWindowsLineEnds) {
     write("one = 1\r\ntwo = 2\r\nthree");
     EXPECT_TRUE(NSUserDefaults().setObject(NSNumber::numberWithLong(9), "one"));

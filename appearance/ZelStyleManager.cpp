@@ -40,7 +40,7 @@ bool standsBefore(const std::shared_ptr<ZelStyleManagerMode>& a,
 } // namespace
 
 struct ZelStyleManager::State {
-    mutable RecursiveLock lock;
+    mutable RecursiveLock lock{LockRank::ModeList};
     Modes modes; // changed under the lock, in the order of standsBefore
 };
 

@@ -62,7 +62,7 @@ private:
         }
     }
 
-    RecursiveLock lock_; // the class's lock: outside every lock of a domain
+    RecursiveLock lock_{LockRank::DomainRegistry}; // the class's lock
     std::map<std::string, Registered, std::less<>> domains_;
     std::uint64_t next_ = 0;
 };

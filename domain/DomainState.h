@@ -22,7 +22,7 @@ inline namespace v1 {
 
 /// A domain's fields.
 struct ZelStyleDomain::State {
-    RecursiveLock schemesLock; // outside a scheme's own lock, inside the handler tables'
+    RecursiveLock schemesLock{LockRank::Schemes};
     std::map<std::string, std::shared_ptr<ZelStyleScheme>, std::less<>>
         schemesByIdentifier; // guarded by schemesLock
 

@@ -5,7 +5,8 @@ namespace zel {
 inline namespace v1 {
 
 RecursiveLock& DeliveryGate::lock() {
-    static auto* const lock = new RecursiveLock; // never destroyed: domains may end at exit
+    static auto* const lock =
+        new RecursiveLock(LockRank::DeliveryGate); // never destroyed: domains may end at exit
     return *lock;
 }
 

@@ -20,7 +20,7 @@ struct Observation {
 };
 
 /// Observed object to its observations, in the order in which they were added.
-using ObservationTable = WeakTable<std::vector<Observation>>;
+using ObservationTable = WeakTable<std::vector<Observation>, LockRank::Observations>;
 
 const std::shared_ptr<ObservationTable>& observations() {
     static auto* const table =

@@ -26,7 +26,7 @@ struct Registration {
 };
 
 /// Observer to its registrations, in the order in which they were added.
-using RegistrationTable = WeakTable<std::vector<Registration>>;
+using RegistrationTable = WeakTable<std::vector<Registration>, LockRank::Notifications>;
 
 struct Call {
     std::weak_ptr<NSObject> observer;

@@ -19,9 +19,10 @@ inline namespace v1 {
 /// Owns: the payloads. Refers to: the owners.
 /// Threads: every operation but `Walk`'s wants `lock` held; a removed payload is handed out, so
 /// that it can end after the lock is released.
-template <class Payload>
+template <class Payload, LockRank Rank = LockRank::HandlerTable>
 class WeakTable : public WeakTableBase {
 public:
+    WeakTable() { lock.setRank(Rank); }
     struct Entry : WeakTableEntry {
         Payload payload;
     };

@@ -39,7 +39,7 @@ public:
     [[nodiscard]] std::uint32_t number() const noexcept { return number_; }
 
     /// The table's lock. Recursive, and held for a whole walk, callbacks included.
-    RecursiveLock lock;
+    RecursiveLock lock{LockRank::HandlerTable};
 
 protected:
     /// This table's entry of an owner's, or nothing.

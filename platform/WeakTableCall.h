@@ -12,8 +12,8 @@ inline namespace v1 {
 /// the entry; for one entry after another. Made and ended with the lock held, as each call is begun
 /// and ended; the call itself may run without it. A call that isn't ended, since an exception
 /// passed, ends with this.
-template <class Payload>
-class WeakTable<Payload>::Call {
+template <class Payload, LockRank Rank>
+class WeakTable<Payload, Rank>::Call {
 public:
     explicit Call(WeakTable& table) noexcept : table_(table), next_(table.calls_) {
         if (next_) {

@@ -13,8 +13,8 @@ inline namespace v1 {
 
 /// A walk over the entries there are now whose owners live, in order. Holds the lock. Nothing
 /// of it allocates.
-template <class Payload>
-class WeakTable<Payload>::Walk {
+template <class Payload, LockRank Rank>
+class WeakTable<Payload, Rank>::Walk {
 public:
     explicit Walk(std::shared_ptr<WeakTable> table)
         : table_(std::move(table)), guard_(table_->lock), endChunk_(table_->chunks_.size()),

@@ -24,7 +24,7 @@ struct UpdateFollower {
 };
 
 /// Owner to its one follower, in the order in which owners came.
-using UpdateFollowers = WeakTable<UpdateFollower>;
+using UpdateFollowers = WeakTable<UpdateFollower, LockRank::UpdateFollowers>;
 
 /// A style's fields, but for the merged values, which reads want without a detour.
 struct StyleState {
@@ -34,11 +34,11 @@ struct StyleState {
     AtomicWeakReference<ZelStyle> parentStyle;
     AtomicIdentifier identifier;
 
-    RecursiveLock updateLock;                   ///< the style's own lock; outside valuesLock
-    std::shared_ptr<UpdateFollowers> followers; ///< guarded by updateLock
+    RecursiveLock updateLock{LockRank::StyleUpdate}; ///< the style's own lock
+    std::shared_ptr<UpdateFollowers> followers;      ///< guarded by updateLock
 
-    RecursiveLock valuesLock; ///< a child's is taken before its parent's
-    OwnValues own;            ///< guarded by valuesLock, as the merged values are
+    RecursiveLock valuesLock{LockRank::StyleValues};
+    OwnValues own; ///< guarded by valuesLock, as the merged values are
 };
 
 } // namespace v1

@@ -79,6 +79,7 @@ std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const {
 
 void ZelStyle::setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle) {
     state_->parentStyle.store(parentStyle);
+    state_->valuesLock.forgetOrder();
     StyleLookupEpoch::advance(); // another family
 }
 

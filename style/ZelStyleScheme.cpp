@@ -36,8 +36,8 @@ std::string keyOf(const ZelStyle& style) {
 struct ZelStyleScheme::State {
     AtomicWeakReference<ZelStyleDomain> domain;
     AtomicIdentifier identifier;
-    mutable RecursiveLock lock; // the innermost of a domain's locks
-    Styles styles;              // guarded by lock
+    mutable RecursiveLock lock{LockRank::SchemeStyles};
+    Styles styles; // guarded by lock
 };
 
 ZelStyleScheme::ZelStyleScheme() : state_(std::make_unique<State>()) {}

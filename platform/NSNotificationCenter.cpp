@@ -11,6 +11,12 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
+/// Whether the weak reference is to that object, which lives. Without taking hold of it: that might
+/// end it, with the table locked.
+bool isTo(const std::weak_ptr<NSObject>& reference, const std::shared_ptr<NSObject>& object) {
+    return !reference.owner_before(object) && !object.owner_before(reference);
+}
+
 struct Registration {
     std::shared_ptr<const NSNotificationCenter::Callback> callback;
     std::string name;
@@ -21,7 +27,7 @@ struct Registration {
     /// ended.
     [[nodiscard]] bool wants(const NSNotification& notification) const {
         return name == notification.name &&
-               (anyObject || (notification.object && object.lock() == notification.object));
+               (anyObject || (notification.object && isTo(object, notification.object)));
     }
 };
 
@@ -85,7 +91,7 @@ void NSNotificationCenter::removeObserver(const NSObject& observer, std::string_
     auto& registrations = entry->payload;
     const auto kept =
         std::stable_partition(registrations.begin(), registrations.end(), [&](const auto& each) {
-            return each.name != name || (object && each.object.lock() != object);
+            return each.name != name || (object && !isTo(each.object, object));
         });
     ended.assign(std::make_move_iterator(kept), std::make_move_iterator(registrations.end()));
     registrations.erase(kept, registrations.end());

@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -228,6 +230,50 @@ TEST_F(NotificationCenter, TheDefaultCenterIsOneAndApartFromOthers) {
     observe(a, "a");
     NSNotificationCenter::defaultCenter().postNotificationName("rain", nullptr);
     EXPECT_EQ(called, "");
+}
+
+/// A sender that writes down on which thread it ended.
+class PassingSender : public NSObject {
+public:
+    explicit PassingSender(std::set<std::thread::id>& endedOn) : endedOn_(endedOn) {}
+    PassingSender(const PassingSender&) = delete;
+    PassingSender& operator=(const PassingSender&) = delete;
+    ~PassingSender() override { endedOn_.insert(std::this_thread::get_id()); }
+
+private:
+    std::set<std::thread::id>& endedOn_;
+};
+
+TEST_F(NotificationCenter, ASenderNeverEndsWhereAnotherIsPostedOrRemovedWithTheTableLocked) {
+    constexpr int rounds = 300;
+    std::set<std::thread::id> endedOn;
+    std::thread::id letGoOn;
+    std::atomic<bool> done{false};
+    zeltest::runAtOnce({[&] {
+                            letGoOn = std::this_thread::get_id();
+                            for (int round = 0; round < rounds; ++round) {
+                                std::vector<std::shared_ptr<PassingSender>> senders;
+                                for (int i = 0; i < 50; ++i) {
+                                    senders.push_back(std::make_shared<PassingSender>(endedOn));
+                                    center.addObserver(
+                                        a, [](const NSNotification&) {}, "rain", senders.back());
+                                }
+                                senders.clear();
+                                center.removeObserver(*a, "rain", nullptr);
+                            }
+                            done = true;
+                        },
+                        [&] {
+                            while (!done) {
+                                post(b);
+                            }
+                        },
+                        [&] {
+                            while (!done) {
+                                center.removeObserver(*a, "rain", b);
+                            }
+                        }});
+    EXPECT_EQ(endedOn, std::set<std::thread::id>{letGoOn});
 }
 
 } // namespace

@@ -141,8 +141,12 @@ private:
         return entry;
     }
 
+    // An object with a node isn't asked: its answer may belong to another thread than this one.
     [[nodiscard]] bool isConcerned() const {
-        return owner()->asZelStyleable() && ZelStyleDomain::isEqualOrChildOf(owner(), target_);
+        const ZelStyleable* styleable = owner()->asZelStyleable();
+        const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
+        return node ? ZelStyleableTree::isAtOrBelow(*node, *target_)
+                    : styleable && ZelStyleDomain::isEqualOrChildOf(owner(), target_);
     }
 
     static constexpr std::size_t ahead = 4; ///< candidates whose memory is asked for early

@@ -25,6 +25,15 @@ StyleBinding ZelStyleableTree::bindingOf(const ZelStyleableNode& node) {
     return bindingWhileLocked(node);
 }
 
+bool ZelStyleableTree::isAtOrBelow(const ZelStyleableNode& node, const NSObject& object) noexcept {
+    const std::scoped_lock guard(lock());
+    const ZelStyleableNode* each = &node;
+    while (each && &each->object_ != &object) {
+        each = each->parent_;
+    }
+    return each != nullptr;
+}
+
 StyleBinding ZelStyleableTree::findBinding(const ZelStyleableNode& node, std::uint64_t epoch) {
     std::optional<StyleBinding> binding;
     for (const ZelStyleableNode* each = &node; each && !binding; each = each->parent_) {

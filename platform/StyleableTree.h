@@ -48,6 +48,9 @@ struct ZelStyleableTree {
         return *bound;
     }
 
+    /// Whether the node, or one above it, is that object's. Takes the lock.
+    static bool isAtOrBelow(const ZelStyleableNode& node, const NSObject& object) noexcept;
+
     /// Calls `visit` for each node at and below this one, parents first. The lock is
     /// held.
     template <class Visit>

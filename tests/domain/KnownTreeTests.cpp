@@ -167,6 +167,7 @@ class Companion : public NSObject, public ZelStyleable {
 public:
     ZelStyleableNode node{*this};
     std::weak_ptr<NSObject> parent;
+    mutable int parentRequests = 0; // how often somebody asked for the parent
 
     void setParent(const std::shared_ptr<Companion>& to) {
         parent = to;
@@ -177,7 +178,10 @@ public:
     std::optional<std::string> domainIdentifierOfZelStyleable() const override {
         return std::nullopt;
     }
-    std::shared_ptr<NSObject> parentZelStyleable() const override { return parent.lock(); }
+    std::shared_ptr<NSObject> parentZelStyleable() const override {
+        ++parentRequests;
+        return parent.lock();
+    }
 };
 
 TEST_F(KnownTreeTests, AnIntegrationsNodesAreFoundAsViewsAre) {
@@ -208,6 +212,24 @@ TEST_F(KnownTreeTests, ANodeInTheMiddleThatEndsLeavesThoseBelowAsRoots) {
     middle.reset();
     EXPECT_EQ(domain->styleFor(bottom), plain);
     EXPECT_EQ(forcedBelow(top), Names{});
+}
+
+TEST_F(KnownTreeTests, AnObjectWithANodeIsNotAskedForItsParentEvenWhereLinksChangeMeanwhile) {
+    const auto top = alloc<Companion>();
+    const auto middle = alloc<Companion>();
+    const auto bottom = alloc<Companion>();
+    const auto elsewhere = alloc<Companion>();
+    middle->setParent(top);
+    bottom->setParent(middle);
+    listen(top, "top", [&] { elsewhere->setParent(top); });
+    listen(middle, "middle");
+    listen(bottom, "bottom");
+    listen(sidebar, "sidebar");
+    listen(elsewhere, "elsewhere");
+    EXPECT_EQ(forcedBelow(top), (Names{"top", "middle", "bottom", "elsewhere"}));
+    EXPECT_EQ(middle->parentRequests + bottom->parentRequests + elsewhere->parentRequests, 0)
+        << "the answer is its own thread's, the notification may be another's";
+    EXPECT_EQ(forcedBelow(alloc<NSObject>()), Names{});
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "domain/DomainState.h"
+#include "platform/DeliveryGate.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleable.h>
@@ -60,6 +61,7 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
 
 void ZelStyleDomain::_registerChangeHandler(ZelStyleChangeHandler&& handler,
                                             const std::shared_ptr<NSObject>& owner) {
+    const DeliveryGate gate; // else a switch elsewhere may tell the owner first, and be outdone
     ChangeHandlerTable& table = *state_->changeHandlersByOwner;
     RecursiveGuard guard(table.lock);
     auto* found = table.find(*owner);
@@ -89,6 +91,7 @@ void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& obje
         return;
     }
     const std::shared_ptr<NSObject> kept = object; // its call may clear the caller's reference
+    const DeliveryGate gate;                       // as above
     {
         ChangeHandlerObjects& table = *state_->changeHandlers;
         const RecursiveGuard guard(table.lock);

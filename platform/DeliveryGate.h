@@ -8,12 +8,13 @@ inline namespace v1 {
 
 /// The process's one outermost lock, recursive: held by whatever calls callbacks while it holds
 /// other locks, that is by style updates and by what adds their observers, by notifications that
-/// have a listener, by the set-up of the main styles and by the reset of the registry of domains.
+/// have a listener, by the set-up of the main styles, and by the reset of the registry of
+/// domains; and by registrations, whose call would else mix with a notification's.
 ///
 /// An update takes its style's lock and then handler tables; a handler, called with its table
 /// locked, may update a style: the same locks the other way round. Behind the gate only one thread
 /// at a time is in either, so that two can't wait for each other. Reading, writing values,
-/// registering and unregistering change handlers, and destroying don't pass it.
+/// unregistering and destroying don't pass it.
 class DeliveryGate {
 public:
     DeliveryGate() : guard_(lock()) {}

@@ -2,6 +2,7 @@
 #include "tests/domain/DomainInternals.h"
 #include "tests/support/Recorder.h"
 
+#include <array>
 #include <atomic>
 
 namespace zeltest {
@@ -229,6 +230,38 @@ TEST_F(DeadlockTests, UpdatesOfTwoStylesWhoseObserversUpdateEachOtherFinish) {
                    }
                }});
     EXPECT_EQ(calls, 4 * rounds);
+}
+
+TEST_F(DeadlockTests, AListenerRegisteredDuringASwitchElsewhereKnowsTheStyleThatApplies) {
+    addStyle(domain->darkScheme(), "main");
+    const std::array schemes{domain->defaultScheme(), domain->darkScheme()};
+    for (std::size_t round = 0; round < rounds; ++round) {
+        const auto owner = makePlain();
+        const auto object = makePlain();
+        std::atomic<std::uint64_t> told{0};
+        std::atomic<std::uint64_t> objectTold{0};
+        const auto note = [](auto& noted, const auto& style) {
+            noted = style->token().serial();
+            std::this_thread::yield(); // the other one's turn
+        };
+        object->onStyleChange = [&](const auto& style, auto) { note(objectTold, style); };
+        Meeting meeting;
+        runAtOnce({[&] {
+                       meeting.arrive();
+                       domain->registerChangeHandler(
+                           [&](const auto&, const auto& style, auto) { note(told, style); }, owner);
+                       domain->registerChangeHandler(object);
+                   },
+                   [&] {
+                       meeting.arrive();
+                       domain->setCurrentScheme(schemes[(round + 1) % 2]);
+                   }});
+        const ZelStyleToken right = domain->mainStyle()->token();
+        ASSERT_EQ(told, right.serial()) << "round " << round;
+        ASSERT_EQ(objectTold, right.serial()) << "round " << round;
+        ASSERT_EQ(owner->lastZelStyle(), right) << "round " << round;
+        ASSERT_EQ(object->lastZelStyle(), right) << "round " << round;
+    }
 }
 
 } // namespace

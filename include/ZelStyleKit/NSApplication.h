@@ -12,7 +12,8 @@ inline namespace v1 {
 
 /// The application object: where a host, or an integration, says how the application looks.
 /// Owns: its effective appearance.
-/// Threads: the appearance belongs to the main thread; the object is made once, on any thread.
+/// Threads: the appearance belongs to the main thread; the object is made once, on any thread; in
+/// handlers and destructors as well.
 /// Failure: none.
 class ZEL_EXPORT NSApplication : public NSObject {
 public:

@@ -13,7 +13,8 @@ inline namespace v1 {
 
 /// The library's resources: its localised strings, compiled in.
 /// Owns: the host's string table, where one is set.
-/// Threads: any thread. Failure: a missing translation yields the key itself.
+/// Threads: any thread, in handlers and destructors as well. Failure: a missing translation yields
+/// the key itself.
 class ZEL_EXPORT NSBundle {
 public:
     /// A host's own string table: answers the text for a key, or nothing to leave the key itself.

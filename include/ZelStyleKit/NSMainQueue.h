@@ -13,7 +13,8 @@ inline namespace v1 {
 /// The main queue: tasks that run later, on the thread that drains it. The library starts no
 /// thread: a host drains the queue from its own event loop, when the wake hook says so.
 /// Owns: the waiting tasks.
-/// Threads: any thread may add a task; only the main thread drains.
+/// Threads: any thread may add a task; only the main thread drains; in handlers and destructors as
+/// well.
 /// Failure: a task's exception passes to who drains; the tasks behind it stay queued.
 class ZEL_EXPORT NSMainQueue {
 public:

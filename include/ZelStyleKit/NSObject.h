@@ -31,7 +31,7 @@ struct NSKeyValueChange {
 /// Root of every class with reference semantics.
 /// Owns: the state attached to it (one pointer; nothing is allocated until state is set).
 /// Refers to: nothing; observers and listeners hold it weakly.
-/// Threads: attached identifiers are atomic; see each operation.
+/// Threads: any, in handlers and destructors as well; docs/threads.md says it of each operation.
 /// Failure: an informal operation that a class doesn't answer raises `std::logic_error`.
 /// Lifetime: made by `alloc<T>()`, held by `std::shared_ptr`; nil is `nullptr`. When it ends,
 /// every table keyed by it drops its entry before the destructor returns.

@@ -19,7 +19,8 @@ struct NSOperatingSystemVersion {
                             const NSOperatingSystemVersion&) = default;
 };
 
-/// What the library asks about the process it runs in. Any thread.
+/// What the library asks about the process it runs in. Any thread, in handlers and destructors as
+/// well.
 class ZEL_EXPORT NSProcessInfo {
 public:
     /// `processName`: what the host named the application, else the program's file name. It names

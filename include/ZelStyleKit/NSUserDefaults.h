@@ -35,7 +35,8 @@ public:
 /// A symbolic link to the file is followed and stays. What is no file, may not be read or is larger
 /// than 8 MiB is left alone: it holds nothing and is not written. Nobody waits for a pipe or a
 /// device, and for another process's writing only a writer does, two seconds at most.
-/// Owns: the store. Threads: any thread. Failure: never throws.
+/// Owns: the store. Threads: any thread, in handlers and destructors as well. Failure: never
+/// throws.
 class ZEL_EXPORT NSUserDefaults {
 public:
     NSUserDefaults();

@@ -13,7 +13,8 @@ inline namespace v1 {
 
 /// A view in a tree of views; styled by the default domain.
 /// Owns: its subviews. Refers to: its superview, weakly.
-/// Threads: a tree belongs to one thread, its host's main thread.
+/// Threads: a tree belongs to one thread, its host's main thread, in handlers and destructors as
+/// well.
 /// Failure: adding nil does nothing; adding a view to itself or below itself raises
 /// `std::invalid_argument`.
 class ZEL_EXPORT NSView : public NSObject, public ZelStyleable {

@@ -14,7 +14,8 @@ inline namespace v1 {
 
 /// Controls a view that it makes when first asked for; styled by the default domain.
 /// Owns: its view, its child controllers. Refers to: its parent controller, weakly.
-/// Threads: a tree belongs to one thread, its host's main thread.
+/// Threads: a tree belongs to one thread, its host's main thread, in handlers and destructors as
+/// well.
 /// Failure: adding nil does nothing; adding a controller to itself or below itself raises
 /// `std::invalid_argument`.
 class ZEL_EXPORT NSViewController : public NSObject, public ZelStyleable {

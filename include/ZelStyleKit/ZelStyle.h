@@ -34,9 +34,11 @@ enum ZelStyleType : unsigned long {
 /// Owns: its own values, the cache of merged values, its update observers (keyed by owner, which it
 /// holds weakly).
 /// Refers to: parent style, scheme and domain, weakly; a scheme owns the style.
-/// Threads: any. Values have a lock of their own, a child's taken before its parent's; a read of a
-/// predefined attribute takes none unless the merged values were dropped. An update holds the
-/// style's lock while it calls back; one update or delivery runs at a time in the process.
+/// Threads: any, in handlers and destructors as well; providers are added and removed on the main
+/// thread, while nobody makes a root style (docs/threads.md). Values have a lock of their own, a
+/// child's taken before its parent's; a read of a predefined attribute takes none unless the merged
+/// values were dropped. An update holds the style's lock while it calls back; one update or
+/// delivery runs at a time in the process.
 /// Failure: a nil key to write to raises `ZelInvalidArgument`; changing the observers while an
 /// update walks them raises `ZelEnumerationMutation`; every lock is free afterwards.
 class ZEL_EXPORT ZelStyle : public NSObject {

@@ -24,8 +24,8 @@ extern ZEL_EXPORT std::string_view ZelStyleDefaultValueProviderIdentifierMain;
 
 /// A named callback that fills a new root style with default values, and hooks around the others'.
 /// Owns: its identifier, requirements and callbacks (copies). Refers to: nothing.
-/// Threads: accessors are atomic; callbacks run on the thread that makes a style, under no lock of
-/// the style's or of the registry's.
+/// Threads: accessors are atomic, in handlers and destructors as well; callbacks run on the thread
+/// that makes a style, under no lock of the style's or of the registry's.
 /// Failure: a provider without callback is an empty step that still counts as applied. A callback
 /// must not change the registry of providers: the walk that called it raises.
 class ZEL_EXPORT ZelStyleDefaultValueProvider : public NSObject {

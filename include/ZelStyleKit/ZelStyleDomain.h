@@ -30,8 +30,9 @@ extern ZEL_EXPORT std::string_view ZelStyleIdentifierMain;
 /// current, and the listeners that are told when the style that applies to an object changes.
 /// Owns: its schemes, for good; the change handlers, keyed by owner in registration order.
 /// Refers to: owners and handler objects, weakly; the registry of domains owns the domain.
-/// Threads: any; handlers run on the notifying thread with their table's lock held. Lock order:
-/// handler table, schemes, a scheme's styles. Switching schemes and following belong to one thread.
+/// Threads: any, in handlers and destructors as well (docs/threads.md); handlers run on the
+/// notifying thread with their table's lock held. Lock order: handler table, schemes, a scheme's
+/// styles. Switching schemes and following belong to the main thread.
 /// Failure: unknown identifiers create empty schemes and domains or fall back to the main style. A
 /// nil scheme identifier and a nil handler for a live owner raise `ZelInvalidArgument`; a handler's
 /// own exception passes through; every lock is free afterwards.
@@ -99,7 +100,8 @@ public:
                                                const std::shared_ptr<NSObject>& other);
 
     /// `registerChangeHandler:withOwner:`. Keeps the handler for as long as the owner lives and
-    /// calls it at once with event 0, outside the lock. Nil owner: nothing.
+    /// calls it at once with event 0, outside the lock, after whatever is delivered by then. Nil
+    /// owner: nothing.
     void registerChangeHandler(ZelStyleChangeHandler handler,
                                const std::shared_ptr<NSObject>& withOwner);
     /// `unregisterChangeHandlersWithOwner:`

@@ -19,7 +19,8 @@ class ZelStyleManagerMode;
 /// "style-manager-active-mode" in the user defaults.
 /// Owns: its modes, sorted by rank, then by name in the user's locale. Refers to: nothing.
 /// Threads: the list has a lock, recursive; modes are applied outside it, on the calling thread,
-/// which should be the one that switches the default domain's schemes.
+/// which is the one that switches the default domain's schemes, the main thread; in handlers and
+/// destructors as well.
 /// Failure: none; an identifier that no mode has selects the lowest-ranked mode.
 class ZEL_EXPORT ZelStyleManager : public NSObject {
 public:

@@ -21,7 +21,8 @@ extern ZEL_EXPORT std::string_view ZelStyleManagerModeIdentifierFollowSystem;
 
 /// An appearance that a user can choose.
 /// Owns: its identifier and names. Refers to: its manager, weakly.
-/// Threads: accessors are atomic; applying switches schemes on the calling thread.
+/// Threads: accessors are atomic; applying switches schemes on the calling thread, the main one; in
+/// handlers and destructors as well.
 /// Failure: applying a mode of an identifier unknown to the library does nothing.
 class ZEL_EXPORT ZelStyleManagerMode : public NSObject {
 public:

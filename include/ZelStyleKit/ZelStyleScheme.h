@@ -24,7 +24,8 @@ extern ZEL_EXPORT std::string_view ZelStyleSchemeIdentifierDark;
 /// A named group of styles inside one domain.
 /// Owns: its styles, by identifier; one style may stand in several schemes.
 /// Refers to: its domain, weakly.
-/// Threads: any; the table is locked for each operation, last in the lock order.
+/// Threads: any, in handlers and destructors as well; the table is locked for each operation, last
+/// in the lock order.
 /// Failure: adding or removing a style without identifier raises `ZelInvalidArgument`, after the
 /// style's references were set or cleared; the lock is free afterwards.
 class ZEL_EXPORT ZelStyleScheme : public NSObject {

@@ -23,8 +23,9 @@ extern ZEL_EXPORT std::string_view ZelStyleSystemAppearanceChangedNotification;
 
 /// Tracks whether the application's effective appearance is light or dark.
 /// Owns: the type. Refers to: the application object, as an observer of "effectiveAppearance".
-/// Threads: made once, on any thread; determined where the appearance changes; the type is one
-/// atomic word; the notification always comes later, on the main queue.
+/// Threads: made once, on any thread; determined and set on the main thread, in handlers and
+/// destructors as well; the type is one atomic word; the notification always comes later, on the
+/// main queue.
 /// Failure: none; no application object, no match and a system without dark appearance are light.
 class ZEL_EXPORT ZelStyleSystemAppearance : public NSObject {
 public:

@@ -19,7 +19,7 @@ class ZelStyleableNode;
 /// object is never probed for the operations.
 /// Refers to: its parent (the answer is held only while it is used).
 /// Threads: asked on whichever thread notifies or resolves, by a notification with the domain's
-/// handler table locked.
+/// handler table locked, also in handlers and destructors.
 /// Failure: none; nil is accepted everywhere.
 class ZEL_EXPORT ZelStyleable {
 public:

@@ -14,9 +14,9 @@ class NSObject;
 /// what is below it by walking down instead of by asking every listener for its parents. An object
 /// that has one answers it from `ZelStyleable::zelStyleableNode`, and its `parentZelStyleable` is
 /// then the object of its node's parent, always. Owns: nothing. Refers to: its object, whose member
-/// it is, and its neighbours, which are told when it ends. Threads: any; links are read and changed
-/// under one lock of the process, held for no callback. Failure: none; the host sees to it that no
-/// node is put below itself.
+/// it is, and its neighbours, which are told when it ends. Threads: any, in handlers and
+/// destructors as well; links are read and changed under one lock of the process, held for no
+/// callback. Failure: none; the host sees to it that no node is put below itself.
 class ZEL_EXPORT ZelStyleableNode {
 public:
     /// The node of an object; it ends with the object, before its `NSObject` does.

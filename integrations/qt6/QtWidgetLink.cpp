@@ -44,7 +44,7 @@ QtWidgetLink::QtWidgetLink(QWidget& widget)
 
 QtWidgetLink::~QtWidgetLink() {
     links().erase(&widget_);
-    paletteListener_.reset();
+    setPaletteHandler(nullptr);
     styleable_->end();
 }
 
@@ -61,12 +61,14 @@ void QtWidgetLink::supposeOwner(QWidget* owner) {
     }
 }
 
-void QtWidgetLink::setPaletteHandler(ZelStyleChangeHandler handler) {
-    paletteListener_.reset();
+void QtWidgetLink::setPaletteHandler(StyleListener::Handler handler) {
+    if (paletteListener_) {
+        paletteListener_->stop();
+        paletteListener_.reset();
+    }
     if (handler) {
         paletteListener_ = std::make_shared<StyleListener>(styleable_, &styleable_->node_);
-        const auto kept = paletteListener_; // the handler may end the widget
-        kept->registerStyleableChangeHandler(std::move(handler));
+        paletteListener_->start(std::move(handler));
     }
 }
 

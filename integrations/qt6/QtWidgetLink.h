@@ -35,8 +35,9 @@ public:
     void supposeOwner(QWidget* owner);
 
     /// Has a handler hear of the styles that apply to the widget, beside whatever handlers the
-    /// styleable has itself; called at once. None ends it.
-    void setPaletteHandler(ZelStyleChangeHandler handler);
+    /// styleable has itself; called at once, and on the main thread whoever changes them. None
+    /// ends it.
+    void setPaletteHandler(StyleListener::Handler handler);
     [[nodiscard]] bool hasPaletteHandler() const noexcept { return paletteListener_ != nullptr; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -93,7 +93,7 @@ private:
         const auto palette = std::make_shared<WindowPalette>(window);
         windows_.push_back(palette);
         QtWidgetLink::of(window).setPaletteHandler(
-            [palette](const auto&, const auto& style, auto) { palette->apply(style); });
+            [palette](const auto& style) { palette->apply(style); });
     }
     void forEach(void (WindowPalette::*operation)()) {
         std::erase_if(windows_, [](const auto& each) { return each.expired(); });
@@ -111,16 +111,15 @@ private:
 ZelQtApplicationPalette::ZelQtApplicationPalette()
     : windows_(std::make_unique<Windows>()),
       listener_(std::make_shared<StyleListener>(std::weak_ptr<NSObject>(), nullptr)) {
-    listener_->registerStyleableChangeHandler(
-        [windows = windows_.get()](const auto&, const std::shared_ptr<ZelStyle>& style, auto) {
-            QApplication::setPalette(ZelQtPalette::paletteWithStyle(style));
-            windows->applyAgain();
-        });
+    listener_->start([windows = windows_.get()](const auto& style) {
+        QApplication::setPalette(ZelQtPalette::paletteWithStyle(style));
+        windows->applyAgain();
+    });
     qApp->installEventFilter(windows_.get());
 }
 
 ZelQtApplicationPalette::~ZelQtApplicationPalette() {
-    listener_->unregisterStyleableChangeHandlers();
+    listener_->stop();
     QApplication::setPalette(QPalette());
 }
 

@@ -75,9 +75,7 @@ QPalette ZelQtPalette::paletteWithStyle(const std::shared_ptr<ZelStyle>& style) 
 
 void ZelQtPalette::follow(QWidget& widget) {
     QtWidgetLink::of(widget).setPaletteHandler(
-        [&widget](const auto&, const std::shared_ptr<ZelStyle>& style, auto) {
-            widget.setPalette(paletteWithStyle(style));
-        });
+        [&widget](const auto& style) { widget.setPalette(paletteWithStyle(style)); });
 }
 
 void ZelQtPalette::unfollow(QWidget& widget) {

@@ -49,18 +49,15 @@ ZelQuickAttached::ZelQuickAttached(QObject* attachee)
       }()),
       listener_(styleable_ ? QuickItemLink::of(*styleable_->item()).makeListener()
                            : std::make_shared<StyleListener>(std::weak_ptr<NSObject>(), nullptr)) {
-    listener_->registerStyleableChangeHandler(
-        [this](const auto&, const std::shared_ptr<ZelStyle>& newStyle, ZelStyleChangeEvent event) {
-            current_ = newStyle;
-            if (event != ZelStyleChangeEventInitial) {
-                emit valuesChanged();
-            }
-        });
+    listener_->start([this](const auto& newStyle) {
+        current_ = newStyle;
+        emit valuesChanged(); // which nobody hears while the object is being made
+    });
 }
 
 // What a binding does in an attachee that ends may still call here; the listener holds no more.
 ZelQuickAttached::~ZelQuickAttached() {
-    listener_->unregisterStyleableChangeHandlers();
+    listener_->stop();
 }
 
 QString ZelQuickAttached::scheme() const {

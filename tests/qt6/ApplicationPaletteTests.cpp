@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/qt6/QtFixture.h"
+#include "tests/support/OtherThread.h"
 
 #include <ZelStyleKit/ZelQtApplicationPalette.h>
 
@@ -160,6 +161,19 @@ TEST_F(QtApplicationPaletteTests, APaletteOfTheApplicationsOwnStays) {
     EXPECT_EQ(windowText(window), qRgb(1, 2, 3));
     palette.reset();
     EXPECT_EQ(windowText(window), qRgb(1, 2, 3));
+}
+
+TEST_F(QtApplicationPaletteTests, AStyleUpdatedOnAnotherThreadIsTakenOverOnTheMainThread) {
+    QWidget window;
+    window.ensurePolished();
+    styleableOf(window)->setCustomZelStyleSchemeIdentifier("dark");
+    updateElsewhere(light, {0.2, 0.6});
+    updateElsewhere(dark, {0.4});
+    EXPECT_EQ(QApplication::palette().color(QPalette::WindowText).rgba(), black);
+    EXPECT_EQ(windowText(window), white);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::palette().color(QPalette::WindowText).rgba(), qRgb(153, 153, 153));
+    EXPECT_EQ(windowText(window), qRgb(102, 102, 102));
 }
 
 TEST_F(QtApplicationPaletteTests, WithoutItTheApplicationHasQtsOwnPalette) {

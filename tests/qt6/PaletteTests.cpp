@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/qt6/QtFixture.h"
+#include "tests/support/OtherThread.h"
 
 #include <ZelStyleKit/ZelQtPalette.h>
 
@@ -22,7 +23,7 @@ protected:
     class Changes : public QObject {
     public:
         explicit Changes(QWidget& widget) { widget.installEventFilter(this); }
-        int count = 0;
+        mutable int count = 0;
         bool eventFilter(QObject*, QEvent* event) override {
             count += event->type() == QEvent::PaletteChange ? 1 : 0;
             return false;
@@ -139,6 +140,48 @@ TEST_F(QtPaletteTests, AWidgetThatFollowsNoMoreInheritsAgain) {
     EXPECT_EQ(child->palette(), window.palette());
     makeDark();
     EXPECT_EQ(child->palette(), window.palette());
+}
+
+TEST_F(QtPaletteTests, StylesUpdatedOnAnotherThreadAreToldOnTheMainThreadOnce) {
+    QWidget window;
+    ZelQtPalette::follow(window);
+    const Changes changes(window);
+    updateElsewhere(light, {0.2, 0.4, 0.6});
+    EXPECT_EQ(changes.count, 0); // the other thread leaves Qt alone
+    EXPECT_EQ(windowText(window), black);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes.count, 1);
+    EXPECT_EQ(windowText(window), qRgb(153, 153, 153));
+}
+
+TEST_F(QtPaletteTests, WhatIsToldMeanwhileOnTheMainThreadIsNotToldAgain) {
+    QWidget window;
+    ZelQtPalette::follow(window);
+    const Changes changes(window);
+    updateElsewhere(light, {0.2});
+    styleableOf(window)->setCustomZelStyleSchemeIdentifier("dark");
+    EXPECT_EQ(windowText(window), white);
+    window.setPalette(QPalette(Qt::green)); // which nobody is to overwrite
+    changes.count = 0;
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes.count, 0);
+}
+
+TEST_F(QtPaletteTests, WhoEndsOrFollowsNoMoreBeforeItIsToldHearsNothing) {
+    QWidget window;
+    QWidget* const child = new QWidget(&window);
+    auto ending = std::make_unique<QWidget>();
+    for (QWidget* const each : {&window, child, ending.get()}) {
+        ZelQtPalette::follow(*each);
+    }
+    const auto held = styleableOf(*ending);
+    updateElsewhere(light, {0.6});
+    ending.reset();
+    ZelQtPalette::unfollow(*child);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(windowText(window), qRgb(153, 153, 153));
+    EXPECT_FALSE(child->testAttribute(Qt::WA_SetPalette));
+    EXPECT_EQ(held->widget(), nullptr);
 }
 
 } // namespace

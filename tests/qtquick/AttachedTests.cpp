@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/support/OtherThread.h"
 #include "tests/support/Recorder.h"
 
 #include <ZelStyleKit/ZelQtMainQueue.h>
@@ -197,6 +198,31 @@ TEST_F(QuickAttachedTests, NewValuesOfTheStyleAreToldOnceWhereItApplies) {
     EXPECT_EQ(inner.take(), 1);
     EXPECT_EQ(root.take(), 0);
     EXPECT_EQ(colorOf(named("inner")), qRgb(0, 0, 255));
+}
+
+TEST_F(QuickAttachedTests, StylesUpdatedOnAnotherThreadReachBindingsOnTheMainThreadOnce) {
+    load("Rectangle { color: Zel.labelColor }");
+    Changes changes(*loaded);
+    updateElsewhere(light, {0.2, 0.4, 0.6});
+    EXPECT_EQ(changes.take(), 0); // the other thread leaves QML alone
+    EXPECT_EQ(colorOf(*loaded), black);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes.take(), 1);
+    EXPECT_EQ(colorOf(*loaded), qRgb(153, 153, 153));
+}
+
+TEST_F(QuickAttachedTests, AnItemThatEndsBeforeItIsToldHearsNothing) {
+    load(nested);
+    QObject context;
+    int told = 0;
+    QObject::connect(&attachedTo(named("inner")), &zel::ZelQuickAttached::valuesChanged, &context,
+                     [&told] { ++told; });
+    Changes root(*loaded);
+    updateElsewhere(light, {0.6});
+    delete &named("inner");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(told, 0);
+    EXPECT_EQ(root.take(), 1);
 }
 
 TEST_F(QuickAttachedTests, AMovedItemTakesTheColoursOfItsNewPlaceOnce) {

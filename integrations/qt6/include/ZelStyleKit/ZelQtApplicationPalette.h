@@ -16,8 +16,9 @@ class StyleListener;
 /// without a parent counts as the focused widget's, unless `ZelQtStyleable::setOwner` says whose it
 /// is. Made after `ZelStyleManager::setup`.
 /// Owns: nothing but its listening. Refers to: the QApplication, which outlives it.
-/// Threads: the main thread. Failure: none; a palette that the application itself gives to a
-/// window stays where the main style applies to that window.
+/// Threads: the main thread; a style updated on another is taken over on the main queue. Failure:
+/// none; a palette that the application itself gives to a window stays where the main style applies
+/// to that window.
 class ZEL_EXPORT ZelQtApplicationPalette final {
 public:
     ZelQtApplicationPalette();

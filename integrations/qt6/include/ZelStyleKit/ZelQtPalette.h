@@ -16,7 +16,8 @@ class ZelStyle;
 
 /// Palettes made from styles, by one table of roles.
 /// Owns: the palettes of the styles that were asked for last; copies share them.
-/// Threads: the main thread. Failure: an attribute that a style lacks leaves its role as Qt has it.
+/// Threads: the main thread; widgets that follow take a style updated on another over on the main
+/// queue. Failure: an attribute that a style lacks leaves its role as Qt has it.
 class ZEL_EXPORT ZelQtPalette final {
 public:
     ZelQtPalette() = delete;

@@ -21,7 +21,7 @@ inline namespace v1 {
 /// end its widget at any time but this, when it has to `deleteLater` the one that is moved.
 /// Owns: nothing. Refers to: its widget, as long as that lives, and its parent, weakly; the widget
 /// owns it. Who else holds it past the widget's end holds a root without listeners.
-/// Threads: the main thread. Failure: none.
+/// Threads: the main thread; handlers run on the one that updates a style. Failure: none.
 class ZEL_EXPORT ZelQtStyleable final : public NSObject, public ZelStyleable {
     struct Making {};
 

@@ -25,8 +25,9 @@ class ZelStyle;
 /// applies there, `color: Zel.backgroundColor`, and which scheme and style it and all below it are
 /// pinned to, `Zel.scheme: "dark"`, `Zel.style: "sidebar"`; `undefined` unpins.
 /// Owns: its listening. Refers to: the object it is attached to, which owns it.
-/// Threads: the main thread. Failure: an attribute without a value is an invalid colour, a number
-/// 0; attached to anything else, it has the values of the main style.
+/// Threads: the main thread; a style updated on another is taken over on the main queue. Failure:
+/// an attribute without a value is an invalid colour, a number 0; attached to anything else, it has
+/// the values of the main style.
 class ZEL_EXPORT ZelQuickAttached final : public QObject {
     Q_OBJECT
     QML_ANONYMOUS

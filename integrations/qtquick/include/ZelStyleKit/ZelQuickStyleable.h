@@ -21,7 +21,7 @@ inline namespace v1 {
 /// keeps what it was told last, until it has a place again.
 /// Owns: nothing. Refers to: its item, as long as that lives, and its parent, weakly; the item owns
 /// it. Who else holds it past the item's end holds a root without listeners.
-/// Threads: the main thread. Failure: none.
+/// Threads: the main thread; handlers run on the one that updates a style. Failure: none.
 class ZEL_EXPORT ZelQuickStyleable final : public NSObject, public ZelStyleable {
     struct Making {};
 

@@ -115,7 +115,7 @@ ZelQtApplicationPalette::ZelQtApplicationPalette()
         QApplication::setPalette(ZelQtPalette::paletteWithStyle(style));
         windows->applyAgain();
     });
-    qApp->installEventFilter(windows_.get());
+    QCoreApplication::instance()->installEventFilter(windows_.get());
 }
 
 ZelQtApplicationPalette::~ZelQtApplicationPalette() {

@@ -40,8 +40,10 @@ public:
             });
             return;
         }
-        if (qGuiApp) {
-            connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+        // One without windows is never active.
+        if (auto* const application =
+                qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
+            connect(application, &QGuiApplication::applicationStateChanged, this,
                     [this](Qt::ApplicationState state) {
                         if (state == Qt::ApplicationActive) {
                             portal.refresh();

@@ -2,12 +2,15 @@
 // The library on the GLib main context, and a bus that never answers.
 #include "tests/gtk4/GtkFixture.h"
 #include "tests/gtk4/SilentBus.h"
+#include "tests/portal/FakePortal.h"
 #include "tests/portal/PrivateBus.h"
+#include "tests/support/Threads.h"
 
 #include <ZelStyleKit/ZelGtkModeMenu.h>
 #include <ZelStyleKit/ZelGtkPortalAppearance.h>
 
 #include <gio/gio.h>
+#include <glib-unix.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -97,6 +100,35 @@ TEST_F(MainLoopTests, ThePortalsTimerRunsOnTheLoop) {
     // The retry connects afresh, to another descriptor.
     EXPECT_TRUE(runUntil([&] { return heard.size() >= 2; }));
     EXPECT_EQ(heard.at(1), zel::ZelPortalStatus::NoBus);
+}
+
+TEST_F(MainLoopTests, FollowingThePortalStartsNoThread) {
+    if (!PrivateBus::isInstalled()) {
+        GTEST_SKIP() << "dbus-daemon is not installed";
+    }
+    PrivateBus bus;
+    ASSERT_TRUE(bus.start());
+    FakePortal portal(bus.address());
+    portal.takeName();
+    const auto sent = +[](gint, GIOCondition, gpointer fake) -> gboolean {
+        static_cast<FakePortal*>(fake)->process();
+        return G_SOURCE_CONTINUE;
+    };
+    const guint source = g_unix_fd_add(portal.fileDescriptor(), G_IO_IN, sent, &portal);
+    zel::ZelPortalOptions options;
+    options.busAddress = bus.address();
+
+    const auto before = threadCount();
+    zel::ZelGtkPortalAppearance desktop;
+    desktop.start(options, 0ms);
+    EXPECT_TRUE(
+        runUntil([&] { return desktop.portal().status() == zel::ZelPortalStatus::Following; }));
+    EXPECT_EQ(threadCount(), before);
+    portal.setScheme(1);
+    portal.emitChange(1);
+    EXPECT_TRUE(runUntil([&] { return desktop.portal().colorScheme() == 1; }));
+    EXPECT_EQ(threadCount(), before);
+    g_source_remove(source);
 }
 
 TEST_F(MainLoopTests, ThePortalMayEndInItsOwnCallback) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PortalFixture.h"
 
+#include "tests/support/Threads.h"
+
 #include <atomic>
-#include <filesystem>
-#include <iterator>
 #include <thread>
 
 using namespace zeltest;
@@ -146,12 +146,9 @@ TEST_F(FollowingTests, TheFirstAnswerCanBeWaitedFor) {
 }
 
 TEST_F(FollowingTests, NoThreadIsStarted) {
-    const auto threads = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
-    };
-    const auto before = threads();
+    const auto before = threadCount();
     followDark();
-    EXPECT_EQ(threads(), before);
+    EXPECT_EQ(threadCount(), before);
 }
 
 TEST_F(FollowingTests, WhileNothingHappensNothingWakesTheHost) {

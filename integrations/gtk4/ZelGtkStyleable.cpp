@@ -96,8 +96,12 @@ void ZelGtkStyleable::detach() {
 /// Takes the place in the tree that the widget has; false where it is the one it had.
 bool ZelGtkStyleable::place() {
     static const auto ownerGone = +[](GtkWidget* widget) noexcept { of(widget)->placed(); };
-    GtkWidget* const owner = ownerOf(widget_);
-    const auto parent = of(owner);
+    GtkWidget* owner = ownerOf(widget_);
+    auto parent = of(owner);
+    if (parent && ZelStyleDomain::isEqualOrChildOf(parent, shared_from_this())) {
+        owner = nullptr; // windows that are transient for each other: GTK lets them
+        parent = nullptr;
+    }
     const auto former = parent_.lock();
     if (parent == former) {
         return false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "QtWidgetLink.h"
 
+#include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 
 #include <QEvent>
@@ -17,6 +18,11 @@ using Links = std::unordered_map<const QWidget*, QtWidgetLink*>;
 Links& links() {
     static Links& links = *std::make_unique<Links>().release();
     return links;
+}
+
+// By value: a handler may end the link.
+void tell(const std::shared_ptr<ZelQtStyleable> styleable) {
+    ZelStyleDomain::domainForStyleable(styleable)->notifyForStyleChangeOf(styleable, {});
 }
 
 } // namespace
@@ -38,7 +44,7 @@ QtWidgetLink::QtWidgetLink(QWidget& widget)
       styleable_(std::make_shared<ZelQtStyleable>(ZelQtStyleable::Making{}, widget)) {
     styleable_->init();
     links().emplace(&widget, this);
-    updateParent();
+    (void)takePlace();
     widget.installEventFilter(this);
 }
 
@@ -50,15 +56,35 @@ QtWidgetLink::~QtWidgetLink() {
 
 void QtWidgetLink::setOwner(QWidget* owner) {
     isOwnerNamed_ = owner != nullptr;
-    owner_ = owner;
-    resolveAnew();
+    becomeOwned(owner);
 }
 
 void QtWidgetLink::supposeOwner(QWidget* owner) {
     if (!isOwnerNamed_) {
-        owner_ = owner;
-        resolveAnew();
+        becomeOwned(owner);
     }
+}
+
+void QtWidgetLink::becomeOwned(QWidget* owner) {
+    QObject::disconnect(ownersEnd_);
+    owner_ = owner;
+    if (owner) {
+        ownersEnd_ = connect(owner, &QObject::destroyed, this, &QtWidgetLink::ownerEnded);
+    }
+    resolveAnew();
+}
+
+// Told later: whoever is being destroyed may have more to end with it, this widget included.
+void QtWidgetLink::ownerEnded() {
+    owner_ = nullptr;
+    isOwnerNamed_ = false;
+    (void)takePlace();
+    NSMainQueue::mainQueue().async([weak = std::weak_ptr(styleable_)] {
+        const auto styleable = weak.lock();
+        if (styleable && styleable->widget()) {
+            tell(styleable);
+        }
+    });
 }
 
 void QtWidgetLink::setPaletteHandler(StyleListener::Handler handler) {
@@ -79,16 +105,33 @@ bool QtWidgetLink::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
+QWidget* QtWidgetLink::widgetAbove() const {
+    return widget_.parentWidget() ? widget_.parentWidget() : owner_.data();
+}
+
 // Every widget above gets a link as well, so that a move of any of them is noticed.
-bool QtWidgetLink::updateParent() {
-    QWidget* const parent = widget_.parentWidget() ? widget_.parentWidget() : owner_.data();
-    return styleable_->setParent(parent ? of(*parent).styleable_ : nullptr);
+bool QtWidgetLink::takePlace() {
+    QWidget* const above = widgetAbove();
+    return styleable_->setParent(above ? of(*above).styleable_ : nullptr);
+}
+
+// Parents alone make no ring: there is an owner in it, which counts no more. It is this widget's,
+// or, where that has a parent, the one of the window that the parent is in.
+void QtWidgetLink::openRing() {
+    QWidget* top = &widget_;
+    while (QWidget* const parent = top->parentWidget()) {
+        top = parent;
+    }
+    of(*top).setOwner(nullptr);
 }
 
 void QtWidgetLink::resolveAnew() {
-    if (updateParent()) {
-        const auto styleable = styleable_;
-        ZelStyleDomain::domainForStyleable(styleable)->notifyForStyleChangeOf(styleable, {});
+    QWidget* const above = widgetAbove();
+    if (above && ZelStyleDomain::isEqualOrChildOf(of(*above).styleable_, styleable_)) {
+        openRing();
+    }
+    if (takePlace()) {
+        tell(styleable_);
     }
 }
 

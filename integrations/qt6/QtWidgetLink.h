@@ -44,11 +44,16 @@ public:
 
 private:
     explicit QtWidgetLink(QWidget& widget);
-    bool updateParent();
+    [[nodiscard]] QWidget* widgetAbove() const;
+    void becomeOwned(QWidget* owner);
+    void ownerEnded();
+    [[nodiscard]] bool takePlace();
+    void openRing();
     void resolveAnew();
 
     QWidget& widget_;
     QPointer<QWidget> owner_;
+    QMetaObject::Connection ownersEnd_;
     bool isOwnerNamed_ = false;
     const std::shared_ptr<ZelQtStyleable> styleable_;
     std::shared_ptr<StyleListener> paletteListener_;

@@ -68,22 +68,15 @@ public:
     void applyAgain() { forEach(&WindowPalette::applyAgain); }
 
 private:
-    /// The focused widget, or the active window; none where that belongs to the popup itself.
-    static QWidget* opener(ZelQtStyleable& popup) {
-        QWidget* const focused = QApplication::focusWidget();
-        QWidget* const widget = focused ? focused : QApplication::activeWindow();
-        const bool isInside = widget && ZelStyleDomain::isEqualOrChildOf(
-                                            ZelQtStyleable::of(*widget), popup.shared_from_this());
-        return isInside ? nullptr : widget;
-    }
     // A popup that was made without a parent, as context menus often are, is taken for the focused
-    // widget's, each time anew.
+    // widget's, or the active window's, each time anew.
     void aboutToShow(QWidget& window, QEvent::Type type) {
         QtWidgetLink& link = QtWidgetLink::of(window);
         const auto kind = window.windowType();
         if (type == QEvent::Show && !window.parentWidget() &&
             (kind == Qt::Popup || kind == Qt::ToolTip)) {
-            link.supposeOwner(opener(*link.styleable()));
+            QWidget* const focused = QApplication::focusWidget();
+            link.supposeOwner(focused ? focused : QApplication::activeWindow());
         }
         if (!link.hasPaletteHandler()) {
             follow(window);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "QuickItemLink.h"
 
+#include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 
 #include <QQuickItem>
@@ -72,8 +73,29 @@ void QuickItemLink::watch() {
         connect(popup, SIGNAL(parentChanged()), this, SLOT(resolveAnew()));
     }
     if (QQuickWindow* const window = windowOf(item_)) {
-        connect(window, &QWindow::transientParentChanged, this, &QuickItemLink::resolveAnew);
+        connect(window, &QWindow::transientParentChanged, this, &QuickItemLink::watchOwner);
+        watchOwner();
     }
+}
+
+// A window tells nobody when it loses its transient parent by that one's end.
+void QuickItemLink::watchOwner() {
+    QObject::disconnect(ownersEnd_);
+    if (QWindow* const owner = windowOf(item_)->transientParent()) {
+        ownersEnd_ = connect(owner, &QObject::destroyed, this, &QuickItemLink::ownerEnded);
+    }
+    resolveAnew();
+}
+
+// Told later: whoever is being destroyed may have more to end with it, this window included.
+void QuickItemLink::ownerEnded() {
+    (void)updateParent();
+    NSMainQueue::mainQueue().async([weak = std::weak_ptr(styleable_)] {
+        const auto styleable = weak.lock();
+        if (styleable && styleable->item()) {
+            ZelStyleDomain::domainForStyleable(styleable)->notifyForStyleChangeOf(styleable, {});
+        }
+    });
 }
 
 QQuickItem* QuickItemLink::itemAbove() const {
@@ -90,7 +112,11 @@ QQuickItem* QuickItemLink::itemAbove() const {
 // Every item above gets a link as well, so that a move of any of them is noticed.
 bool QuickItemLink::updateParent() {
     QQuickItem* const above = itemAbove();
-    return styleable_->setParent(above ? of(*above).styleable_ : nullptr);
+    auto parent = above ? of(*above).styleable_ : nullptr;
+    if (parent && ZelStyleDomain::isEqualOrChildOf(parent, styleable_)) {
+        parent = nullptr; // windows that are transient for each other: Qt lets them
+    }
+    return styleable_->setParent(parent);
 }
 
 // An item without a place is on its way to another one, or to its end; a window has its place.

@@ -39,9 +39,12 @@ private:
     void watch();
     /// The item, or what it belongs to, may be in another place.
     Q_SLOT void resolveAnew();
+    void watchOwner();
+    void ownerEnded();
 
     QQuickItem& item_;
     const std::shared_ptr<ZelQuickStyleable> styleable_;
+    QMetaObject::Connection ownersEnd_; // of a window's transient parent
 };
 
 } // namespace v1

@@ -117,6 +117,28 @@ TEST_F(StyleableTests, ADialogThatOutlivesItsOwnerIsResolvedAnew) {
     EXPECT_EQ(styleableOf(dialog)->parentZelStyleable(), nullptr);
 }
 
+TEST_F(StyleableTests, OfWindowsThatAreTransientForEachOtherTheFirstCounts) {
+    GtkWidget* const second = makeWindow();
+    pin(second, "dark");
+    EXPECT_EQ(styleableOf(label)->parentZelStyleable(), styleableOf(pinned));
+    gtk_window_set_transient_for(GTK_WINDOW(window), GTK_WINDOW(second));
+    gtk_window_set_transient_for(GTK_WINDOW(second), GTK_WINDOW(window));
+    EXPECT_EQ(styleableOf(window)->parentZelStyleable(), styleableOf(second));
+    EXPECT_EQ(styleableOf(second)->parentZelStyleable(), nullptr);
+    EXPECT_EQ(domain->styleFor(styleableOf(other)), dark);
+    gtk_window_set_transient_for(GTK_WINDOW(second), nullptr);
+}
+
+TEST_F(StyleableTests, WindowsThatWereInARingBeforeTheyWereStyledEndSomewhere) {
+    GtkWidget* const first = makeWindow();
+    GtkWidget* const second = makeWindow();
+    gtk_window_set_transient_for(GTK_WINDOW(first), GTK_WINDOW(second));
+    gtk_window_set_transient_for(GTK_WINDOW(second), GTK_WINDOW(first));
+    EXPECT_EQ(domain->styleFor(styleableOf(boxIn(first))), light);
+    EXPECT_EQ(domain->styleFor(styleableOf(boxIn(second))), light);
+    gtk_window_set_transient_for(GTK_WINDOW(second), nullptr);
+}
+
 TEST_F(StyleableTests, TheWidgetsInsideACompoundWidgetFollowItsPlace) {
     GtkWidget* const button = gtk_menu_button_new();
     gtk_menu_button_set_popover(GTK_MENU_BUTTON(button), gtk_popover_new());

@@ -91,6 +91,18 @@ TEST_F(QtApplicationPaletteTests, AMenuWithoutAParentHasThePaletteOfTheFocusedWi
     EXPECT_EQ(windowText(menu), black);
 }
 
+TEST_F(QtApplicationPaletteTests, AMenuWhoseOwnerEndsHasThePaletteOfTheMainStyle) {
+    auto window = std::make_unique<QWidget>();
+    styleableOf(*window)->setCustomZelStyleSchemeIdentifier("dark");
+    QMenu menu;
+    zel::ZelQtStyleable::setOwner(menu, window.get());
+    menu.ensurePolished();
+    EXPECT_EQ(windowText(menu), white);
+    window.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(windowText(menu), black);
+}
+
 TEST_F(QtApplicationPaletteTests, APopupWithTheFocusIsNotTakenForItsOwn) {
     QWidget popup(nullptr, Qt::Popup);
     QWidget* const entry = new QWidget(&popup);

@@ -58,12 +58,78 @@ TEST_F(QtStyleableTests, AnOwnerThatEndsLeavesItsWindowToTheMainStyle) {
     QMenu menu;
     {
         QWidget window;
+        QWidget* const inside = new QWidget(&window);
         styleableOf(window)->setCustomZelStyleSchemeIdentifier("dark");
-        zel::ZelQtStyleable::setOwner(menu, &window);
-        EXPECT_EQ(domain->styleFor(styleableOf(menu)), dark);
+        zel::ZelQtStyleable::setOwner(menu, inside);
+        styleableOf(menu)->registerStyleableChangeHandler(recorder.handler("menu"));
+        EXPECT_EQ(recorder.take(), (StyleCalls{{"menu", dark, 0}}));
     }
+    EXPECT_EQ(recorder.take(), StyleCalls{}); // not in the midst of the owner's end
     EXPECT_EQ(styleableOf(menu)->parentZelStyleable(), nullptr);
-    EXPECT_EQ(domain->styleFor(styleableOf(menu)), light);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"menu", light, 1}}));
+}
+
+TEST_F(QtStyleableTests, AFormerOwnersEndConcernsNobody) {
+    QWidget window;
+    styleableOf(window)->setCustomZelStyleSchemeIdentifier("dark");
+    QMenu menu;
+    auto former = std::make_unique<QWidget>();
+    zel::ZelQtStyleable::setOwner(menu, former.get());
+    zel::ZelQtStyleable::setOwner(menu, &window);
+    former.reset();
+    EXPECT_EQ(styleableOf(menu)->parentZelStyleable(), styleableOf(window));
+}
+
+TEST_F(QtStyleableTests, AWindowThatEndsWithItsOwnerIsToldNothing) {
+    auto menu = std::make_unique<QMenu>();
+    auto window = std::make_unique<QWidget>();
+    styleableOf(*window)->setCustomZelStyleSchemeIdentifier("dark");
+    zel::ZelQtStyleable::setOwner(*menu, window.get());
+    styleableOf(*menu)->registerStyleableChangeHandler(recorder.handler("menu"));
+    recorder.take();
+    window.reset();
+    menu.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(recorder.take(), StyleCalls{});
+}
+
+TEST_F(QtStyleableTests, AnOwnerInsideTheWindowItselfIsNone) {
+    QWidget window;
+    QWidget* const inside = new QWidget(&window);
+    for (QWidget* const owner : {inside, &window}) {
+        zel::ZelQtStyleable::setOwner(window, owner);
+        EXPECT_EQ(styleableOf(window)->parentZelStyleable(), nullptr);
+    }
+    EXPECT_EQ(styleableOf(*inside)->parentZelStyleable(), styleableOf(window));
+    EXPECT_EQ(domain->styleFor(styleableOf(*inside)), light);
+}
+
+TEST_F(QtStyleableTests, OfWindowsThatOwnEachOtherTheFirstCounts) {
+    QWidget first;
+    QWidget second;
+    QWidget* const inFirst = new QWidget(&first);
+    QWidget* const inSecond = new QWidget(&second);
+    zel::ZelQtStyleable::setOwner(first, inSecond);
+    zel::ZelQtStyleable::setOwner(second, inFirst);
+    EXPECT_EQ(styleableOf(first)->parentZelStyleable(), styleableOf(*inSecond));
+    EXPECT_EQ(styleableOf(second)->parentZelStyleable(), nullptr);
+    styleableOf(second)->setCustomZelStyleSchemeIdentifier("dark");
+    EXPECT_EQ(domain->styleFor(styleableOf(*inFirst)), dark);
+}
+
+TEST_F(QtStyleableTests, AnOwnerThatMovesIntoItsWindowIsOneNoMore) {
+    QWidget window;
+    styleableOf(window)->setCustomZelStyleSchemeIdentifier("dark");
+    QMenu menu;
+    QWidget* const owner = new QWidget(new QWidget(&window));
+    zel::ZelQtStyleable::setOwner(menu, owner);
+    styleableOf(menu)->registerStyleableChangeHandler(recorder.handler("menu"));
+    styleableOf(*owner)->registerStyleableChangeHandler(recorder.handler("owner"));
+    recorder.take();
+    owner->parentWidget()->setParent(&menu);
+    EXPECT_EQ(styleableOf(menu)->parentZelStyleable(), nullptr);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"menu", light, 1}, {"owner", light, 1}}));
 }
 
 TEST_F(QtStyleableTests, AStyleableThatIsHeldPastItsWidgetsEndHearsNothing) {

@@ -11,6 +11,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QQuickWindow>
 
 #include <stdexcept>
 
@@ -257,6 +258,35 @@ TEST_F(QuickAttachedTests, AWindowAndWhatIsInItHaveTheSchemeOfTheWindow) {
     EXPECT_EQ(colorOf(named("dialog")), black);
     attachedTo(*loaded).resetScheme();
     EXPECT_EQ(colorOf(named("dialog")), white);
+}
+
+TEST_F(QuickAttachedTests, OfWindowsThatAreTransientForEachOtherTheFirstCounts) {
+    load(R"(
+        Window {
+            color: Zel.backgroundColor
+            Window { objectName: "second"; color: Zel.backgroundColor }
+        })");
+    auto& first = *qobject_cast<QQuickWindow*>(loaded.get());
+    auto& second = *qobject_cast<QQuickWindow*>(&named("second"));
+    ASSERT_EQ(second.transientParent(), &first);
+    first.setTransientParent(&second);
+    attachedTo(first).setScheme("dark");
+    EXPECT_EQ(colorOf(first), black);
+    EXPECT_EQ(colorOf(second), black);
+    first.setTransientParent(nullptr);
+    attachedTo(first).resetScheme();
+    EXPECT_EQ(colorOf(second), white);
+}
+
+TEST_F(QuickAttachedTests, AWindowWhoseTransientParentEndsHasTheMainStyle) {
+    auto first = std::make_unique<QQuickWindow>();
+    QQuickWindow second;
+    second.setTransientParent(first.get());
+    attachedTo(*first).setScheme("dark");
+    EXPECT_TRUE(attachedTo(second).isDark());
+    first.reset();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(attachedTo(second).isDark());
 }
 
 TEST_F(QuickAttachedTests, APopupFollowsTheItemItBelongsToOpenOrNot) {

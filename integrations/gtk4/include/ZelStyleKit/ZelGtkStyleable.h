@@ -20,7 +20,8 @@ class WidgetColors;
 
 /// What makes a GTK widget styleable: its companion, made when it is first asked for. Its parent is
 /// the companion of the widget's parent; that of a window is the one of the window that it is
-/// transient for. A popover's parent is its owner anyway.
+/// transient for, unless that one belongs to it in turn: then it has none. A popover's parent is
+/// its owner anyway.
 /// Owns: nothing of the widget. Refers to: the widget, which owns the companion and whose end ends
 /// it; its parent, weakly.
 /// Threads: the main thread, as the widgets.

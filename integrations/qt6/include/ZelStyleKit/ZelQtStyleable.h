@@ -31,7 +31,10 @@ public:
     static std::shared_ptr<ZelQtStyleable> of(QWidget& widget);
 
     /// Says to which widget a window without a parent belongs, such as a context menu that was made
-    /// without one; none ends it. A parent, where there is one, counts for more.
+    /// without one; none ends it, and so does the owner's own end, of which the window is told on
+    /// the main queue. A parent, where there is one, counts for more. An owner that is inside the
+    /// window, or in one that belongs to it in turn, is none, and ceases to be one when it gets
+    /// there.
     static void setOwner(QWidget& window, QWidget* owner);
 
     /// The widget; none once that has ended.

@@ -16,7 +16,8 @@ inline namespace v1 {
 
 /// What stands for a QQuickItem in styling: made when it is first asked for, ended with the item.
 /// Its parent is the item's parent item; for the item of a popup it is the item that the popup
-/// belongs to, for a window's content item that of the window's transient parent. An item that is
+/// belongs to, for a window's content item that of the window's transient parent; what would be
+/// above itself that way has no parent. An item that is
 /// put below another parent is resolved anew with all that is below it; one that is put nowhere
 /// keeps what it was told last, until it has a place again.
 /// Owns: nothing. Refers to: its item, as long as that lives, and its parent, weakly; the item owns

@@ -60,10 +60,10 @@ void DisplayColors::stop() {
 
 bool DisplayColors::isHere() {
     const bool here = std::this_thread::get_id() == thread_;
-    if (!here) {
+    if (!here && !isLate_.exchange(true)) {
         NSMainQueue::mainQueue().async([weak = weak_from_this()] {
             const auto self = std::static_pointer_cast<DisplayColors>(weak.lock());
-            if (self && self->display_) {
+            if (self && self->isLate_.exchange(false) && self->display_) {
                 self->refresh();
             }
         });

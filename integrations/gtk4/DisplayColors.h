@@ -7,6 +7,7 @@
 
 #include <gtk/gtk.h>
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -37,7 +38,8 @@ public:
     /// The sheet of a style; none for no style and for the main style, whose the display has.
     std::shared_ptr<StyleSheet> sheetFor(const std::shared_ptr<ZelStyle>& style);
 
-    /// Whether this is the main thread; where not, everything is brought up to date there, soon.
+    /// Whether this is the main thread; where not, everything is brought up to date there, soon,
+    /// once for however many questions.
     bool isHere();
 
     void remember(WidgetColors& widget);
@@ -54,6 +56,7 @@ private:
                                gpointer self) noexcept;
 
     const std::thread::id thread_ = std::this_thread::get_id();
+    std::atomic<bool> isLate_ = false; // something changed that is still to be taken over
     GdkDisplay* display_ = nullptr;
     unsigned priority_ = 0;
     StyleSheet main_;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Which widget has which named colours, and how often GTK is given them.
 #include "tests/gtk4/GtkFixture.h"
-#include "tests/support/Watchdog.h"
+#include "tests/support/OtherThread.h"
 
 namespace {
 
@@ -216,6 +216,19 @@ TEST_F(NamedColorTests, AChangeOfTheMainStyleOnAnotherThreadIsTakenOverOnTheMain
     EXPECT_EQ(background(outside), lightColor);
     zel::NSMainQueue::mainQueue().drain();
     EXPECT_EQ(background(outside), (Rgb{1, 2, 3}));
+}
+
+TEST_F(NamedColorTests, ManyChangesOnAnotherThreadAreTakenOverInOneGo) {
+    pin(sidebar, "dark");
+    const auto loads = provider->loadCount();
+    updateElsewhere(dark, {0.2, 0.4, 0.6});
+    EXPECT_EQ(provider->loadCount(), loads);
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 1U);
+    EXPECT_EQ(provider->loadCount(), loads + 1);
+    EXPECT_EQ(named(inside, "zel_labelColor"), (Rgb{153, 153, 153}));
+    updateElsewhere(dark, {0.8});
+    zel::NSMainQueue::mainQueue().drain();
+    EXPECT_EQ(named(inside, "zel_labelColor"), (Rgb{204, 204, 204}));
 }
 
 TEST_F(NamedColorTests, GtkIsGivenColoursOnlyWhereTheyAreOthers) {

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "tests/support/Watchdog.h"
+
 #include <ZelStyleKit/ZelStyleKit.h>
 
 #include <memory>
-#include <thread>
 #include <vector>
 
 namespace zeltest {
@@ -13,14 +14,14 @@ namespace zeltest {
 /// thread, which has ended when this returns.
 inline void updateElsewhere(const std::shared_ptr<zel::ZelStyle>& style,
                             const std::vector<double>& greys) {
-    std::thread([&] {
+    runElsewhere([&] {
         for (const double grey : greys) {
             style->updateStyleWithChanges([grey](const auto& changed) {
                 changed->setLabelColor(zel::NSColor::colorWithSRGBRed(grey, grey, grey, 1));
                 return true;
             });
         }
-    }).join();
+    });
 }
 
 } // namespace zeltest

@@ -1,26 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // Qt Quick, as the contract knows a toolkit. Windows are made and never shown; popups are those of
 // Qt Quick Controls.
-#include "tests/contract/Toolkit.h"
+#include "tests/qt6/QtLoopToolkit.h"
 
-#include <ZelStyleKit/ZelQtMainQueue.h>
-#include <ZelStyleKit/ZelQtSettingsStore.h>
 #include <ZelStyleKit/ZelQuickAttached.h>
 #include <ZelStyleKit/ZelQuickStyleable.h>
-#ifdef ZEL_CONTRACT_PORTAL
-#include <ZelStyleKit/ZelQtPortalAppearance.h>
-#endif
 
-#include <QEventLoop>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTimer>
 
-#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -30,7 +22,7 @@ QString textOf(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-class QuickToolkit : public zeltest::Toolkit {
+class QuickToolkit : public zeltest::QtLoopToolkit {
 public:
     QuickToolkit(int& argc, char** argv) : application_(argc, argv) {
         QCoreApplication::setOrganizationName(QStringLiteral("Contract"));
@@ -38,25 +30,11 @@ public:
         popup_.setData("import QtQuick.Controls.Basic\nPopup {}", QUrl());
     }
 
-    void connect() override { queue_.emplace(); }
-    void disconnect() override {
-        for (const auto& window : windows_) {
-            delete window.data();
-        }
-        windows_.clear();
-#ifdef ZEL_CONTRACT_PORTAL
-        portal_.reset();
-#endif
-        queue_.reset();
-    }
-
     Widget makeWindow() override {
         windows_.emplace_back(new QQuickWindow);
         return windows_.back()->contentItem();
     }
-    Widget makeChild(Widget parent) override {
-        return new QQuickItem(itemOf(parent));
-    }
+    Widget makeChild(Widget parent) override { return new QQuickItem(itemOf(parent)); }
     Widget makePopup(Widget owner) override {
         QObject* const popup = popup_.create();
         if (!popup) {
@@ -93,30 +71,16 @@ public:
         attachedTo(widget)->setStyle(textOf(identifier));
     }
 
-    void run(std::chrono::milliseconds atMost) override {
-        if (atMost.count() == 0) {
-            QCoreApplication::processEvents();
-            return;
+protected:
+    void destroyWindows() override {
+        for (const auto& window : windows_) {
+            delete window.data();
         }
-        QEventLoop loop;
-        QTimer::singleShot(atMost, &loop, &QEventLoop::quit);
-        loop.exec();
+        windows_.clear();
     }
-
-    void keepDefaultsAsApplicationsDo() override {
-        zel::NSUserDefaults::standardUserDefaults().setStore(
-            std::make_shared<zel::ZelQtSettingsStore>());
-    }
-#ifdef ZEL_CONTRACT_PORTAL
-    void followDesktop() override {
-        portal_.emplace(zel::ZelPortalOptions{}, std::chrono::seconds(20));
-    }
-#endif
 
 private:
-    static QQuickItem* itemOf(Widget widget) {
-        return static_cast<QQuickItem*>(widget);
-    }
+    static QQuickItem* itemOf(Widget widget) { return static_cast<QQuickItem*>(widget); }
     static zel::ZelQuickAttached* attachedTo(Widget widget) {
         auto* const attached = qmlAttachedPropertiesObject<zel::ZelQuickAttached>(itemOf(widget));
         return static_cast<zel::ZelQuickAttached*>(attached);
@@ -125,10 +89,6 @@ private:
     QGuiApplication application_;
     QQmlEngine engine_;
     QQmlComponent popup_{&engine_};
-    std::optional<zel::ZelQtMainQueue> queue_;
-#ifdef ZEL_CONTRACT_PORTAL
-    std::optional<zel::ZelQtPortalAppearance> portal_;
-#endif
     std::vector<QPointer<QQuickWindow>> windows_;
 };
 

@@ -15,6 +15,8 @@ public:
 
     /// Where its contents go.
     [[nodiscard]] QVBoxLayout& contents() { return *contents_; }
+    /// A point that shows nothing but the surface.
+    [[nodiscard]] QPoint emptyPoint() const { return {6, height() / 2}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

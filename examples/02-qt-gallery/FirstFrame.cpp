@@ -47,8 +47,15 @@ void FirstFrame::painted() {
         std::printf("first frame after %ld ms: %s\n", started_.milliseconds(),
                     window_.isDark() ? "dark" : "light");
         std::fflush(stdout);
-        if (options_.then) {
-            turn();
+        if (!turn()) {
+            std::fprintf(stderr, "There is no mode '%s'.\n", qPrintable(options_.choose));
+            window_.removeEventFilter(this);
+            QCoreApplication::exit(1);
+            return;
+        }
+        if (!options_.choose.isEmpty()) {
+            window_.update(); // what was chosen applies at once, and shows in the next frame
+            return;
         }
     }
     if (!options_.screenshot.isEmpty() &&
@@ -57,13 +64,17 @@ void FirstFrame::painted() {
     }
 }
 
-// The desktop turns by itself.
-void FirstFrame::turn() {
-    if (options_.source != Source::Portal) {
+// By the user's hand, or as the desktop would; that turns by itself. False where it can't be done.
+bool FirstFrame::turn() {
+    if (!options_.choose.isEmpty()) {
+        return window_.chooseMode(options_.choose);
+    }
+    if (options_.then && options_.source != Source::Portal) {
         zel::NSApplication::sharedApplication()->setEffectiveAppearance(
             zel::NSAppearance::appearanceNamed(*options_.then ? zel::NSAppearanceNameDarkAqua
                                                               : zel::NSAppearanceNameAqua));
     }
+    return true;
 }
 
 void FirstFrame::takePicture() {
@@ -77,6 +88,8 @@ void FirstFrame::takePicture() {
     }
     const QPoint sidebar = window_.sidebarPoint();
     std::printf("sidebar %.0f %.0f\n", sidebar.x() * scale, sidebar.y() * scale);
+    const QPoint tinted = window_.tintedPoint();
+    std::printf("tinted %.0f %.0f\n", tinted.x() * scale, tinted.y() * scale);
     const bool saved = picture.save(options_.screenshot);
     if (!saved) {
         std::fprintf(stderr, "The picture can't be saved as %s.\n",

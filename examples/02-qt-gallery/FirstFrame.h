@@ -36,7 +36,7 @@ public:
 
 private:
     void painted();
-    void turn();
+    bool turn();
     void takePicture();
 
     GalleryWindow& window_;

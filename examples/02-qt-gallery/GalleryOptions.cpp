@@ -64,7 +64,12 @@ Options optionsOf(int argc, char** argv) {
             "Turns light or dark after the first frame, or, with the portal, waits until "
             "the desktop does; the picture is taken then."),
         QStringLiteral("light|dark"));
-    parser.addOptions({source, screenshot, then});
+    const QCommandLineOption choose(
+        QStringLiteral("choose"),
+        QStringLiteral("Chooses a mode from the window's menu after the first frame, such as "
+                       "always-dark."),
+        QStringLiteral("mode"));
+    parser.addOptions({source, screenshot, then, choose});
     if (!parser.parse(words)) {
         refuse(parser.errorText());
     }
@@ -79,6 +84,7 @@ Options optionsOf(int argc, char** argv) {
     Options options;
     options.source = sourceOf(parser.value(source));
     options.screenshot = parser.value(screenshot);
+    options.choose = parser.value(choose);
     if (parser.isSet(then)) {
         const QString word = parser.value(then);
         if (word != QLatin1String("light") && word != QLatin1String("dark")) {

@@ -14,6 +14,7 @@ enum class Source { Portal, Light, Dark };
 struct Options {
     Source source = Source::Portal;
     QString screenshot; ///< file for a picture of the window; empty: none, and the window stays
+    QString choose;     ///< identifier of a mode to choose from the menu; empty: none
     std::optional<bool> then; ///< the picture is taken once the window has turned dark, or light
 };
 

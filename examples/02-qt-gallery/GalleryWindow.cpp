@@ -11,11 +11,14 @@
 #include <ZelStyleKit/ZelQtStyleable.h>
 #include <ZelStyleKit/ZelStyle.h>
 
+#include <QAction>
 #include <QFrame>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace gallery {
 
@@ -60,10 +63,10 @@ GalleryWindow::GalleryWindow()
 
 QLayout* GalleryWindow::makeHeading() {
     auto* const modes = new zel::ZelQtModeActions(this);
-    auto* const menu = new QMenu(this);
-    modes->addTo(*menu);
+    modes_ = new QMenu(this);
+    modes->addTo(*modes_);
     auto* const appearance = new QPushButton(QStringLiteral("Appearance"));
-    appearance->setMenu(menu);
+    appearance->setMenu(modes_);
     appearance->setMinimumSize(130, 30);
 
     auto* const row = new QHBoxLayout;
@@ -78,7 +81,8 @@ QLayout* GalleryWindow::makeCards() {
     row->setSpacing(16);
     row->addWidget(makeControls(this), 5);
     row->addWidget(makeTable(this), 4);
-    row->addWidget(makeTinted(this), 4);
+    tinted_ = makeTinted(this);
+    row->addWidget(tinted_, 4);
     return row;
 }
 
@@ -88,6 +92,23 @@ const std::vector<Swatch*>& GalleryWindow::swatches() const {
 
 QPoint GalleryWindow::sidebarPoint() const {
     return sidebar_->mapTo(this, sidebar_->emptyPoint());
+}
+
+QPoint GalleryWindow::tintedPoint() const {
+    return tinted_->mapTo(this, tinted_->emptyPoint());
+}
+
+bool GalleryWindow::chooseMode(const QString& identifier) {
+    modes_->popup(mapToGlobal(QPoint()));
+    const QList<QAction*> shown = modes_->actions();
+    const auto found = std::ranges::find(
+        shown, identifier, [](const QAction* action) { return action->data().toString(); });
+    modes_->close();
+    if (found == shown.end()) {
+        return false;
+    }
+    (*found)->trigger();
+    return true;
 }
 
 bool GalleryWindow::isDark() {

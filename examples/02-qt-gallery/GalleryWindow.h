@@ -6,9 +6,11 @@
 #include <vector>
 
 class QLayout;
+class QMenu;
 
 namespace gallery {
 
+class Card;
 class Sidebar;
 class Swatch;
 class SwatchGrid;
@@ -21,8 +23,12 @@ public:
     [[nodiscard]] const std::vector<Swatch*>& swatches() const;
     /// A point of the sidebar that shows nothing but its background.
     [[nodiscard]] QPoint sidebarPoint() const;
+    /// The same of the derived style's card.
+    [[nodiscard]] QPoint tintedPoint() const;
     /// Whether the window's own style is dark.
     [[nodiscard]] bool isDark();
+    /// Opens the mode menu and chooses the mode of this identifier; false where it isn't there.
+    bool chooseMode(const QString& identifier);
 
 private:
     QLayout* makeHeading();
@@ -30,6 +36,8 @@ private:
 
     SwatchGrid* grid_;
     Sidebar* sidebar_;
+    Card* tinted_ = nullptr;
+    QMenu* modes_ = nullptr;
 };
 
 } // namespace gallery

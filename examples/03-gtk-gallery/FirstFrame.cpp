@@ -65,18 +65,42 @@ void FirstFrame::painted() {
         std::printf("first frame after %ld ms: %s\n", static_cast<long>(passed.count()),
                     window_.isDark() ? "dark" : "light");
         std::fflush(stdout);
-        if (options_.then && options_.source != Source::Portal) {
-            makeSystem(*options_.then);
+        if (!turn()) {
+            std::fprintf(stderr, "There is no mode '%s'.\n", options_.choose.c_str());
+            failed_ = true;
+            stopWaiting();
+            g_main_loop_quit(loop_);
+            return;
+        }
+        if (!options_.choose.empty()) {
+            // What was chosen applies at once, and shows in the next frame.
+            gtk_widget_queue_draw(window_.widget());
+            return;
         }
     }
     if (options_.then && window_.isDark() != *options_.then) {
         return;
     }
-    g_signal_handler_disconnect(gtk_widget_get_frame_clock(window_.widget()), handler_);
+    stopWaiting();
     if (!options_.screenshot.empty()) {
         takePicture();
         g_main_loop_quit(loop_);
     }
+}
+
+// By the user's hand, or as the desktop would; that turns by itself. False where it can't be done.
+bool FirstFrame::turn() {
+    if (!options_.choose.empty()) {
+        return window_.chooseMode(options_.choose);
+    }
+    if (options_.then && options_.source != Source::Portal) {
+        makeSystem(*options_.then);
+    }
+    return true;
+}
+
+void FirstFrame::stopWaiting() {
+    g_signal_handler_disconnect(gtk_widget_get_frame_clock(window_.widget()), handler_);
 }
 
 // With as many pixels for each point as the screen has.

@@ -25,11 +25,13 @@ public:
 
     /// Once the window is shown.
     void await();
-    /// Whether a picture was to be taken and wasn't.
+    /// Whether what the options ask for could not be done.
     [[nodiscard]] bool failed() const { return failed_; }
 
 private:
     void painted();
+    bool turn();
+    void stopWaiting();
     void takePicture();
 
     GalleryWindow& window_;

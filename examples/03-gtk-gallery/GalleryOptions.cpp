@@ -48,6 +48,7 @@ Options optionsOf(int argc, char** argv) {
     gchar* source = nullptr;
     gchar* screenshot = nullptr;
     gchar* then = nullptr;
+    gchar* choose = nullptr;
     const std::array entries{
         GOptionEntry{"source", 0, 0, G_OPTION_ARG_STRING, &source,
                      "Who says whether it is dark: the desktop (portal, unless given), or always "
@@ -61,6 +62,10 @@ Options optionsOf(int argc, char** argv) {
                      "Turn light or dark after the first frame, or, with the portal, wait until "
                      "the desktop does; the picture is taken then",
                      "light|dark"},
+        GOptionEntry{"choose", 0, 0, G_OPTION_ARG_STRING, &choose,
+                     "Choose a mode from the window's menu after the first frame, such as "
+                     "always-dark",
+                     "MODE"},
         GOptionEntry{}};
     GOptionContext* const context = g_option_context_new(nullptr);
     g_option_context_set_summary(context,
@@ -72,6 +77,7 @@ Options optionsOf(int argc, char** argv) {
     const Text sourceText(source);
     const Text screenshotText(screenshot);
     const Text thenText(then);
+    const Text chooseText(choose);
     if (!understood) {
         refuse(error->message);
     }
@@ -82,6 +88,7 @@ Options optionsOf(int argc, char** argv) {
     Options options;
     options.source = source ? sourceOf(source) : Source::Portal;
     options.screenshot = screenshot ? screenshot : "";
+    options.choose = choose ? choose : "";
     if (then) {
         options.then = isDark(then);
     }

@@ -13,6 +13,7 @@ enum class Source { Portal, Light, Dark };
 struct Options {
     Source source = Source::Portal;
     std::string screenshot;   ///< file for a picture of the window; empty: none, the window stays
+    std::string choose;       ///< identifier of a mode to choose from the menu; empty: none
     std::optional<bool> then; ///< the picture is taken once the window has turned dark, or light
 };
 

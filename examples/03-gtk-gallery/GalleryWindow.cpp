@@ -67,13 +67,31 @@ GtkWidget* GalleryWindow::makeBar() {
     gtk_widget_set_visible(none, FALSE);
     gtk_window_set_titlebar(GTK_WINDOW(window_), none);
 
-    GtkWidget* const menu = gtk_menu_button_new();
-    gtk_menu_button_set_label(GTK_MENU_BUTTON(menu), "Appearance");
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(menu), modes_.menu());
+    modeButton_ = gtk_menu_button_new();
+    gtk_menu_button_set_label(GTK_MENU_BUTTON(modeButton_), "Appearance");
+    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(modeButton_), modes_.menu());
     GtkWidget* const bar = gtk_header_bar_new();
     gtk_header_bar_set_title_widget(GTK_HEADER_BAR(bar), makeText("Gallery", "bar-title"));
-    gtk_header_bar_pack_end(GTK_HEADER_BAR(bar), menu);
+    gtk_header_bar_pack_end(GTK_HEADER_BAR(bar), modeButton_);
     return bar;
+}
+
+// As GTK does when an item is clicked: its action, looked up from the button upwards, with its
+// target.
+bool GalleryWindow::chooseMode(const std::string& identifier) const {
+    GMenuModel* const menu = gtk_menu_button_get_menu_model(GTK_MENU_BUTTON(modeButton_));
+    bool chosen = false;
+    for (int item = 0; item < g_menu_model_get_n_items(menu) && !chosen; ++item) {
+        gchar* action = nullptr;
+        gchar* target = nullptr;
+        g_menu_model_get_item_attribute(menu, item, G_MENU_ATTRIBUTE_ACTION, "s", &action);
+        g_menu_model_get_item_attribute(menu, item, G_MENU_ATTRIBUTE_TARGET, "s", &target);
+        chosen = action && target && identifier == target &&
+                 gtk_widget_activate_action(modeButton_, action, "s", target) != FALSE;
+        g_free(action);
+        g_free(target);
+    }
+    return chosen;
 }
 
 bool GalleryWindow::isDark() const {

@@ -7,6 +7,8 @@
 
 #include <gtk/gtk.h>
 
+#include <string>
+
 namespace gallery {
 
 /// The window: the sidebar, and beside it a bar with the mode menu, the cards and the swatches.
@@ -21,6 +23,8 @@ public:
     [[nodiscard]] GtkWidget* widget() const { return window_; }
     /// Whether the window's own style is dark.
     [[nodiscard]] bool isDark() const;
+    /// Chooses the item of the mode menu that stands for a mode; false where there is none.
+    bool chooseMode(const std::string& identifier) const;
 
 private:
     GtkWidget* makeBar();
@@ -28,6 +32,7 @@ private:
     SwatchGrid grid_;
     zel::ZelGtkModeMenu modes_;
     GtkWidget* const window_;
+    GtkWidget* modeButton_ = nullptr;
 };
 
 } // namespace gallery

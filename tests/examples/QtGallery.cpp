@@ -34,6 +34,10 @@ void GalleryProcess::set(const char* variable, const QString& value) {
     environment_.insert(QLatin1String(variable), value);
 }
 
+void GalleryProcess::inheritSettings(const GalleryProcess& other) {
+    set("XDG_CONFIG_HOME", other.folder_.path());
+}
+
 void GalleryProcess::start() {
     process_.setProcessEnvironment(environment_);
     process_.start(QStringLiteral(GALLERY_PROGRAM), arguments_);

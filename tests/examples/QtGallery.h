@@ -18,7 +18,8 @@ struct GalleryRun {
     int status = -1;
     QString output;
     QImage picture;
-    std::map<std::string, QPoint> points; ///< key to the middle of its swatch; "sidebar"
+    /// Key to the middle of its swatch; "sidebar" and "tinted", the derived style's card.
+    std::map<std::string, QPoint> points;
 
     /// The pixel under a swatch; transparent where there is none.
     [[nodiscard]] QRgb pixel(const std::string& key) const {
@@ -39,6 +40,8 @@ class GalleryProcess {
 public:
     explicit GalleryProcess(const QStringList& arguments);
 
+    /// Gives it the settings of another run, which has ended.
+    void inheritSettings(const GalleryProcess& other);
     /// Sets a variable of its environment.
     void set(const char* variable, const QString& value);
     void start();

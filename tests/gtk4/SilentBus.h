@@ -28,7 +28,7 @@ public:
         std::copy(path.begin(), path.end(), std::begin(at.sun_path));
         socket_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         if (::bind(socket_, reinterpret_cast<const sockaddr*>(&at), sizeof at) != 0 ||
-            ::listen(socket_, 8) != 0) {
+            ::listen(socket_, 100) != 0) {
             throw std::runtime_error("no socket for the bus");
         }
     }

@@ -4,6 +4,7 @@
 #include "tests/gtk4/SilentBus.h"
 #include "tests/portal/FakePortal.h"
 #include "tests/portal/PrivateBus.h"
+#include "tests/support/Fastest.h"
 #include "tests/support/Threads.h"
 
 #include <ZelStyleKit/ZelGtkModeMenu.h>
@@ -77,14 +78,18 @@ TEST_F(MainLoopTests, ALoopOfItsOwnMayRunTheQueue) {
 
 TEST_F(MainLoopTests, ABusThatNeverAnswersHoldsTheStartUpNoLongerThanItMay) {
     const SilentBus bus;
-    zel::ZelGtkPortalAppearance desktop;
     zel::ZelPortalOptions options;
     options.busAddress = bus.address();
-    const auto begin = Clock::now();
-    EXPECT_EQ(desktop.start(options), zel::ZelPortalStatus::Connecting);
-    const auto waited = Clock::now() - begin;
-    EXPECT_GE(waited, 90ms);
-    EXPECT_LT(waited, 2s); // 100 ms, on a machine under load
+    Fastest waited;
+    for (int round = 0; round < 5 && waited.value() >= 120; ++round) {
+        zel::ZelGtkPortalAppearance desktop;
+        const auto begin = Clock::now();
+        EXPECT_EQ(desktop.start(options), zel::ZelPortalStatus::Connecting);
+        const auto passed = Clock::now() - begin;
+        waited.add(std::chrono::duration_cast<std::chrono::milliseconds>(passed).count());
+    }
+    EXPECT_GE(waited.value(), 100);
+    EXPECT_LT(waited.value(), 120);
 }
 
 TEST_F(MainLoopTests, ThePortalsTimerRunsOnTheLoop) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Against a bus that takes connections and never says a word.
+#include "tests/support/Fastest.h"
+
 #include <ZelStyleKit/ZelQtPortalAppearance.h>
 
 #include <QCoreApplication>
@@ -31,7 +33,7 @@ protected:
         std::memcpy(name.sun_path, path.c_str(), path.size());
         const void* const untyped = &name;
         ASSERT_EQ(bind(listener, static_cast<const sockaddr*>(untyped), sizeof name), 0);
-        ASSERT_EQ(listen(listener, 5), 0);
+        ASSERT_EQ(listen(listener, 100), 0);
         options.busAddress = "unix:path=" + path;
         options.retryAfter = 0ms;
     }
@@ -53,12 +55,16 @@ protected:
 };
 
 TEST_F(QtPortalAppearanceTests, ABusThatNeverAnswersCostsTheFirstWaitAndNoMore) {
-    QElapsedTimer clock;
-    clock.start();
-    const zel::ZelQtPortalAppearance portal(options);
-    EXPECT_GE(clock.elapsed(), 90);
-    EXPECT_LT(clock.elapsed(), 1000);
-    EXPECT_EQ(portal.portal().status(), ZelPortalStatus::Connecting);
+    zeltest::Fastest waited;
+    for (int round = 0; round < 5 && waited.value() >= 120; ++round) {
+        QElapsedTimer clock;
+        clock.start();
+        const zel::ZelQtPortalAppearance portal(options);
+        waited.add(static_cast<long>(clock.elapsed()));
+        EXPECT_EQ(portal.portal().status(), ZelPortalStatus::Connecting);
+    }
+    EXPECT_GE(waited.value(), 100);
+    EXPECT_LT(waited.value(), 120);
 }
 
 TEST_F(QtPortalAppearanceTests, TheFirstWaitCanBeLeftOut) {

@@ -1,9 +1,11 @@
 #!/bin/sh
 # Builds and runs the consumers with what pkg-config says and nothing else.
-# usage: pkg_config_consumer.sh PREFIX WORK COMPILER SOURCES LINKAGE [COMPONENT...]
+# usage: pkg_config_consumer.sh PREFIX WORK COMPILER SOURCES LINKAGE DISPLAY_COMMAND [COMPONENT...]
+# Exit status: 77 where one of them needs a display and DISPLAY_COMMAND is empty.
 set -eu
-prefix=$1 work=$2 compiler=$3 sources=$4 linkage=$5
-shift 5
+prefix=$1 work=$2 compiler=$3 sources=$4 linkage=$5 on_display=$6
+shift 6
+skipped=0
 
 # Only this folder and what the compiler finds by itself: a copy of the library that the system has
 # must not pass for this one.
@@ -21,8 +23,10 @@ shared*) static= ;;
 *) echo "a static library that calls itself shared" && exit 1 ;;
 esac
 
+# build_and_run MODULE SOURCE [COMMAND...]: the program is run by the command.
 build_and_run() {
     module=$1 source=$2
+    shift 2
     flags=$(pkg-config --cflags --libs ${static:+"$static"} "$module")
     echo "$module: $flags"
     case $flags in
@@ -32,7 +36,13 @@ build_and_run() {
     # The flags are a list of words.
     # shellcheck disable=SC2086
     "$compiler" -std=c++20 "$source" -o "$work/program" $flags
-    "$work/program"
+    status=0
+    "$@" "$work/program" || status=$?
+    case $status in
+    0) ;;
+    77) skipped=77 ;;
+    *) exit "$status" ;;
+    esac
 }
 
 rm -rf "$work"
@@ -40,6 +50,11 @@ mkdir -p "$work"
 build_and_run zelstylekit "$sources/consumer/host.cpp"
 build_and_run zelstylekit "$sources/consumer/early.cpp"
 for component in "$@"; do
+    set --
+    if [ "$component" = Gtk4 ] && [ -n "$on_display" ]; then
+        set -- "$on_display"
+    fi
     build_and_run "zelstylekit-$(echo "$component" | tr '[:upper:]' '[:lower:]')" \
-        "$sources/component/$component.cpp"
+        "$sources/component/$component.cpp" "$@"
 done
+exit "$skipped"

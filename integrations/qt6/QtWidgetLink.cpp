@@ -20,9 +20,9 @@ Links& links() {
     return links;
 }
 
-// By value: a handler may end the link.
-void tell(const std::shared_ptr<ZelQtStyleable> styleable) {
-    ZelStyleDomain::domainForStyleable(styleable)->notifyForStyleChangeOf(styleable, {});
+void tell(const std::shared_ptr<ZelQtStyleable>& styleable) {
+    const auto held = styleable; // a handler may end the link, and with it the reference
+    ZelStyleDomain::domainForStyleable(held)->notifyForStyleChangeOf(held, {});
 }
 
 } // namespace

@@ -9,7 +9,8 @@ function(zel_warnings target)
     endif()
 endfunction()
 
-# A library that is installed and exported: C++20, hidden visibility, versioned where shared.
+# A library that is installed and exported: C++20, hidden visibility, versioned where shared. With
+# ZELSTYLEKIT_SHOW_INTERNALS, a shared one shows everything, so that the tests of its inside can use it.
 function(zel_library_defaults target)
     zel_warnings(${target})
     target_compile_features(${target} PUBLIC cxx_std_20)
@@ -28,6 +29,9 @@ function(zel_library_defaults target)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "STATIC_LIBRARY")
         target_compile_definitions(${target} PUBLIC ZELSTYLEKIT_STATIC)
+    elseif(ZELSTYLEKIT_SHOW_INTERNALS)
+        set_target_properties(${target} PROPERTIES
+            CXX_VISIBILITY_PRESET default VISIBILITY_INLINES_HIDDEN OFF)
     elseif(UNIX AND NOT APPLE)
         set(symbols ${PROJECT_SOURCE_DIR}/cmake/ZelSymbols.map)
         # Nobody is meant to replace single functions of the library: it calls its own directly.

@@ -203,5 +203,15 @@ TEST_F(StyleInheritanceTests, UninterpretedValuesAreInheritedByIdentity) {
     EXPECT_EQ(child->effectiveValueForAttribute("font"), gray(0.5));
 }
 
+TEST_F(StyleInheritanceTests, AChildKeepsNoUninterpretedValueThatItsNullMarkerHides) {
+    auto content = std::make_shared<const std::any>(std::string("Serif 12"));
+    const std::weak_ptr<const std::any> weak = content;
+    parent->setValue(ZelAttributeValue(std::exchange(content, nullptr)), "font");
+    child->setValue(std::nullopt, "font");
+    EXPECT_EQ(child->effectiveValueForAttribute("font"), std::nullopt);
+    parent->setValue(gray(0.5), "font"); // lets go of the content, and child has it no more
+    EXPECT_TRUE(weak.expired());
+}
+
 } // namespace
 } // namespace zeltest

@@ -187,5 +187,19 @@ TEST_F(StyleValuesTests, HundredsOfKeysOfTheHostsOwnAreToldApart) {
     EXPECT_EQ(style->effectiveValues()->size(), 500U);
 }
 
+TEST_F(StyleValuesTests, SharedContentIsKeptAsItIsAndNilContentIsTheNullMarker) {
+    const auto content = std::make_shared<const std::any>(5.5F);
+    style->setValue(ZelAttributeValue(content), "leading");
+    const Value read = style->effectiveValueForAttribute("leading");
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->other(), content);
+    EXPECT_EQ(read->as<int>(), nullptr);
+    EXPECT_EQ(*read->as<float>(), 5.5F);
+    EXPECT_TRUE(ZelAttributeValue(ZelAttributeValue::Other()).isNull());
+    EXPECT_EQ(gray(0.5)->as<float>(), nullptr);
+    const int* const nothing = nullptr;
+    EXPECT_TRUE(ZelAttributeValue(nothing).isNull());
+}
+
 } // namespace
 } // namespace zeltest

@@ -191,4 +191,14 @@ TEST_F(ManagerMode, AModeIsAppliedToTheDefaultDomainThatThereIsNow) {
     EXPECT_FALSE(isDark());
 }
 
+TEST_F(ManagerMode, AModeWhoseInitFailsIsNil) {
+    class FailingMode : public zel::ZelStyleManagerMode {
+        std::shared_ptr<zel::NSObject> init() override { return nullptr; }
+    };
+    const auto failing = zel::alloc<FailingMode>();
+    EXPECT_EQ(failing->initWithIdentifier("sepia", 5, "Sepia"), nullptr);
+    EXPECT_EQ(failing->identifier(), "");
+    EXPECT_EQ(failing->rank(), 0U);
+}
+
 } // namespace

@@ -161,5 +161,15 @@ TEST_F(DomainRegistryTests, ThreadsThatAskAtOnceGetOneDomain) {
     }
 }
 
+TEST_F(DomainRegistryTests, ADomainWhoseInitFailsIsNil) {
+    class FailingDomain : public ZelStyleDomain {
+        std::shared_ptr<NSObject> init() override { return nullptr; }
+    };
+    const auto failing = alloc<FailingDomain>();
+    EXPECT_EQ(failing->initWithDomainIdentifier("editor"), nullptr);
+    EXPECT_EQ(failing->domainIdentifier(), std::nullopt);
+    EXPECT_EQ(failing->currentScheme(), nullptr);
+}
+
 } // namespace
 } // namespace zeltest

@@ -125,5 +125,15 @@ TEST_F(ProviderTests, AReplacedCallbackEndsWithTheProvidersLockFree) {
     EXPECT_TRUE(wasUsable);
 }
 
+TEST_F(ProviderTests, AProviderWhoseInitFailsIsNil) {
+    class FailingProvider : public ZelStyleDefaultValueProvider {
+        std::shared_ptr<NSObject> init() override { return nullptr; }
+    };
+    const auto failing = alloc<FailingProvider>();
+    EXPECT_EQ(failing->initWithIdentifier("extra", std::nullopt, [](auto&&...) {}), nullptr);
+    EXPECT_EQ(failing->identifier(), std::nullopt);
+    EXPECT_FALSE(failing->providerBlock());
+}
+
 } // namespace
 } // namespace zeltest

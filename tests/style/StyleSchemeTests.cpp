@@ -244,5 +244,15 @@ TEST_F(StyleSchemeTests, ManyThreadsAddAndRemoveStyles) {
     EXPECT_EQ(scheme->stylesByIdentifier().size(), 3U);
 }
 
+TEST_F(StyleSchemeTests, ASchemeWhoseInitFailsIsNil) {
+    class FailingScheme : public ZelStyleScheme {
+        std::shared_ptr<NSObject> init() override { return nullptr; }
+    };
+    const auto failing = alloc<FailingScheme>();
+    EXPECT_EQ(failing->initWithIdentifier("sepia", domain), nullptr);
+    EXPECT_EQ(failing->identifier(), std::nullopt);
+    EXPECT_EQ(failing->domain(), nullptr);
+}
+
 } // namespace
 } // namespace zeltest

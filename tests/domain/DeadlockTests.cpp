@@ -264,5 +264,21 @@ TEST_F(DeadlockTests, AListenerRegisteredDuringASwitchElsewhereKnowsTheStyleThat
     }
 }
 
+TEST_F(DeadlockTests, AnObserversOwnerMayEndElsewhereWhileTheDomainDelivers) {
+    auto observing = makePlain();
+    const std::weak_ptr<Plain> weak = observing;
+    plain->addStyleUpdateObserver([](auto&&...) {}, observing, false);
+    const auto owner = makePlain();
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
+            if (event == ZelStyleChangeEventChanged) {
+                runElsewhere([&] { observing.reset(); });
+            }
+        },
+        owner);
+    update(plain);
+    EXPECT_TRUE(weak.expired());
+}
+
 } // namespace
 } // namespace zeltest

@@ -207,5 +207,18 @@ TEST_F(DomainEndTests, AWalkGoesOnWhereAHandlerTakesTheDomainsLastReferenceAway)
     EXPECT_TRUE(weak.expired());
 }
 
+TEST_F(DomainEndTests, AnExceptionOfAHandlerThatAnEndingDomainCallsGoesNowhere) {
+    bool throws = false;
+    const std::weak_ptr<ZelStyleDomain> weak = followInTheDark("editor", [&] {
+        if (throws) {
+            throw std::runtime_error("a handler's");
+        }
+    });
+    throws = true;
+    EXPECT_NO_THROW(reset());
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"editor", light, 1}}));
+    EXPECT_TRUE(weak.expired());
+}
+
 } // namespace
 } // namespace zeltest

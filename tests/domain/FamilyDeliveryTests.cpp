@@ -164,5 +164,25 @@ TEST_F(FamilyDeliveryTests, ListenersThatComeAndGoBetweenUpdatesCount) {
     EXPECT_EQ(update(top), Names{"third"});
 }
 
+TEST_F(FamilyDeliveryTests, AnIdentifierThatAnotherDomainsTargetGetsMovesTheListenersBelowIt) {
+    const auto editor = ZelStyleDomain::domainForIdentifier("editor");
+    const auto editorMain = addStyle(editor->defaultScheme(), "main");
+    const auto editorTop = addChildStyle(editorMain, "top");
+    const auto editorAside = addChildStyle(editorMain, "aside");
+    editor->setCurrentScheme(editor->defaultScheme());
+    const auto root = alloc<NSView>(); // its domain is the default one
+    const auto view = alloc<NSView>();
+    root->addSubview(view);
+    root->setCustomZelStyleIdentifier("top");
+    editor->registerChangeHandler(recorder.handler("view"), view);
+    recorder.take();
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(editorTop), Names{"view"});
+    }
+    root->setCustomZelStyleIdentifier("aside"); // the editor isn't told
+    EXPECT_EQ(update(editorAside), Names{"view"});
+    EXPECT_EQ(update(editorTop), Names{});
+}
+
 } // namespace
 } // namespace zeltest

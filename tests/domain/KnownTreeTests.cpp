@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "platform/StyleableTree.h"
 #include "tests/support/Recorder.h"
 
 namespace zeltest {
@@ -230,6 +231,21 @@ TEST_F(KnownTreeTests, AnObjectWithANodeIsNotAskedForItsParentEvenWhereLinksChan
     EXPECT_EQ(middle->parentRequests + bottom->parentRequests + elsewhere->parentRequests, 0)
         << "the answer is its own thread's, the notification may be another's";
     EXPECT_EQ(forcedBelow(alloc<NSObject>()), Names{});
+}
+
+TEST_F(KnownTreeTests, SettingANodesParentAgainChangesNoLink) {
+    const auto upper = makePlain();
+    const auto lower = makePlain();
+    ZelStyleableNode parent(*upper);
+    ZelStyleableNode child(*lower);
+    const std::uint64_t before = ZelStyleableTree::linkChanges();
+    child.setParent(&parent);
+    const std::uint64_t linked = ZelStyleableTree::linkChanges();
+    EXPECT_NE(linked, before);
+    child.setParent(&parent);
+    EXPECT_EQ(ZelStyleableTree::linkChanges(), linked);
+    child.setParent(nullptr);
+    EXPECT_NE(ZelStyleableTree::linkChanges(), linked);
 }
 
 } // namespace

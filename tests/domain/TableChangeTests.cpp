@@ -288,5 +288,30 @@ TEST_F(TableChangeTests, AChangeInANestedWalkHoldsForTheOuterOne) {
     EXPECT_EQ(force(), (Names{"before"}));
 }
 
+TEST_F(TableChangeTests, AnOwnerOfTwoDomainsIsServedByBothAfterItsEntryHasMoved) {
+    const auto editor = ZelStyleDomain::domainForIdentifier("editor");
+    addStyle(editor->defaultScheme(), "main");
+    Recorder calls;
+    std::vector<std::shared_ptr<Plain>> leaving;
+    for (int i = 0; i < 40; ++i) {
+        leaving.push_back(makePlain());
+        domain->registerChangeHandler(calls.handler("leaving"), leaving.back());
+    }
+    const auto owner = makePlain();
+    domain->registerChangeHandler(calls.handler("domain"), owner);
+    editor->registerChangeHandler(calls.handler("editor"), owner);
+    leaving.clear(); // leaves holes, which the next owner's coming closes
+    const auto last = makePlain();
+    domain->registerChangeHandler(calls.handler("last"), last);
+    calls.take();
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(calls.takeNames(), (Names{"domain", "last"}));
+    editor->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(calls.takeNames(), Names{"editor"});
+    domain->unregisterChangeHandlersWithOwner(owner);
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(calls.takeNames(), Names{"last"});
+}
+
 } // namespace
 } // namespace zeltest

@@ -142,4 +142,18 @@ TEST(AtomicIdentifier, AReaderSeesOneOfTheWrittenTextsAndNothingElse) {
     EXPECT_EQ(torn, 0);
 }
 
+TEST(TextWords, TextsAreTheSameWhereEveryByteIs) {
+    const std::string text = "a text of several words of eight bytes";
+    EXPECT_TRUE(TextWords::isSame(text, std::string(text)));
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        std::string other = text;
+        other[at] = '#';
+        EXPECT_FALSE(TextWords::isSame(text, other)) << at;
+    }
+    for (std::size_t size = 0; size < text.size(); ++size) {
+        EXPECT_FALSE(TextWords::isSame(text, text.substr(0, size))) << size;
+        EXPECT_TRUE(TextWords::isSame(text.substr(0, size), text.substr(0, size))) << size;
+    }
+}
+
 } // namespace

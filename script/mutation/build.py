@@ -15,6 +15,7 @@ PROGRAMS = {  # by the folder whose sources they test first of all
     "domain": "zelstylekit_domain_tests", "styleable": "styleable_tests",
     "appearance": "appearance_tests",
 }
+OTHERS = ["figure_tests", "out_of_memory_tests"]
 MODEL = "zelstylekit_model"
 
 
@@ -41,7 +42,7 @@ class Build:
     def __init__(self, root, jobs):
         self.root = root
         self.folder = root / "build" / PRESET
-        targets = [*PROGRAMS.values(), MODEL]
+        targets = [*PROGRAMS.values(), *OTHERS, MODEL]
         self._say(["cmake", "--preset", PRESET])
         self._say(["cmake", "--build", "--preset", PRESET, "--parallel", str(jobs), "--target",
                    *targets])

@@ -47,6 +47,7 @@ class Token:
 @dataclasses.dataclass
 class Mutant:
     file: str
+    text: str  # the whole source
     line: int
     operator: str
     begin: int  # what is replaced
@@ -163,7 +164,8 @@ def mutants_of(name, text):
     found = []
 
     def add(operator, begin, end, replacement):
-        found.append(Mutant(name, text.count("\n", 0, begin) + 1, operator, begin, end, replacement))
+        found.append(Mutant(name, text, text.count("\n", 0, begin) + 1, operator, begin, end,
+                            replacement))
 
     for i, token in enumerate(source.tokens):
         _mutate_sign(source, i, add)
@@ -264,5 +266,5 @@ def _describe(source, found):
         mutant.identity = hashlib.sha256(f"{key}\n{seen[key]}".encode()).hexdigest()[:12]
 
 
-def apply(text, mutant):
-    return text[:mutant.begin] + mutant.replacement + text[mutant.end:]
+def apply(mutant):
+    return mutant.text[:mutant.begin] + mutant.replacement + mutant.text[mutant.end:]

@@ -83,11 +83,10 @@ bool NSObject::registerStyleableChangeHandler(ZelStyleChangeHandler handler) {
     return domain != nullptr;
 }
 
-// An object that unregisters in its destructor has nothing left to unregister: its handlers go with
-// it.
+// Asks for no reference to itself, which an object has none of in its destructor.
 bool NSObject::unregisterStyleableChangeHandlers() {
     const ZelStyleable* conforming = asZelStyleable();
-    if (conforming && !weak_from_this().expired()) {
+    if (conforming) {
         ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
             ->_unregisterChangeHandlersWithOwner(*this);
     }

@@ -136,6 +136,30 @@ TEST_F(StyleableHandlers, UnregisteringLooksInTheDomainThatTheObjectNamesNow) {
     EXPECT_EQ(recorder.takeNames(), Names{"owner"});
 }
 
+TEST_F(StyleableHandlers, AnObjectMayUnregisterInItsDestructor) {
+    struct Leaving : zel::NSView {
+        std::weak_ptr<int> captured;
+        bool* answer = nullptr;
+        bool* stillThere = nullptr;
+        ~Leaving() override {
+            *answer = unregisterStyleableChangeHandlers();
+            *stillThere = !captured.expired();
+        }
+    };
+    bool answer = false;
+    bool stillThere = true;
+    auto leaving = zel::alloc<Leaving>();
+    leaving->answer = &answer;
+    leaving->stillThere = &stillThere;
+    auto captured = std::make_shared<int>(1);
+    leaving->captured = captured;
+    leaving->registerStyleableChangeHandler([captured](const auto&, const auto&, auto) {});
+    captured.reset();
+    leaving.reset();
+    EXPECT_TRUE(answer);
+    EXPECT_FALSE(stillThere) << "the handler and what it holds end there";
+}
+
 TEST_F(StyleableHandlers, AnOwnerThatEndsLeavesNothingBehind) {
     auto ending = makeStyled();
     auto captured = std::make_shared<int>(1);

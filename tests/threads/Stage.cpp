@@ -54,6 +54,7 @@ Stage::Stage() {
     NSApplication::sharedApplication();
     ZelStyleManager::setup();
     painted.emplace_back(addStyle(domain->lightScheme(), "main"));
+    domain->defaultScheme()->addStyle(painted.front().style); // as the set-up does
     painted.emplace_back(addStyle(domain->darkScheme(), "main"));
     painted.emplace_back(addStyle(editor->defaultScheme(), "main"));
     for (PaintedStyle& each : painted) {

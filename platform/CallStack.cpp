@@ -62,8 +62,7 @@ void printCalls(void* const* calls, int count) noexcept {
 
 // Frames above each other on this thread's own stack only: a register that was used for something
 // else is no frame, and is never followed anywhere else.
-[[gnu::no_sanitize("address"), gnu::no_sanitize("undefined")]] CallStack
-CallStack::here() noexcept {
+[[gnu::no_sanitize_address]] CallStack CallStack::here() noexcept {
     CallStack stack;
     const std::uintptr_t end = stackEnd();
     const auto* frame = static_cast<const Frame*>(__builtin_frame_address(0));

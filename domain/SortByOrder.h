@@ -22,13 +22,13 @@ void placeByDigit(const Item* from, Item* to, std::size_t count, std::uint32_t b
         return (item.order - base) >> shift & ((1U << width) - 1);
     };
     std::array<std::uint32_t, mostDigits> places; // of the digits there are, no others
-    const auto digitsEnd = places.begin() + (std::ptrdiff_t{1} << width);
-    std::fill(places.begin(), digitsEnd, 0);
+    std::uint32_t* const digitsEnd = places.data() + (std::size_t{1} << width);
+    std::fill(places.data(), digitsEnd, 0U);
     for (const Item* each = from; each != from + count; ++each) {
         ++places[digitOf(*each)];
     }
     std::uint32_t next = 0;
-    std::for_each(places.begin(), digitsEnd,
+    std::for_each(places.data(), digitsEnd,
                   [&](std::uint32_t& place) { next += std::exchange(place, next); });
     for (const Item* each = from; each != from + count; ++each) {
         to[places[digitOf(*each)]++] = *each;

@@ -19,6 +19,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -143,6 +144,7 @@ BENCHMARK(styledWidgetsSwitchWithPalette)->Apply(sizes);
 } // namespace
 
 int main(int argc, char** argv) {
+    std::thread([] {}).join(); // without one, shared pointers would leave out their atomics
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     const zel::ZelQtMainQueue queue;

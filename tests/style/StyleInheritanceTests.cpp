@@ -213,5 +213,30 @@ TEST_F(StyleInheritanceTests, AChildKeepsNoUninterpretedValueThatItsNullMarkerHi
     EXPECT_TRUE(weak.expired());
 }
 
+TEST_F(StyleInheritanceTests, NoKeyOfAFormerParentIsLeftHoweverManyItHad) {
+    for (int count = 1; count <= 40; ++count) {
+        const auto former = makeEmptyStyle();
+        const auto moved = makeChild(former);
+        const auto orphan = makeChild(former);
+        for (int i = 0; i < count; ++i) {
+            former->setValue(gray(0.5), "former" + std::to_string(i));
+        }
+        ASSERT_EQ(moved->effectiveValues()->size(), static_cast<std::size_t>(count));
+        ASSERT_EQ(orphan->effectiveValues()->size(), static_cast<std::size_t>(count));
+        moved->setParentStyle(parent);
+        orphan->setParentStyle(nullptr);
+        for (const Style& each : {moved, orphan}) {
+            each->setValue(gray(0.25), "own");
+            const ZelAttributeDictionary expected{{"own", *gray(0.25)}};
+            EXPECT_EQ(*each->effectiveValues(), expected) << count;
+            for (int i = 0; i < count; ++i) {
+                EXPECT_EQ(each->effectiveValueForAttribute("former" + std::to_string(i)),
+                          std::nullopt)
+                    << count;
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace zeltest

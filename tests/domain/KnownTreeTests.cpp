@@ -248,5 +248,29 @@ TEST_F(KnownTreeTests, SettingANodesParentAgainChangesNoLink) {
     EXPECT_NE(ZelStyleableTree::linkChanges(), linked);
 }
 
+/// An object of a host's whose links are known, and which counts how often it is asked all the
+/// same.
+class Linked : public Styled {
+public:
+    ZelStyleableNode node{*this};
+    const ZelStyleableNode* zelStyleableNode() const noexcept override { return &node; }
+};
+
+TEST_F(KnownTreeTests, NobodyIsAskedForAParentWhereTheLinksAreKnown) {
+    const auto root = alloc<Linked>();
+    const auto inside = alloc<Linked>();
+    const auto outside = alloc<Linked>();
+    inside->parent = root;
+    inside->node.setParent(&root->node);
+    domain->registerChangeHandler(recorder.handler("outside"), outside);
+    domain->registerChangeHandler(recorder.handler("inside"), inside);
+    recorder.take();
+    inside->parentRequests = outside->parentRequests = 0;
+    domain->notifyForStyleChangeOf(root, {.force = true});
+    EXPECT_EQ(recorder.takeNames(), Names{"inside"});
+    EXPECT_EQ(inside->parentRequests, 0);
+    EXPECT_EQ(outside->parentRequests, 0);
+}
+
 } // namespace
 } // namespace zeltest

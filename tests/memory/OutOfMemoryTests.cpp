@@ -151,5 +151,25 @@ TEST_F(OutOfMemoryTests, ATreeEndsWholeWithoutMemory) {
     }
 }
 
+TEST_F(OutOfMemoryTests, AWriteThatFailsLeavesTheEffectiveValueThatOfTheStylesOwn) {
+    const auto style = alloc<ZelStyle>();
+    style->init();
+    std::size_t failures = 0;
+    for (int i = 0; i < 40; ++i) { // so many that the merged values grow several times
+        const std::string key = "a key of the host's own, number " + std::to_string(i);
+        const std::optional<ZelAttributeValue> value(NSNumber::numberWithLong(i));
+        (void)style->effectiveValueForAttribute("blueColor"); // merged, before each write
+        failures += runShortOfMemory([&] { style->setValue(value, key); },
+                                     [&] {
+                                         const auto own = style->valueForAttribute(key);
+                                         EXPECT_TRUE(!own || own == value);
+                                         EXPECT_EQ(style->effectiveValueForAttribute(key), own);
+                                     });
+        EXPECT_EQ(style->effectiveValueForAttribute(key), value);
+    }
+    EXPECT_GE(failures, 50U);
+    EXPECT_EQ(style->effectiveValues()->size(), 40U);
+}
+
 } // namespace
 } // namespace zeltest

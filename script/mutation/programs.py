@@ -56,23 +56,29 @@ def run(words, library, seconds):
 
 
 def _wait(process):
-    """Waits for the end; false where nothing of the process moves any more."""
-    still, before, pause = time.monotonic(), None, 0.01
+    """Waits for the end; false where nothing of the process moves any more. Time in which this
+    process didn't run itself, since somebody has stopped everything, doesn't count."""
+    still, before, pause, last = 0.0, None, 0.01, time.monotonic()
     while True:
         try:
             process.wait(pause)
             return True
         except subprocess.TimeoutExpired:
             pause = min(0.25, pause * 2)
+        now = time.monotonic()
+        passed, last = min(now - last, 2 * pause), now
         spent, wants = _activity(process.pid)
         if wants or spent != before:
-            still, before = time.monotonic(), spent
-        elif time.monotonic() - still > IDLE:
-            return False
+            still, before = 0.0, spent
+        else:
+            still += passed
+            if still > IDLE:
+                return False
 
 
 def _activity(session):
-    """The processor time of all threads of a session, and whether one is running or waits to."""
+    """The processor time of all threads of a session, and whether one runs, waits to, or is stopped
+    by somebody."""
     spent, wants = 0, False
     for folder in pathlib.Path("/proc").iterdir():
         if not folder.name.isdigit():
@@ -82,7 +88,7 @@ def _activity(session):
                 continue
             for thread in (folder / "task").iterdir():
                 fields = (thread / "stat").read_text().rpartition(")")[2].split()
-                wants = wants or fields[0] in "RD"
+                wants = wants or fields[0] in "RDT"
                 spent += int(fields[11]) + int(fields[12])
         except (OSError, ValueError):
             continue  # it has ended

@@ -116,20 +116,14 @@ std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
     return found == state_->modes.end() ? nullptr : *found;
 }
 
-// Deliberate: a host's store is asked without the list's lock. It may change the list, and it may
-// tell handlers, which read the list on other threads.
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
-    Modes listed;
-    {
-        const RecursiveGuard guard(state_->lock);
-        listed = state_->modes;
-    }
+    const RecursiveGuard guard(state_->lock);
+    const Modes listed = state_->modes; // a host's store may change the list
     for (const auto& mode : listed) {
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }
     }
-    const RecursiveGuard guard(state_->lock);
     return state_->modes.empty() ? nullptr : state_->modes.front();
 }
 

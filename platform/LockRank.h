@@ -73,7 +73,8 @@ inline constexpr std::array lockRules{
     LockRule{LockRank::Notifications, LockUse::Private, "table of a notification centre",
              "callbacks are called without it", LockRank::DeliveryGate},
     LockRule{LockRank::ModeList, LockUse::Private, "list of modes",
-             "modes are applied, and the defaults asked, without it", LockRank::DeliveryGate},
+             "modes are applied without it; a store that is asked under it calls nobody back",
+             LockRank::DeliveryGate},
 };
 
 [[nodiscard]] constexpr const LockRule& ruleOf(LockRank rank) noexcept {

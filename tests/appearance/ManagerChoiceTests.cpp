@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/appearance/ManagerFixture.h"
-#include "tests/support/Watchdog.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,19 +19,6 @@ protected:
     std::string chosen() const {
         const auto mode = ZelStyleManagerInternals::shouldBeActiveMode(*manager);
         return mode ? mode->identifier() : "none";
-    }
-};
-
-/// A store whose reading tells every listener of the default domain; while it is armed.
-class NotifyingDefaults : public DefaultsInMemory {
-public:
-    std::atomic<bool> armed{false};
-
-    std::optional<zel::NSUserDefaultsValue> objectForKey(std::string_view key) override {
-        if (armed) {
-            zel::ZelStyleDomain::defaultDomain()->notifyForStyleChangeOf(nullptr, {.force = true});
-        }
-        return DefaultsInMemory::objectForKey(key);
     }
 };
 
@@ -241,38 +226,6 @@ TEST_F(ManagerChoice, OfTwoModesWithOneIdentifierTheFirstIsChosen) {
     manager->addMode(earlier);
     store("sepia");
     EXPECT_EQ(ZelStyleManagerInternals::shouldBeActiveMode(*manager), earlier);
-}
-
-TEST_F(ManagerChoice, AStoreThatTellsHandlersAndAHandlerThatReadsTheListDoNotWaitForEachOther) {
-    constexpr int rounds = 300;
-    constexpr auto asking = static_cast<zel::ZelStyleChangeEvent>(2);
-    const auto defaults = std::make_shared<NotifyingDefaults>();
-    zel::NSUserDefaults::standardUserDefaults().setStore(defaults);
-    addStandardModes();
-    const auto asker = makePlain();
-    std::atomic<int> asked{0};
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, zel::ZelStyleChangeEvent event) {
-            if (event == asking) {
-                ++asked;
-                (void)manager->activeMode();
-            }
-        },
-        asker);
-    defaults->armed = true;
-    runAtOnce({[&] {
-                   for (int i = 0; i < rounds; ++i) {
-                       (void)ZelStyleManagerInternals::shouldBeActiveMode(*manager);
-                   }
-               },
-               [&] {
-                   for (int i = 0; i < rounds; ++i) {
-                       domain->notifyForStyleChangeOf(nullptr,
-                                                      {.withEvent = asking, .force = true});
-                   }
-               }});
-    EXPECT_EQ(asked, rounds);
-    defaults->armed = false;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "style/ZelStyleInternals.h"
 #include "tests/domain/DomainInternals.h"
 #include "tests/memory/FailingMemory.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/Styling.h"
 
 #include <array>
@@ -27,6 +28,10 @@ protected:
 
 // In a process of its own: the first use of the providers in it.
 TEST(OutOfMemoryAtFirstUseTests, TheBuiltInProvidersAreLoadedAfreshAfterAFailure) {
+    if (zeltest::kThreadSanitized) {
+        GTEST_SKIP()
+            << "under the thread sanitizer std::call_once waits for ever after an exception";
+    }
     const std::size_t failures =
         runShortOfMemory([] { (void)ZelStyleInternals::defaultValueProviders(); }, [] {});
     EXPECT_GE(failures, 5U);

@@ -13,4 +13,13 @@ inline constexpr bool kSanitized =
 inline constexpr bool kSanitized = false;
 #endif
 
+/// Whether it is the thread sanitizer.
+#if defined(__SANITIZE_THREAD__)
+inline constexpr bool kThreadSanitized = true;
+#elif defined(__has_feature)
+inline constexpr bool kThreadSanitized = __has_feature(thread_sanitizer);
+#else
+inline constexpr bool kThreadSanitized = false;
+#endif
+
 } // namespace zeltest

@@ -27,6 +27,9 @@ void Expectation::leave() {
 }
 
 void Expectation::take(const Reply& reply) {
+    if (owner && reply.sender != *owner && reply.sender != zel::busName) {
+        return; // no longer the portal: as if it had never come
+    }
     if (reply.error.empty()) {
         status = Status::Following;
         scheme = schemeOf(reply.values);

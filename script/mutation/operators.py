@@ -55,6 +55,7 @@ class Mutant:
     replacement: str
     original: str = ""  # the lines around the place, their blanks made one
     mutated: str = ""
+    place: int = 0  # among those of the same two texts, from 1
     identity: str = ""  # the same as long as these lines stand in the file
 
 
@@ -263,6 +264,7 @@ def _describe(source, found):
         mutant.mutated = " ".join(replaced.split())
         key = f"{source.name}\n{mutant.original}\n{mutant.mutated}"
         seen[key] = seen.get(key, 0) + 1
+        mutant.place = seen[key]
         mutant.identity = hashlib.sha256(f"{key}\n{seen[key]}".encode()).hexdigest()[:12]
 
 

@@ -41,6 +41,11 @@ struct ZelStyleDomainInternals {
     static std::size_t objects(ZelStyleDomain& domain) {
         return domain.state_->changeHandlers->size();
     }
+    /// Listeners that walks which are over have left in the room for those that they found.
+    static std::size_t leftByWalks(ZelStyleDomain& domain) {
+        return domain.state_->changeHandlersByOwner->scratch.size() +
+               domain.state_->changeHandlers->scratch.size();
+    }
     static std::size_t schemes(ZelStyleDomain& domain) {
         return domain.state_->schemesByIdentifier.size();
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/StyleableTree.h"
+#include "tests/domain/DomainInternals.h"
 #include "tests/support/Recorder.h"
 
 namespace zeltest {
@@ -270,6 +271,18 @@ TEST_F(KnownTreeTests, NobodyIsAskedForAParentWhereTheLinksAreKnown) {
     EXPECT_EQ(recorder.takeNames(), Names{"inside"});
     EXPECT_EQ(inside->parentRequests, 0);
     EXPECT_EQ(outside->parentRequests, 0);
+}
+
+TEST_F(KnownTreeTests, ANotificationLeavesNothingOfWhatItFound) {
+    listen(panel, "panel", [&] { // one within another, the first time
+        armed = false;
+        domain->notifyForStyleChangeOf(window, {.force = true});
+    });
+    listen(label, "label");
+    armed = true;
+    domain->notifyForStyleChangeOf(window, {.force = true});
+    EXPECT_EQ(recorder.takeNames(), (Names{"panel", "panel", "label", "label"}));
+    EXPECT_EQ(ZelStyleDomainInternals::leftByWalks(*domain), 0U);
 }
 
 } // namespace

@@ -91,6 +91,7 @@ TEST_F(OutOfMemoryTests, ANotificationOfATargetThatFailsCallsNobodyAndTheNextCal
                          [&] {
                              EXPECT_EQ(rootCalls, 0);
                              EXPECT_EQ(childCalls, 0);
+                             EXPECT_EQ(ZelStyleDomainInternals::leftByWalks(*domain), 0U);
                          });
     EXPECT_GE(failures, 1U);
     EXPECT_EQ(rootCalls, 1);

@@ -76,7 +76,7 @@ void StyleChain::update(std::size_t style, const std::string& key, const Value& 
         return accepted;
     });
     require(nodes_[style].style->seed() == seed + (accepted ? 1 : 0),
-            "an update that counts moves the seed", key);
+            "an update that counts moves its seed", key);
     for (std::size_t below = style + 1; accepted && below < length && nodes_[below].follows;
          ++below) {
         nodes_[below].merged.reset();

@@ -182,14 +182,16 @@ void PortalFollower::overdue() {
     deadline_.reset();
     if (!bus_->ready()) {
         busIsAbsent("The session bus has not answered within " + limit);
-    } else if (bus_->portalIsGone()) {
+        return; // a question that has not gone out yet needs no asking again
+    }
+    if (bus_->portalIsGone()) {
         portalIsAbsent("The desktop portal has not started within " + limit);
     } else {
         conclude(ZelPortalStatus::NoAnswer, "The desktop portal has not answered within " + limit);
         retryLater();
-        if (askAgain_) {
-            ask();
-        }
+    }
+    if (askAgain_) {
+        ask();
     }
 }
 

@@ -66,3 +66,21 @@ TEST_F(SuccessionTests, WhatAPortalAnswersAfterGivingUpItsNameDoesNotCount) {
     successor.takeName();
     EXPECT_TRUE(host->runUntilDark(true, {&*portal, &successor}));
 }
+
+TEST_F(SuccessionTests, ARefreshIsMadeUpForThoughWhoWasAskedGivesUpItsNameAndStaysSilent) {
+    host->options.answerTimeout = 200ms;
+    follow();
+    leaveAQuestionOpen();
+    portal->dropName();
+    ASSERT_TRUE(host->run(
+        [&] {
+            return host->status() == ZelPortalStatus::Lost ||
+                   host->status() == ZelPortalStatus::NoPortal;
+        },
+        {&*portal}));
+    host->appearance->refresh(); // while the answer would be in time
+    const auto busWasAsked = [&] {
+        return host->appearance->reason().find("ServiceUnknown") != std::string::npos;
+    };
+    EXPECT_TRUE(host->run(busWasAsked, {&*portal}));
+}

@@ -79,18 +79,16 @@ int BusPeer::received(sd_bus_message* message, void* self, sd_bus_error* /*error
 
 void BusPeer::reply(sd_bus_message* call) {
     const std::string_view member = sd_bus_message_get_member(call);
-    Message reply = taken(nullptr);
     if (member == "Read") {
-        reply = answer_(call);
-    } else {
-        sd_bus_message* made = nullptr;
-        require(sd_bus_message_new_method_return(call, &made) >= 0 &&
-                    sd_bus_message_set_sender(made, zel::busName) >= 0 &&
-                    (member != "Hello" || sd_bus_message_append(made, "s", ":1.1") >= 0),
-                "the bus can answer");
-        reply = taken(made);
+        answer_(call);
+        return;
     }
-    require(sd_bus_send(bus_.get(), reply.get(), nullptr) >= 0, "a reply can be sent");
+    sd_bus_message* made = nullptr;
+    require(sd_bus_message_new_method_return(call, &made) >= 0 &&
+                sd_bus_message_set_sender(made, zel::busName) >= 0 &&
+                (member != "Hello" || sd_bus_message_append(made, "s", ":1.1") >= 0) &&
+                sd_bus_send(bus_.get(), taken(made).get(), nullptr) >= 0,
+            "the bus can answer");
 }
 
 bool BusPeer::emit(Message signal, const std::vector<BusValue>& values, const char* sender) {

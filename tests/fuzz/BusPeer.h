@@ -20,8 +20,8 @@ using Message = std::unique_ptr<sd_bus_message, decltype(&sd_bus_message_unref)>
 /// Owns: its socket and the one connection made to it. Threads: one; no operation waits.
 class BusPeer {
 public:
-    /// Makes the reply to a question for the colour scheme.
-    using Answer = std::function<Message(sd_bus_message* question)>;
+    /// Answers a question for the colour scheme, now, later or never.
+    using Answer = std::function<void(sd_bus_message* question)>;
 
     explicit BusPeer(Answer answer);
     ~BusPeer();

@@ -20,28 +20,66 @@ std::optional<std::uint32_t> schemeOf(const Values& values) {
                : std::nullopt;
 }
 
+void Expectation::ask() {
+    ++questions;
+    halvesLeft_ = 2;
+    mustAskAgain_ = false;
+}
+
+void Expectation::askSoon() {
+    if (halvesLeft_ > 0) {
+        mustAskAgain_ = true;
+    } else {
+        ask();
+    }
+}
+
+void Expectation::waitNoMore() {
+    halvesLeft_ = 0;
+    if (mustAskAgain_) {
+        ask();
+    }
+}
+
 void Expectation::leave() {
     const bool hasAnswer = status == Status::Following || status == Status::Lost;
     status = hasAnswer ? Status::Lost : Status::NoPortal;
-    scheme = status == Status::Lost ? scheme : std::nullopt;
 }
 
-void Expectation::take(const Reply& reply) {
-    if (owner && reply.sender != *owner && reply.sender != zel::busName) {
-        return; // no longer the portal: as if it had never come
+void Expectation::getNoAnswer() {
+    status = Status::NoAnswer;
+    scheme.reset();
+}
+
+void Expectation::take(int question, const Reply& reply) {
+    const bool isFromBus = reply.sender == zel::busName;
+    if (question != questions || (owner && reply.sender != *owner && !isFromBus)) {
+        return; // of the past, or of a portal of the past: as if it had never come
     }
     if (reply.error.empty()) {
         status = Status::Following;
         scheme = schemeOf(reply.values);
-    } else if (reply.sender == zel::busName) {
+    } else if (isFromBus) {
         leave();
     } else {
-        status = Status::NoAnswer;
-        scheme.reset();
+        getNoAnswer();
     }
     if (!owner && reply.sender.starts_with(':')) {
         owner = reply.sender;
     }
+    waitNoMore();
+}
+
+void Expectation::waitForHalfTheTime() {
+    if (halvesLeft_ == 0 || --halvesLeft_ > 0) {
+        return;
+    }
+    if (owner && owner->empty()) {
+        leave();
+    } else {
+        getNoAnswer();
+    }
+    waitNoMore();
 }
 
 void Expectation::hearOfChange(const Values& values, const std::string& sender) {
@@ -49,7 +87,7 @@ void Expectation::hearOfChange(const Values& values, const std::string& sender) 
     if (isHeard && (!owner || *owner == sender) && values.size() >= 2 && values[0].type == 's' &&
         values[0].text == zel::appearanceNamespace && values[1].type == 's' &&
         values[1].text == zel::colorSchemeKey) {
-        ++questions;
+        askSoon();
     }
 }
 
@@ -60,7 +98,7 @@ void Expectation::hearOfOwner(const Values& values, const std::string& sender) {
     }
     owner = values[2].text;
     if (!owner->empty()) {
-        ++questions;
+        ask(); // though another's answer may be under way
     } else if (status != Status::Connecting) {
         leave();
     }

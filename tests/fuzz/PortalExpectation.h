@@ -29,19 +29,31 @@ struct Reply {
 /// variant or in as many as eight.
 [[nodiscard]] std::optional<std::uint32_t> schemeOf(const Values& values);
 
-/// What whoever follows the portal is expected to have understood, from the first question on.
+/// What whoever follows the portal is expected to do and to have understood, from the first
+/// question on.
 struct Expectation {
     Status status = Status::Connecting;
     std::optional<std::uint32_t> scheme;
     std::optional<std::string> owner; ///< of the portal's name, as far as it is known
     int questions = 1;
 
-    void take(const Reply& reply);
+    /// Takes the reply to a question, by the question's number; the first one's is 1.
+    void take(int question, const Reply& reply);
     void hearOfChange(const Values& values, const std::string& sender);
     void hearOfOwner(const Values& values, const std::string& sender);
+    /// The host, or a change, wants the portal asked.
+    void askSoon();
+    /// Half of the time goes by that an answer may take.
+    void waitForHalfTheTime();
 
 private:
+    void ask();
+    void waitNoMore();
     void leave();
+    void getNoAnswer();
+
+    int halvesLeft_ = 2;        // of the time for an answer to the last question
+    bool mustAskAgain_ = false; // once that question is answered, or overdue
 };
 
 } // namespace zelfuzz

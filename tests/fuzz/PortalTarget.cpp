@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // A session bus and a desktop portal that say anything. A line of an input is one of
 //   from NAME            in whose name all that follows is said (:1.5 to begin with)
-//   reply VALUE...       how the portal answers the next question; asked again, 0 in two variants
+//   reply VALUE...       how the portal answers the next questions; 0 in two variants, unless told
 //   error NAME TEXT      the same, with an error
+//   silence              the same, not now
+//   late VALUE...        the answer to the question that has been left open for longest
 //   changed VALUE...     the signal that a setting has changed
 //   owner VALUE...       the signal that a name has got another owner
-// with values as in BusValue.h. Each reply is read by itself as well.
+//   refresh              the host wants the portal asked again
+//   wait                 half of the time that an answer may take goes by
+// with values as in BusValue.h. How a question is answered stands behind the line that it follows
+// from. Each reply is read by itself as well.
 #include "integrations/portal/PortalAnswer.h"
 #include "integrations/portal/PortalNames.h"
 #include "tests/fuzz/BusPeer.h"
@@ -15,11 +20,29 @@
 #include <ZelStyleKit/NSApplication.h>
 #include <ZelStyleKit/ZelPortalAppearance.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <sys/socket.h>
 #include <unistd.h>
+
+namespace zelfuzz {
+namespace {
+
+constexpr std::chrono::milliseconds answerTimeout{1000};
+std::chrono::milliseconds timeGoneBy{0};
+
+} // namespace
+} // namespace zelfuzz
+
+// The clock of whoever follows the portal, in place of the standard library's: nobody waits, and
+// nothing is late but where a story says so, even while the machine has no time for it.
+std::chrono::steady_clock::time_point std::chrono::steady_clock::now() noexcept {
+    return time_point(zelfuzz::timeGoneBy);
+}
 
 namespace zelfuzz {
 namespace {
@@ -103,7 +126,7 @@ void checkReading(Reply reply) {
 class Story {
 public:
     explicit Story(std::string_view input)
-        : script_(input), peer_([this](sd_bus_message* question) { return answer(question); }) {}
+        : script_(input), peer_([this](sd_bus_message* question) { hear(question); }) {}
 
     void play() {
         const auto application = zel::NSApplication::sharedApplication();
@@ -112,7 +135,7 @@ public:
         readReply();
         zel::ZelPortalOptions options;
         options.busAddress = peer_.address();
-        options.answerTimeout = std::chrono::minutes(5);
+        options.answerTimeout = answerTimeout;
         options.retryAfter = std::chrono::milliseconds(0);
         portal_.start(std::move(options));
         do {
@@ -122,7 +145,12 @@ public:
     }
 
 private:
-    /// Reads lines up to one that says how to answer; true where that came first.
+    struct Question {
+        int number;
+        Message message;
+    };
+
+    /// Reads the lines that say how the next questions are answered.
     void readReply() {
         next_ = Reply{};
         Script ahead = script_;
@@ -130,14 +158,13 @@ private:
             const std::string_view word = ahead.word();
             if (word == "from") {
                 readSender(ahead, sender_);
-            } else if (word == "reply" || word == "error") {
-                next_.sender = sender_;
-                if (word == "error") {
-                    next_.error = ahead.text();
-                    next_.text = ahead.textToLineEnd();
-                } else {
-                    next_.values = BusValue::readAll(ahead);
-                }
+            } else if (word == "reply") {
+                next_ = Reply{sender_, {}, BusValue::readAll(ahead), {}};
+            } else if (word == "error") {
+                const std::string name = ahead.text();
+                next_ = Reply{sender_, name, {}, ahead.textToLineEnd()};
+            } else if (word == "silence") {
+                next_.reset();
             } else {
                 break;
             }
@@ -158,16 +185,32 @@ private:
             expected_.hearOfChange(values, sender);
         } else if (word == "owner" && peer_.emitNameOwnerChanged(values, sender.c_str())) {
             expected_.hearOfOwner(values, sender);
+        } else if (word == "late" && !open_.empty()) {
+            answer(open_.front(), {sender, {}, values, {}});
+            open_.erase(open_.begin());
+        } else if (word == "refresh") {
+            portal_.refresh();
+            expected_.askSoon();
+        } else if (word == "wait") {
+            timeGoneBy += answerTimeout / 2;
+            expected_.waitForHalfTheTime();
         }
         return true;
     }
 
-    Message answer(sd_bus_message* question) {
-        ++questions_;
-        Reply reply = next_;
-        Message message = messageOf(reply, question);
-        expected_.take(reply);
-        return message;
+    void hear(sd_bus_message* message) {
+        Question question{++questions_, Message(sd_bus_message_ref(message), sd_bus_message_unref)};
+        if (next_) {
+            answer(question, *next_);
+        } else {
+            open_.push_back(std::move(question));
+        }
+    }
+
+    void answer(const Question& question, Reply reply) {
+        const Message message = messageOf(reply, question.message.get());
+        require(sd_bus_send(nullptr, message.get(), nullptr) >= 0, "a reply can be sent");
+        expected_.take(question.number, reply);
     }
 
     /// Lets both sides work until neither has anything to do.
@@ -196,9 +239,10 @@ private:
 
     Script script_;
     std::string sender_ = portalsName;
-    Reply next_;
+    std::optional<Reply> next_; // none: silence
     Expectation expected_;
     int questions_ = 0;
+    std::vector<Question> open_;
     BusPeer peer_;
     zel::ZelPortalAppearance portal_;
 };
@@ -209,7 +253,7 @@ void checkReplies(Script script) {
         const std::string_view word = script.word();
         if (word == "from") {
             readSender(script, sender);
-        } else if (word == "reply") {
+        } else if (word == "reply" || word == "late") {
             checkReading({sender, {}, BusValue::readAll(script), {}});
         } else if (word == "error") {
             const std::string name = script.text();

@@ -2,6 +2,8 @@
 #include <ZelStyleKit/NSColor.h>
 #include <ZelStyleKit/NSColorSpace.h>
 
+#include "tests/support/Counts.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -38,7 +40,7 @@ struct CheckAtExit {
             white.colorSpace().localizedName() == "Generic Gray Gamma 2.2" &&
             white.sRGBComponents() == zel::ZelRGBA{1, 1, 1, 1} &&
             zel::NSSystemColors::systemColors().blue == NSColor::colorWithWhite(0.25, 1);
-        std::_Exit(lives ? 0 : 1);
+        zeltest::endAtOnce(lives ? 0 : 1);
     }
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/DeliveryGate.h"
 #include "platform/RecursiveLock.h"
+#include "tests/support/Counts.h"
 #include "tests/support/Watchdog.h"
 
 #include <deque>
@@ -36,7 +37,10 @@ void takeBoth(RecursiveLock& outer, RecursiveLock& inner) {
 
 class LockOrderDeathTests : public testing::Test {
 protected:
-    LockOrderDeathTests() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+    LockOrderDeathTests() {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+        writeCountsAtAbort();
+    }
 
     UsedLock registry{LockRank::DomainRegistry};
     UsedLock modes{LockRank::ModeList};

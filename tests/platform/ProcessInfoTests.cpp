@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSProcessInfo.h>
 
+#include "tests/support/Counts.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -28,7 +30,7 @@ const bool told = [] {
         std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"), ignored);
         std::fputs(NSProcessInfo::processName().c_str(), stdout);
         std::fflush(stdout);
-        ::_exit(0);
+        zeltest::endAtOnce(0);
     }
     return false;
 }();

@@ -252,7 +252,7 @@ TEST_F(DefaultsFileLocation, CanBeWrittenWhileTheProcessEnds) {
     const int result = inChild([]() -> int {
         std::atexit([] {
             const bool written = NSUserDefaults::standardUserDefaults().setObject("end", "mode");
-            ::_exit(written ? 42 : 1);
+            zeltest::endAtOnce(written ? 42 : 1);
         });
         NSUserDefaults::standardUserDefaults().setObject("start", "mode");
         std::exit(0);

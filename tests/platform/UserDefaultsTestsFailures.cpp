@@ -190,11 +190,14 @@ TEST_F(DefaultsFileTrouble, AFullDiskLeavesTheOldFileAndNothingElse) {
     write("k = \"old\"\n");
     const int result = inChild([] {
         std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{2000, 2000}; // bytes that any file may have
+        rlimit before{};
+        ::getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit{2000, before.rlim_max}; // bytes that any file may have
         if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) {
             return 1;
         }
         const bool refused = !NSUserDefaults().setObject(std::string(5000, 'x'), "k");
+        ::setrlimit(RLIMIT_FSIZE, &before);
         return refused && storedString("k") == "old" ? 42 : 2;
     });
     EXPECT_EQ(result, 42);
@@ -219,13 +222,18 @@ TEST_F(DefaultsFileTrouble, AnExhaustedMemoryIsNotFeltOutside) {
     write("k = \"old\"\n" + std::string(7u << 20, '#'));
     const int result = inChild([] {
         NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-        const rlimit limit{1, 1}; // bytes of address space, of which there are more already
+        rlimit before{};
+        ::getrlimit(RLIMIT_AS, &before);
+        // Bytes of address space, of which there are more already.
+        const rlimit limit{1, before.rlim_max};
         if (::setrlimit(RLIMIT_AS, &limit) != 0) {
             return 1;
         }
         exhaustMemory();
         const bool absent = !defaults.objectForKey("k").has_value();
-        return absent && !defaults.setObject("new", "k") ? 42 : 2;
+        const bool refused = !defaults.setObject("new", "k");
+        ::setrlimit(RLIMIT_AS, &before);
+        return absent && refused ? 42 : 2;
     });
     EXPECT_EQ(result, 42);
     EXPECT_EQ(storedString("k"), "old");

@@ -4,6 +4,8 @@
 #include <ZelStyleKit/NSProcessInfo.h>
 #include <ZelStyleKit/NSUserDefaults.h>
 
+#include "tests/support/Counts.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -75,18 +77,23 @@ inline unsigned modeOf(const std::string& path) {
 inline int inChild(const std::function<int()>& body) {
     const pid_t child = ::fork();
     if (child == 0) {
-        ::_exit(body());
+        const uid_t user = ::getuid();
+        const int result = body();
+        // The counts are this user's to write. Refused where the body has gone to a world of its
+        // own.
+        [[maybe_unused]] const int refused = ::seteuid(user);
+        zeltest::endAtOnce(result);
     }
     int status = 0;
     ::waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-/// Gives up the privileges of a test that runs as root, to which nothing is forbidden.
+/// Lays down the privileges of a test that runs as root, to which nothing is forbidden.
 inline bool becomeOrdinaryUser() {
     constexpr unsigned nobody = 65534;
     return ::geteuid() != 0 ||
-           (::setgroups(0, nullptr) == 0 && ::setgid(nobody) == 0 && ::setuid(nobody) == 0);
+           (::setgroups(0, nullptr) == 0 && ::setegid(nobody) == 0 && ::seteuid(nobody) == 0);
 }
 
 /// The string under a key, or what tells that there is none.

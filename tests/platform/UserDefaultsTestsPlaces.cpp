@@ -204,7 +204,7 @@ TEST_F(DefaultsFilePlaces, AUserWithoutAHomeHasNoFile) {
         ::unsetenv("HOME");
         std::filesystem::current_path(folder);
         constexpr uid_t nobodyAtAll = 4'000'000'001;
-        return ::setuid(nobodyAtAll) == 0 && isNeitherReadNorWritten() ? 42 : 1;
+        return ::seteuid(nobodyAtAll) == 0 && isNeitherReadNorWritten() ? 42 : 1;
     });
     EXPECT_EQ(result, 42);
     EXPECT_TRUE(std::filesystem::is_empty(folder));

@@ -87,7 +87,7 @@ TEST_F(SharedDefaultsFile, ProcessesThatWriteTheirOwnKeysLoseNothing) {
                 const std::string name = std::to_string(process) + '.' + std::to_string(key);
                 written = NSUserDefaults().setObject("of " + name, name) && written;
             }
-            ::_exit(written ? 42 : 1);
+            zeltest::endAtOnce(written ? 42 : 1);
         }
         children.push_back(child);
     }

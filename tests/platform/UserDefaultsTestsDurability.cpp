@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "SystemCalls.h"
 #include "UserDefaultsTestsFolder.h"
 
 #include <cerrno>
 #include <vector>
 
-#include <sys/syscall.h>
-
 namespace zel_tests {
 namespace {
+
+using zel::NSUserDefaults;
 
 /// One call of fsync: for which path, and what the defaults file held at that moment.
 struct Sync {
@@ -16,55 +17,15 @@ struct Sync {
     friend bool operator==(const Sync&, const Sync&) = default;
 };
 
-struct SyncLog {
-    bool recording = false;
-    std::string file;        ///< the defaults file
-    std::string failingPath; ///< fsync fails for this one
-    std::vector<Sync> syncs;
-};
-
-SyncLog& syncLog() {
-    static SyncLog log;
-    return log;
-}
-
-std::string bytesOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-} // namespace
-} // namespace zel_tests
-
-// Stands in for the system's in this whole program, and passes on to it.
-extern "C" int fsync(int descriptor) {
-    zel_tests::SyncLog& log = zel_tests::syncLog();
-    if (log.recording) {
-        const std::string path =
-            std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor)).string();
-        log.syncs.push_back({path, zel_tests::bytesOf(log.file)});
-        if (path == log.failingPath) {
-            errno = EIO;
-            return -1;
-        }
-    }
-    return static_cast<int>(::syscall(SYS_fsync, descriptor));
-}
-
-namespace zel_tests {
-namespace {
-
-using zel::NSUserDefaults;
-
 struct DefaultsFileDurability : UserDefaultsFolder {
-    void SetUp() override {
-        UserDefaultsFolder::SetUp();
-        syncLog() = {true, file(), "", {}};
-    }
-    void TearDown() override {
-        syncLog() = {};
-        UserDefaultsFolder::TearDown();
-    }
+    std::vector<Sync> syncs;
+    std::string failingPath; ///< fsync fails for this one
+    int error = EIO;
+    const Intervention onSync{SystemCall::Fsync, [this](int descriptor) {
+                                  const std::string path = pathOf(descriptor);
+                                  syncs.push_back({path, text().value_or("")});
+                                  return path == failingPath ? error : 0;
+                              }};
 };
 
 TEST_F(DefaultsFileDurability, ANewTextIsOnDiskBeforeItTakesTheOldOnesPlaceAndThenItsNameIs) {
@@ -72,14 +33,14 @@ TEST_F(DefaultsFileDurability, ANewTextIsOnDiskBeforeItTakesTheOldOnesPlaceAndTh
     EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
     const std::vector<Sync> expected = {{file() + ".tmp", "k = 1\n"},
                                         {folder + "/Painter", "k = \"new\"\n"}};
-    EXPECT_EQ(syncLog().syncs, expected);
+    EXPECT_EQ(syncs, expected);
 }
 
 TEST_F(DefaultsFileDurability, ANewFoldersNameIsOnDiskToo) {
     EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
     const std::vector<Sync> expected = {
         {folder, ""}, {file() + ".tmp", ""}, {folder + "/Painter", "k = \"new\"\n"}};
-    EXPECT_EQ(syncLog().syncs, expected);
+    EXPECT_EQ(syncs, expected);
 }
 
 TEST_F(DefaultsFileDurability, AnEntryThatIsSoAlreadyIsMadeDurableWithoutBeingWritten) {
@@ -87,13 +48,13 @@ TEST_F(DefaultsFileDurability, AnEntryThatIsSoAlreadyIsMadeDurableWithoutBeingWr
     EXPECT_TRUE(NSUserDefaults().setObject("so", "k"));
     const std::vector<Sync> expected = {{file(), "k = \"so\"\n"},
                                         {folder + "/Painter", "k = \"so\"\n"}};
-    EXPECT_EQ(syncLog().syncs, expected);
+    EXPECT_EQ(syncs, expected);
     EXPECT_EQ(names(), std::vector<std::string>{"defaults.conf"});
 }
 
 TEST_F(DefaultsFileDurability, AFailingDiskLeavesTheOldFileAndNothingElse) {
     write("k = \"old\"\n");
-    syncLog().failingPath = file() + ".tmp";
+    failingPath = file() + ".tmp";
     EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
     EXPECT_EQ(text(), "k = \"old\"\n");
     EXPECT_FALSE(std::filesystem::exists(file() + ".tmp"));
@@ -101,9 +62,24 @@ TEST_F(DefaultsFileDurability, AFailingDiskLeavesTheOldFileAndNothingElse) {
 
 TEST_F(DefaultsFileDurability, IsNotClaimedWhereTheNameMayBeLost) {
     write("k = \"old\"\n");
-    syncLog().failingPath = folder + "/Painter";
+    failingPath = folder + "/Painter";
     EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
     EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+}
+
+TEST_F(DefaultsFileDurability, IsNotClaimedOfAnEntryThatIsSoAlreadyOnAFailingDisk) {
+    write("k = \"so\"\n");
+    failingPath = file();
+    EXPECT_FALSE(NSUserDefaults().setObject("so", "k"));
+}
+
+TEST_F(DefaultsFileDurability, NeedsNoMoreWhereAFileSystemKnowsNoUnwrittenFolders) {
+    write("k = \"old\"\n");
+    failingPath = folder + "/Painter";
+    for (const int each : {EINVAL, ENOTSUP}) {
+        error = each;
+        EXPECT_TRUE(NSUserDefaults().setObject("after " + std::to_string(each), "k"));
+    }
 }
 
 } // namespace

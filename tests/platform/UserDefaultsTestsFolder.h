@@ -73,6 +73,11 @@ inline unsigned modeOf(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777u : ~0u;
 }
 
+/// The path that an open file has in Linux's eyes.
+inline std::string pathOf(int descriptor) {
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor)).string();
+}
+
 /// Runs the body in a process of its own and answers its result; -1 where it crashed.
 inline int inChild(const std::function<int()>& body) {
     const pid_t child = ::fork();

@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "SystemCalls.h"
+#include "UserDefaultsTestsFolder.h"
+
+#include "platform/DefaultsFileSystem.h"
+
+#include <cerrno>
+#include <chrono>
+#include <utility>
+
+namespace zel_tests {
+namespace {
+
+using zel::NSUserDefaults;
+
+Intervention::Ask always(int error) {
+    return [error] { return error; };
+}
+
+Intervention::Ask once(int error) {
+    return [error]() mutable { return std::exchange(error, 0); };
+}
+
+/// What the defaults do where the system refuses what they ask of it.
+struct DefaultsFileFaults : UserDefaultsFolder {
+    /// Only for the file of a path.
+    static Intervention::AskOfDescriptor always(int error, const std::string& path) {
+        return [=](int descriptor) { return pathOf(descriptor) == path ? error : 0; };
+    }
+    [[nodiscard]] std::string lockFile() const { return file() + ".lock"; }
+    [[nodiscard]] std::string temporary() const { return file() + ".tmp"; }
+
+    /// Makes links that each lead to the next, from the defaults file to that of a path.
+    void linkTo(const std::string& path, int links) const {
+        std::string target = path;
+        for (int i = links; i > 1; --i) {
+            const std::string link = folder + "/link" + std::to_string(i);
+            std::filesystem::create_symlink(target, link);
+            target = link;
+        }
+        std::filesystem::create_directory(folder + "/Painter");
+        std::filesystem::create_symlink(target, file());
+    }
+};
+
+TEST_F(DefaultsFileFaults, ACallThatASignalInterruptsIsRepeated) {
+    for (const SystemCall call :
+         {SystemCall::Open, SystemCall::Read, SystemCall::Fsync, SystemCall::Flock}) {
+        write("k = \"old\"\n");
+        const Intervention signal(call, once(EINTR));
+        EXPECT_TRUE(NSUserDefaults().setObject("new", "k")) << static_cast<int>(call);
+        EXPECT_EQ(text(), "k = \"new\"\n") << static_cast<int>(call);
+    }
+    const Intervention signal(SystemCall::Read, once(EINTR));
+    EXPECT_EQ(storedString("k"), "new");
+}
+
+TEST_F(DefaultsFileFaults, AFileIsClosedOnceThoughASignalInterruptsIt) {
+    write("k = \"old\"\n");
+    int closings = 0;
+    const Intervention signal(SystemCall::Close, [&](int descriptor) {
+        if (pathOf(descriptor) != temporary()) {
+            return 0;
+        }
+        ++closings;
+        ::close(descriptor); // which it is, whatever the system says
+        return EINTR;
+    });
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(closings, 1);
+    EXPECT_EQ(text(), "k = \"new\"\n");
+}
+
+TEST_F(DefaultsFileFaults, AFileThatCannotBeReadOrAskedForItsStateHoldsNothingAndStays) {
+    write("k = \"old\"\n");
+    for (const SystemCall call : {SystemCall::Open, SystemCall::Fstat, SystemCall::Read}) {
+        const Intervention fault(call, zel_tests::always(EIO));
+        EXPECT_EQ(storedString("k"), "(none)") << static_cast<int>(call);
+        EXPECT_FALSE(NSUserDefaults().setObject("new", "k")) << static_cast<int>(call);
+    }
+    EXPECT_EQ(text(), "k = \"old\"\n");
+    EXPECT_EQ(names(), std::vector<std::string>{"defaults.conf"});
+}
+
+TEST_F(DefaultsFileFaults, AFileThatGrowsWhileItIsReadIsNotTakenForWhole) {
+    write("k = \"old\"\n");
+    {
+        const Intervention growth(SystemCall::Read, [this, done = false]() mutable {
+            if (!std::exchange(done, true)) {
+                std::ofstream(file(), std::ios::app) << "k = \"new\"\n";
+            }
+            return 0;
+        });
+        EXPECT_EQ(storedString("k"), "(none)");
+    }
+    EXPECT_EQ(storedString("k"), "new");
+}
+
+TEST_F(DefaultsFileFaults, APipeThatTakesTheFilesPlaceAtTheLastMomentIsNotRead) {
+    write("k = \"old\"\n");
+    const Intervention change(SystemCall::Open, [this, done = false]() mutable {
+        if (!std::exchange(done, true)) {
+            std::filesystem::remove(file());
+            EXPECT_EQ(::mkfifo(file().c_str(), 0600), 0);
+        }
+        return 0;
+    });
+    EXPECT_EQ(zel::readFile(file()).state, zel::FileState::Unreadable);
+    EXPECT_TRUE(std::filesystem::is_fifo(file()));
+}
+
+TEST_F(DefaultsFileFaults, ATextThatIsLostAsItsFileIsClosedDoesNotReplaceTheOldOne) {
+    write("k = \"old\"\n");
+    const Intervention fault(SystemCall::Close, always(EDQUOT, temporary()));
+    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(text(), "k = \"old\"\n");
+    EXPECT_FALSE(std::filesystem::exists(temporary()));
+}
+
+TEST_F(DefaultsFileFaults, ANewTextWhoseOwnerIsUnknownIsForTheUserAlone) {
+    write("k = \"old\"\n");
+    ASSERT_EQ(::chmod(file().c_str(), 0644), 0);
+    const Intervention fault(SystemCall::Fstat, always(EIO, temporary()));
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(text(), "k = \"new\"\n");
+    EXPECT_EQ(modeOf(file()), 0600u);
+}
+
+TEST_F(DefaultsFileFaults, AFileThatMayNotBeGivenBackToItsOwnerIsNoMoreForOthers) {
+    write("k = \"old\"\n");
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root has a file that an ordinary user may not give away";
+    }
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((folder + "/Painter").c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(file().c_str(), 0666), 0);
+    const int result = inChild(
+        [] { return becomeOrdinaryUser() && NSUserDefaults().setObject("new", "k") ? 42 : 1; });
+    EXPECT_EQ(result, 42);
+    EXPECT_EQ(text(), "k = \"new\"\n");
+    EXPECT_EQ(modeOf(file()), 0600u);
+}
+
+TEST_F(DefaultsFileFaults, AFileThatRootWritesKeepsItsGroup) {
+    write("k = 1\n");
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root may give files to any group";
+    }
+    ASSERT_EQ(::chown(file().c_str(), 0, 65534), 0);
+    ASSERT_EQ(::chmod(file().c_str(), 0640), 0);
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    struct stat status {};
+    ASSERT_EQ(::stat(file().c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, 65534u);
+    EXPECT_EQ(modeOf(file()), 0640u);
+}
+
+TEST_F(DefaultsFileFaults, AFileBehindMoreLinksThanTheSystemFollowsStays) {
+    std::ofstream(folder + "/real.conf") << "k = \"old\"\n";
+    linkTo(folder + "/real.conf", 41);
+    EXPECT_EQ(storedString("k"), "(none)");
+    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(std::filesystem::file_size(folder + "/real.conf"), 10u);
+    EXPECT_EQ(zel::followLinks(file()), std::nullopt);
+}
+
+TEST_F(DefaultsFileFaults, ALinkThatCannotBeReadIsNotReplaced) {
+    std::ofstream(folder + "/real.conf") << "k = \"old\"\n";
+    linkTo(folder + "/real.conf", 1);
+    const Intervention fault(SystemCall::Readlink, zel_tests::always(EIO));
+    EXPECT_EQ(zel::followLinks(file()), std::nullopt);
+    EXPECT_EQ(storedString("k"), "old");
+    EXPECT_FALSE(NSUserDefaults().setObject("old", "k"));
+    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(text(), "k = \"old\"\n");
+    EXPECT_TRUE(std::filesystem::is_symlink(file()));
+}
+
+TEST_F(DefaultsFileFaults, AFolderThatAnotherProcessMakesFirstIsUsed) {
+    const Intervention race(SystemCall::Mkdir, [this] {
+        std::filesystem::create_directory(folder + "/Painter");
+        return 0; // so that the system says itself that there is one
+    });
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(text(), "k = \"new\"\n");
+}
+
+TEST_F(DefaultsFileFaults, AFolderThatMayNotBeMadeIsMissed) {
+    ASSERT_EQ(::chmod(folder.c_str(), 0555), 0);
+    for (const char* const below : {"", "/further/down"}) {
+        ::setenv("XDG_CONFIG_HOME", (folder + below).c_str(), 1);
+        const int result = inChild([] {
+            NSUserDefaults defaults;
+            const bool refused = becomeOrdinaryUser() && !defaults.setObject("new", "k");
+            return refused && stringIn(defaults, "k") == "new" ? 42 : 1;
+        });
+        EXPECT_EQ(result, 42) << below;
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+}
+
+TEST_F(DefaultsFileFaults, AFileSystemWithoutLocksIsNotWrittenAndNobodyWaits) {
+    write("k = \"old\"\n");
+    int attempts = 0;
+    const Intervention fault(SystemCall::Flock, [&] {
+        ++attempts;
+        return ENOLCK;
+    });
+    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(attempts, 1);
+    EXPECT_EQ(text(), "k = \"old\"\n");
+}
+
+TEST_F(DefaultsFileFaults, ALockFileThatCannotBeAskedForItsStateIsNoLockAndNobodyWaits) {
+    write("k = \"old\"\n");
+    int attempts = 0;
+    const Intervention fault(SystemCall::Fstat, [&](int descriptor) {
+        const bool asked = pathOf(descriptor) == lockFile();
+        attempts += asked ? 1 : 0;
+        return asked ? EIO : 0;
+    });
+    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(attempts, 1);
+    EXPECT_EQ(text(), "k = \"old\"\n");
+}
+
+TEST_F(DefaultsFileFaults, ALockFileThatAnotherReplacesIsLockedAnew) {
+    write("k = \"old\"\n");
+    int replaced = 0;
+    const Intervention race(SystemCall::Flock, [&] {
+        if (++replaced <= 2) {
+            std::filesystem::rename(lockFile(), lockFile() + std::to_string(replaced));
+            std::ofstream(lockFile()) << "";
+        }
+        return 0;
+    });
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(replaced, 4); // locked twice in vain and once for good, and let go
+    EXPECT_EQ(text(), "k = \"new\"\n");
+}
+
+TEST_F(DefaultsFileFaults, ALockFileThatIsDeletedAgainAndAgainIsGivenUp) {
+    using Clock = std::chrono::steady_clock;
+    const std::string path = folder + "/lock";
+    const Intervention race(SystemCall::Flock, [&] {
+        std::filesystem::remove(path);
+        return 0;
+    });
+    const auto deadline = Clock::now() + std::chrono::milliseconds(20);
+    EXPECT_FALSE(zel::FileLock(path, deadline).held());
+    EXPECT_GE(Clock::now(), deadline);
+}
+
+} // namespace
+} // namespace zel_tests

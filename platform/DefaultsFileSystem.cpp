@@ -160,7 +160,8 @@ std::string folderOf(const std::string& path) {
 
 std::optional<std::string> followLinks(const std::string& path) {
     std::string current = path;
-    for (int links = 0; links < 40; ++links) {
+    // The system follows 40 links; one time more, to see what the last of them leads to.
+    for (int seen = 0; seen <= 40; ++seen) {
         struct stat status {};
         if (::lstat(current.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) {
             return current;

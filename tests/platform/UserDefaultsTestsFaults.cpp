@@ -155,6 +155,16 @@ TEST_F(DefaultsFileFaults, AFileThatRootWritesKeepsItsGroup) {
     EXPECT_EQ(modeOf(file()), 0640u);
 }
 
+TEST_F(DefaultsFileFaults, AsManyLinksAreFollowedAsTheSystemFollows) {
+    std::ofstream(folder + "/real.conf") << "k = \"old\"\n";
+    linkTo(folder + "/real.conf", 40);
+    EXPECT_EQ(storedString("k"), "old");
+    EXPECT_TRUE(NSUserDefaults().setObject("old", "k"));
+    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_EQ(storedString("k"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(file()));
+}
+
 TEST_F(DefaultsFileFaults, AFileBehindMoreLinksThanTheSystemFollowsStays) {
     std::ofstream(folder + "/real.conf") << "k = \"old\"\n";
     linkTo(folder + "/real.conf", 41);

@@ -103,6 +103,27 @@ TEST_F(HostStore, OneThatThrowsIsOneThatHoldsNothingAndTakesNothing) {
     EXPECT_EQ(stringIn(defaults, "mode"), "held");
 }
 
+/// A store that refuses and has another take its place meanwhile.
+class RetiringStore final : public NSUserDefaultsStore {
+public:
+    RetiringStore(NSUserDefaults& served, std::shared_ptr<NSUserDefaultsStore> next)
+        : defaults(served), successor(std::move(next)) {}
+    std::optional<NSUserDefaultsValue> objectForKey(std::string_view) override { return "retired"; }
+    bool setObject(const std::optional<NSUserDefaultsValue>&, std::string_view) override {
+        defaults.setStore(successor);
+        return false;
+    }
+    NSUserDefaults& defaults;
+    std::shared_ptr<NSUserDefaultsStore> successor;
+};
+
+TEST_F(HostStore, WhatOneRefusesThatIsReplacedMeanwhileIsNotHeldOverItsSuccessors) {
+    store->values.emplace("mode", "of the successor");
+    defaults.setStore(std::make_shared<RetiringStore>(defaults, store));
+    EXPECT_FALSE(defaults.setObject("refused", "mode"));
+    EXPECT_EQ(stringIn(defaults, "mode"), "of the successor");
+}
+
 /// A store that uses the very defaults that it serves, while it is called and while it ends.
 class CuriousStore final : public NSUserDefaultsStore {
 public:

@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSProcessInfo.h>
 
+#include "SystemCalls.h"
 #include "tests/support/Counts.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include <unistd.h>
@@ -22,12 +26,18 @@ using zel::NSProcessInfo;
 
 constexpr const char* kSayName = "PROCESS_INFO_TESTS_SAY_NAME";
 
-/// A copy of this program that is told to says its name while it starts, before main, and after
-/// its file has been deleted.
+/// A copy of this program that is told to says its name while it starts, before main: of a file
+/// that is "deleted" by then, "unknown" to the system, or "standing".
 const bool told = [] {
-    if (std::getenv(kSayName) != nullptr) {
-        std::error_code ignored;
-        std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"), ignored);
+    if (const char* const how = std::getenv(kSayName)) {
+        if (std::string_view(how) == "deleted") {
+            std::error_code ignored;
+            std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"), ignored);
+        }
+        std::optional<Intervention> noPath;
+        if (std::string_view(how) == "unknown") {
+            noPath.emplace(SystemCall::Readlink, [] { return ENOENT; });
+        }
         std::fputs(NSProcessInfo::processName().c_str(), stdout);
         std::fflush(stdout);
         zeltest::endAtOnce(0);
@@ -35,27 +45,55 @@ const bool told = [] {
     return false;
 }();
 
-/// What a copy of this program under the given path says its name is.
-std::string nameOfCopy(const std::string& path) {
-    std::filesystem::copy_file("/proc/self/exe", path);
-    ::setenv(kSayName, "1", 1);
-    FILE* const output = ::popen(("'" + path + "'").c_str(), "r");
-    ::unsetenv(kSayName);
-    std::string name;
-    for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
-        name += static_cast<char>(c);
+struct ProgramName : testing::Test {
+    void SetUp() override {
+        ASSERT_FALSE(told);
+        folder = ::testing::TempDir() + "process-XXXXXX";
+        ASSERT_NE(::mkdtemp(folder.data()), nullptr);
     }
-    ::pclose(output);
-    return name;
+    void TearDown() override { std::filesystem::remove_all(folder); }
+
+    /// What a copy of this program, called by its path, says its name is.
+    static std::string nameSaidBy(const std::string& path, const char* how) {
+        ::setenv(kSayName, how, 1);
+        FILE* const output = ::popen(("'" + path + "'").c_str(), "r");
+        ::unsetenv(kSayName);
+        std::string name;
+        for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
+            name += static_cast<char>(c);
+        }
+        ::pclose(output);
+        return name;
+    }
+    static std::string nameOfCopy(const std::string& path, const char* how) {
+        std::filesystem::copy_file("/proc/self/exe", path);
+        return nameSaidBy(path, how);
+    }
+
+    std::string folder;
+};
+
+TEST_F(ProgramName, IsThatOfItsFileAlsoBeforeMainAndAfterItsDeletion) {
+    EXPECT_EQ(nameOfCopy(folder + "/Sketch Book", "deleted"), "Sketch Book");
+    EXPECT_FALSE(std::filesystem::exists(folder + "/Sketch Book"));
 }
 
-TEST(ProcessName, IsTheProgramsFileNameAlsoBeforeMainAndAfterItsDeletion) {
-    ASSERT_FALSE(told);
-    std::string folder = ::testing::TempDir() + "process-XXXXXX";
-    ASSERT_NE(::mkdtemp(folder.data()), nullptr);
-    EXPECT_EQ(nameOfCopy(folder + "/Sketch Book"), "Sketch Book");
-    EXPECT_FALSE(std::filesystem::exists(folder + "/Sketch Book"));
-    std::filesystem::remove_all(folder);
+TEST_F(ProgramName, KeepsAMarkThatIsItsOwn) {
+    EXPECT_EQ(nameOfCopy(folder + "/Sketch (deleted)", "standing"), "Sketch (deleted)");
+}
+
+TEST_F(ProgramName, IsFoundBehindALongPath) {
+    const std::string deep = folder + '/' + std::string(200, 'a') + '/' + std::string(200, 'b');
+    std::filesystem::create_directories(deep);
+    EXPECT_EQ(nameOfCopy(deep + "/Painter", "standing"), "Painter");
+}
+
+TEST_F(ProgramName, IsWhatItWasCalledAsWhereTheSystemDoesNotKnowItsFile) {
+    const std::string alias = folder + "/Alias";
+    std::filesystem::create_symlink("Painter", alias);
+    EXPECT_EQ(nameOfCopy(folder + "/Painter", "unknown"), "Painter");
+    EXPECT_EQ(nameSaidBy(alias, "unknown"), "Alias");
+    EXPECT_EQ(nameSaidBy(alias, "standing"), "Painter");
 }
 
 TEST(ProcessName, IsWhatTheHostSets) {

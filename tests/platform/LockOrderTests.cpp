@@ -6,6 +6,7 @@
 
 #include <deque>
 #include <optional>
+#include <thread>
 
 using zel::DeliveryGate;
 using zel::LockRank;
@@ -219,6 +220,25 @@ TEST_F(LockOrderDeathTests, MoreLocksThanAnybodyHoldsAreKeptApart) {
     }
     const RecursiveGuard stillHeld(many[500]);
     EXPECT_DEATH(RecursiveGuard{schemes}, "\"schemes of a domain\" .* is taken inside");
+}
+
+TEST_F(LockOrderDeathTests, TheLockThatIsInTheWayIsFoundBelowOthersAndBesideGaps) {
+    const RecursiveGuard schemesGuard = takeTheOuterOne(schemes);
+    std::optional<RecursiveGuard> stylesGuard(styles);
+    const RecursiveGuard valuesGuard(child);
+    stylesGuard.reset();
+    EXPECT_DEATH(RecursiveGuard{table},
+                 "\"table of handlers\" .* is taken inside \"schemes of a domain\"(.*\n)*"
+                 "\"schemes of a domain\" .* was taken here:\n(.*\n)*.*takeTheOuterOne");
+}
+
+TEST_F(LockOrderDeathTests, ALockReleasedByAThreadThatDoesNotHoldItEndsTheProcess) {
+    const RecursiveGuard guard(schemes);
+    EXPECT_DEATH(schemes.unlock();
+                 schemes.unlock(),
+                 "released by a thread that doesn't hold it: \"schemes of a domain\"");
+    EXPECT_DEATH(std::thread([this] { schemes.unlock(); }).join(),
+                 "released by a thread that doesn't hold it: \"schemes of a domain\"");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace zel {
@@ -43,38 +44,33 @@ struct LockRule {
     std::string_view reason;
     /// A lock that calls back may be taken outside the gate inside one of this rank, to which it
     /// belongs: whoever has taken it and goes on to take more has taken that one before.
-    LockRank belongsTo;
+    std::optional<LockRank> belongsTo = std::nullopt;
 };
 
 /// The whole order, one row for each rank.
 inline constexpr std::array lockRules{
     LockRule{LockRank::DeliveryGate, LockUse::Gate, "delivery gate",
-             "whatever calls back with another lock held takes the gate before that lock",
-             LockRank::DeliveryGate},
+             "whatever calls back with another lock held takes the gate before that lock"},
     LockRule{LockRank::DomainRegistry, LockUse::CallsBack, "registry of domains",
-             "held while a domain is made, and for a reset while domains end and call handlers",
-             LockRank::DeliveryGate},
+             "held while a domain is made, and for a reset while domains end and call handlers"},
     LockRule{LockRank::StyleUpdate, LockUse::CallsBack, "update of a style",
-             "held for a whole update, its delivery included; a parent's before its child's",
-             LockRank::DeliveryGate},
+             "held for a whole update, its delivery included; a parent's before its child's"},
     LockRule{LockRank::UpdateFollowers, LockUse::CallsBack, "followers of a style",
              "walked by the style's update, which calls them", LockRank::StyleUpdate},
     LockRule{LockRank::HandlerTable, LockUse::CallsBack, "table of handlers",
-             "walked by a notification, which calls them", LockRank::DeliveryGate},
+             "walked by a notification, which calls them"},
     LockRule{LockRank::Schemes, LockUse::Private, "schemes of a domain",
-             "handlers resolve styles with their table locked", LockRank::DeliveryGate},
+             "handlers resolve styles with their table locked"},
     LockRule{LockRank::SchemeStyles, LockUse::Private, "styles of a scheme",
-             "a domain looks into its schemes with its own lock held", LockRank::DeliveryGate},
+             "a domain looks into its schemes with its own lock held"},
     LockRule{LockRank::StyleValues, LockUse::Nested, "values of a style",
-             "a child's values are merged from its parent's: the child's lock comes first",
-             LockRank::DeliveryGate},
+             "a child's values are merged from its parent's: the child's lock comes first"},
     LockRule{LockRank::Observations, LockUse::Private, "table of key-value observations",
-             "observers are called without it", LockRank::DeliveryGate},
+             "observers are called without it"},
     LockRule{LockRank::Notifications, LockUse::Private, "table of a notification centre",
-             "callbacks are called without it", LockRank::DeliveryGate},
+             "callbacks are called without it"},
     LockRule{LockRank::ModeList, LockUse::Private, "list of modes",
-             "modes are applied without it; a store that is asked under it calls nobody back",
-             LockRank::DeliveryGate},
+             "modes are applied without it; a store that is asked under it calls nobody back"},
 };
 
 [[nodiscard]] constexpr const LockRule& ruleOf(LockRank rank) noexcept {

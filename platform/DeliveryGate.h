@@ -13,8 +13,9 @@ inline namespace v1 {
 ///
 /// An update takes its style's lock and then handler tables; a handler, called with its table
 /// locked, may update a style: the same locks the other way round. Behind the gate only one thread
-/// at a time is in either, so that two can't wait for each other. Reading, writing values,
-/// unregistering and destroying don't pass it.
+/// at a time is in either, so that two can't wait for each other. Reading, writing values and
+/// unregistering don't pass it; nor does destroying, but for a domain that follows the system and
+/// has listeners, which tells them when it ends.
 class DeliveryGate {
 public:
     DeliveryGate() : guard_(lock()) {}

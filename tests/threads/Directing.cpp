@@ -142,8 +142,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Part> makeDirecting(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Directing>(stage, progress, seed);
-}
+const MakePart makeDirecting = makePart<Directing>;
 
 } // namespace zeltest

@@ -196,8 +196,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Part> makeHosting(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Hosting>(stage, progress, seed);
-}
+const MakePart makeHosting = makePart<Hosting>;
 
 } // namespace zeltest

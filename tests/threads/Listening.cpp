@@ -173,12 +173,7 @@ public:
 
 } // namespace
 
-std::unique_ptr<Part> makeListening(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Listening>(stage, progress, seed);
-}
-
-std::unique_ptr<Part> makeNotifying(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Notifying>(stage, progress, seed);
-}
+const MakePart makeListening = makePart<Listening>;
+const MakePart makeNotifying = makePart<Notifying>;
 
 } // namespace zeltest

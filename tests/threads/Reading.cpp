@@ -129,8 +129,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<Part> makeReading(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Reading>(stage, progress, seed);
-}
+const MakePart makeReading = makePart<Reading>;
 
 } // namespace zeltest

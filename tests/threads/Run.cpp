@@ -14,12 +14,15 @@ struct Role {
 };
 
 /// The first one is the main thread's.
-constexpr Role roles[] = {
-    {"main", makeDirecting},       {"reader 1", makeReading},     {"reader 2", makeReading},
-    {"updater 1", makeUpdating},   {"updater 2", makeUpdating},   {"inheritor", makeInheriting},
-    {"listener 1", makeListening}, {"listener 2", makeListening}, {"notifier", makeNotifying},
-    {"host", makeHosting},
-};
+const std::vector<Role>& roles() {
+    static const std::vector<Role> all{
+        {"main", makeDirecting},       {"reader 1", makeReading},     {"reader 2", makeReading},
+        {"updater 1", makeUpdating},   {"updater 2", makeUpdating},   {"inheritor", makeInheriting},
+        {"listener 1", makeListening}, {"listener 2", makeListening}, {"notifier", makeNotifying},
+        {"host", makeHosting},
+    };
+    return all;
+}
 
 /// With the gate free for a moment in between: those that need no lock would otherwise keep it from
 /// the others where there are few processors.
@@ -44,7 +47,7 @@ OperationCounts runThreads(std::chrono::milliseconds length, std::uint64_t seed)
     Stage stage;
     std::deque<Progress> progress;
     std::vector<std::unique_ptr<Part>> parts;
-    for (const Role& role : roles) {
+    for (const Role& role : roles()) {
         parts.push_back(role.make(stage, progress.emplace_back(role.thread), seed++));
     }
     {

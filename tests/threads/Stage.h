@@ -135,13 +135,17 @@ private:
 
 using MakePart = std::unique_ptr<Part> (*)(Stage&, Progress&, std::uint64_t seed);
 
-std::unique_ptr<Part> makeReading(Stage& stage, Progress& progress, std::uint64_t seed);
-std::unique_ptr<Part> makeUpdating(Stage& stage, Progress& progress, std::uint64_t seed);
-std::unique_ptr<Part> makeInheriting(Stage& stage, Progress& progress, std::uint64_t seed);
-std::unique_ptr<Part> makeListening(Stage& stage, Progress& progress, std::uint64_t seed);
-std::unique_ptr<Part> makeNotifying(Stage& stage, Progress& progress, std::uint64_t seed);
-std::unique_ptr<Part> makeHosting(Stage& stage, Progress& progress, std::uint64_t seed);
-/// For the main thread alone.
-std::unique_ptr<Part> makeDirecting(Stage& stage, Progress& progress, std::uint64_t seed);
+template <class Made>
+std::unique_ptr<Part> makePart(Stage& stage, Progress& progress, std::uint64_t seed) {
+    return std::make_unique<Made>(stage, progress, seed);
+}
+
+extern const MakePart makeReading;
+extern const MakePart makeUpdating;
+extern const MakePart makeInheriting;
+extern const MakePart makeListening;
+extern const MakePart makeNotifying;
+extern const MakePart makeHosting;
+extern const MakePart makeDirecting; ///< for the main thread alone
 
 } // namespace zeltest

@@ -207,12 +207,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Part> makeUpdating(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Updating>(stage, progress, seed);
-}
-
-std::unique_ptr<Part> makeInheriting(Stage& stage, Progress& progress, std::uint64_t seed) {
-    return std::make_unique<Inheriting>(stage, progress, seed);
-}
+const MakePart makeUpdating = makePart<Updating>;
+const MakePart makeInheriting = makePart<Inheriting>;
 
 } // namespace zeltest

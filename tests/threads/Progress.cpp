@@ -8,11 +8,6 @@
 namespace zeltest {
 namespace {
 
-// Counted by the watch's own turns, one in a second at most: where the machine is so busy that the
-// process gets no turn, neither does the watch.
-constexpr int patienceWithAll = 10;
-constexpr int patienceWithOne = 120;
-
 /// How far a thread was when it was seen to go on last, and how many turns ago.
 struct Seen {
     std::uint64_t done = 0;
@@ -38,8 +33,8 @@ void require(bool holds, std::string_view otherwise) {
     }
 }
 
-ProgressWatch::ProgressWatch(const std::deque<Progress>& threads)
-    : threads_(threads), thread_([this] { watch(); }) {}
+ProgressWatch::ProgressWatch(const std::deque<Progress>& threads, Patience patience)
+    : threads_(threads), patience_(patience), thread_([this] { watch(); }) {}
 
 ProgressWatch::~ProgressWatch() {
     {
@@ -54,7 +49,7 @@ void ProgressWatch::watch() {
     std::vector<Seen> seen(threads_.size());
     int turnsOfAll = 0;
     std::unique_lock guard(mutex_);
-    while (!ended_.wait_for(guard, std::chrono::seconds(1), [this] { return isEnded_; })) {
+    while (!ended_.wait_for(guard, patience_.turn, [this] { return isEnded_; })) {
         ++turnsOfAll;
         for (std::size_t i = 0; i < seen.size(); ++i) {
             ++seen[i].turns;
@@ -62,11 +57,11 @@ void ProgressWatch::watch() {
                 seen[i] = {done, 0};
                 turnsOfAll = 0;
             }
-            if (seen[i].turns > patienceWithOne) {
+            if (seen[i].turns > patience_.withOne) {
                 giveUp(threads_);
             }
         }
-        if (turnsOfAll > patienceWithAll) {
+        if (turnsOfAll > patience_.withAll) {
             giveUp(threads_);
         }
     }

@@ -43,11 +43,19 @@ private:
     std::map<std::string_view, std::uint64_t> counts_;
 };
 
-/// Ends the process, and says what every thread was doing, where for 10 s none went on to its next
-/// operation, or one of them for 2 minutes.
+/// How long threads may stay at one operation. Counted by the watch's own turns: where the machine
+/// is so busy that the process gets no turn, neither does the watch.
+struct Patience {
+    std::chrono::milliseconds turn{1000};
+    int withAll = 10;  ///< turns in which none goes on
+    int withOne = 120; ///< turns in which one doesn't go on
+};
+
+/// Ends the process, and says what every thread was doing, where none went on to its next operation
+/// for longer than its patience with all, or one of them for longer than that with one.
 class ProgressWatch {
 public:
-    explicit ProgressWatch(const std::deque<Progress>& threads);
+    explicit ProgressWatch(const std::deque<Progress>& threads, Patience patience = {});
     ~ProgressWatch();
     ProgressWatch(const ProgressWatch&) = delete;
     ProgressWatch& operator=(const ProgressWatch&) = delete;
@@ -56,6 +64,7 @@ private:
     void watch();
 
     const std::deque<Progress>& threads_;
+    const Patience patience_;
     std::mutex mutex_;
     std::condition_variable ended_;
     bool isEnded_ = false; // guarded by mutex_

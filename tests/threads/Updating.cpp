@@ -116,7 +116,8 @@ private:
         }
         progress.begin("remove an update observer");
         gone.style->removeStyleUpdateObserverWithOwner(gone.owner);
-        const auto calls = gone.calls->load(); // no update is calling it any more
+        const auto calls = gone.calls->load();
+        gone.style->updateStyleWithChanges(nullptr);
         require(gone.calls->load() == calls, "an observer is called after its removal");
         require(gone.calls.use_count() == 1, "an observer is kept after its removal");
     }
@@ -168,7 +169,8 @@ private:
     void followFar(const PaintedStyle& root) {
         progress.begin("make a chain of styles");
         std::vector<std::shared_ptr<ZelStyle>> chain{root.style};
-        for (std::size_t i = 0; i <= any(5); ++i) {
+        const std::size_t length = 2 + any(5);
+        while (chain.size() < length) {
             chain.push_back(childOf(chain.back()));
         }
         expectColors(*chain.back(), root);

@@ -28,6 +28,8 @@ public:
         done_.fetch_add(1, std::memory_order_relaxed);
         ++counts_[what];
     }
+    /// What the thread brought about on others, before its counts are read.
+    void add(const char* what, std::uint64_t times) { counts_[what] += times; }
     [[nodiscard]] const std::string& thread() const noexcept { return thread_; }
     [[nodiscard]] const char* doing() const noexcept { return doing_.load(); }
     [[nodiscard]] std::uint64_t done() const noexcept { return done_.load(); }

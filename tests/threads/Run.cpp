@@ -19,7 +19,7 @@ const std::vector<Role>& roles() {
         {"main", makeDirecting},       {"reader 1", makeReading},     {"reader 2", makeReading},
         {"updater 1", makeUpdating},   {"updater 2", makeUpdating},   {"inheritor", makeInheriting},
         {"listener 1", makeListening}, {"listener 2", makeListening}, {"notifier", makeNotifying},
-        {"host", makeHosting},
+        {"reenterer", makeReentering}, {"host", makeHosting},
     };
     return all;
 }

@@ -145,6 +145,7 @@ extern const MakePart makeUpdating;
 extern const MakePart makeInheriting;
 extern const MakePart makeListening;
 extern const MakePart makeNotifying;
+extern const MakePart makeReentering;
 extern const MakePart makeHosting;
 extern const MakePart makeDirecting; ///< for the main thread alone
 

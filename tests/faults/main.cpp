@@ -3,41 +3,98 @@
 
 #include <ZelStyleKit/NSProcessInfo.h>
 
+#include <charconv>
 #include <chrono>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
 namespace {
+
+constexpr char help[] =
+    "usage: zelstylekit_writers [--processes N] [--rounds N] [--seed N] [--folder PATH]\n"
+    "Lets many processes write one defaults file at once, kills them at random points, and "
+    "compares\n"
+    "what the file then holds with what they said.\n"
+    "  --processes N   how many write at once, 1 to 1000 (100)\n"
+    "  --rounds N      how often they are started and killed, 1 to 1000000 (20)\n"
+    "  --seed N        where the random numbers begin (1)\n"
+    "  --folder PATH   where a folder for the run is made (that for temporary files)\n"
+    "Ends with 0 where nothing was torn or lost, no write took longer than it may, and there was,\n"
+    "for each round, a write that was acknowledged and one that was cut short; with 1 where not;\n"
+    "with 2 where it doesn't understand what it is to do.\n";
+
+/// What the command line says can't be done.
+struct Misuse : std::invalid_argument {
+    using std::invalid_argument::invalid_argument;
+};
 
 struct Options {
     std::uint32_t processes = 100;
     std::uint32_t rounds = 20;
     std::uint64_t seed = 1;
     std::string folder = std::filesystem::temp_directory_path(); // where one for the run is made
+    bool help = false;
 };
+
+template <class Number>
+Number numberOf(const std::string& name, const std::string& text, Number least, Number most) {
+    Number number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end || number < least || number > most) {
+        throw Misuse(name + " is a number from " + std::to_string(least) + " to " +
+                     std::to_string(most) + ", not '" + text + "'");
+    }
+    return number;
+}
 
 Options optionsOf(int count, char** words) {
     Options options;
     for (int i = 1; i < count; i += 2) {
         const std::string name = words[i];
         const std::string value = i + 1 < count ? words[i + 1] : "";
+        if (name == "--help") {
+            options.help = true;
+            return options;
+        }
         if (name == "--processes") {
-            options.processes = static_cast<std::uint32_t>(std::stoul(value));
+            options.processes = numberOf<std::uint32_t>(name, value, 1, 1000);
         } else if (name == "--rounds") {
-            options.rounds = static_cast<std::uint32_t>(std::stoul(value));
+            options.rounds = numberOf<std::uint32_t>(name, value, 1, 1'000'000);
         } else if (name == "--seed") {
-            options.seed = std::stoull(value);
+            options.seed = numberOf<std::uint64_t>(name, value, 0, UINT64_MAX);
         } else if (name == "--folder") {
             options.folder = value;
         } else {
-            throw std::invalid_argument("unknown option " + name);
+            throw Misuse("unknown option '" + name + "'");
         }
     }
     return options;
+}
+
+/// How long the library says that a writer waits for others.
+constexpr std::chrono::milliseconds statedWait{2000};
+/// What a write may take besides on a busy machine, whose few processors a hundred writers share:
+/// so little that whoever waited twice is noticed.
+constexpr std::chrono::milliseconds busyMachine{1900};
+
+/// Why the rounds, in which nothing went wrong, show nothing nevertheless, or what took too long.
+std::optional<std::string> wrongInFigures(const zeltest::History& history, std::uint32_t rounds) {
+    if (history.acknowledged < rounds) {
+        return "hardly a write was acknowledged, so that none could be lost";
+    }
+    if (history.cutShort < rounds) {
+        return "hardly a writer was killed while it wrote, so that nothing could be torn";
+    }
+    if (std::chrono::nanoseconds(history.longest) > statedWait + busyMachine) {
+        return "a write took longer than it may";
+    }
+    return std::nullopt;
 }
 
 void printFigures(std::uint32_t rounds, const zeltest::Rounds& played, double seconds) {
@@ -70,6 +127,10 @@ int run(const Options& options) {
         }
     }
     std::filesystem::remove_all(folder);
+    if (const auto wrong = wrongInFigures(rounds.history(), options.rounds)) {
+        std::cerr << "seed " << options.seed << ": " << *wrong << '\n';
+        return 1;
+    }
     return 0;
 }
 
@@ -77,7 +138,15 @@ int run(const Options& options) {
 
 int main(int count, char** words) {
     try {
-        return run(optionsOf(count, words));
+        const Options options = optionsOf(count, words);
+        if (options.help) {
+            std::cout << help;
+            return 0;
+        }
+        return run(options);
+    } catch (const Misuse& misuse) {
+        std::cerr << misuse.what() << "; see --help\n";
+        return 2;
     } catch (const std::exception& failure) {
         std::cerr << failure.what() << '\n';
         return 1;

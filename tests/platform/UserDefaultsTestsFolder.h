@@ -2,8 +2,8 @@
 #pragma once
 
 #include <ZelStyleKit/NSProcessInfo.h>
-#include <ZelStyleKit/NSUserDefaults.h>
 
+#include "UserDefaultsTestsAnswers.h"
 #include "tests/support/Counts.h"
 
 #include <gtest/gtest.h>
@@ -48,8 +48,10 @@ protected:
         return std::string(std::istreambuf_iterator<char>(stream), {});
     }
 
+    void makeFolder() const { std::filesystem::create_directory(folder + "/Painter"); }
+
     void write(std::string_view bytes) const {
-        std::filesystem::create_directory(folder + "/Painter");
+        makeFolder();
         std::ofstream stream(file(), std::ios::binary | std::ios::trunc);
         stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         ASSERT_TRUE(stream.flush());
@@ -99,21 +101,6 @@ inline bool becomeOrdinaryUser() {
     constexpr unsigned nobody = 65534;
     return ::geteuid() != 0 ||
            (::setgroups(0, nullptr) == 0 && ::setegid(nobody) == 0 && ::seteuid(nobody) == 0);
-}
-
-/// The string under a key, or what tells that there is none.
-inline std::string stringIn(const zel::NSUserDefaults& defaults, std::string_view key) {
-    const auto value = defaults.objectForKey(key);
-    if (!value) {
-        return "(none)";
-    }
-    const auto* text = std::get_if<std::string>(&*value);
-    return text == nullptr ? "(a number)" : *text;
-}
-
-/// The same, by nobody who has read the file before.
-inline std::string storedString(std::string_view key) {
-    return stringIn(zel::NSUserDefaults(), key);
 }
 
 } // namespace zel_tests

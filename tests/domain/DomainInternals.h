@@ -2,7 +2,7 @@
 #pragma once
 
 #include "domain/DomainState.h"
-#include "tests/support/Watchdog.h"
+#include "tests/support/FreeLock.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -26,13 +26,13 @@ struct ZelStyleDomainInternals {
     }
 
     static bool ownersAreFree(ZelStyleDomain& domain) {
-        return isFree(domain.state_->changeHandlersByOwner->lock);
+        return zeltest::isFree(domain.state_->changeHandlersByOwner->lock);
     }
     static bool objectsAreFree(ZelStyleDomain& domain) {
-        return isFree(domain.state_->changeHandlers->lock);
+        return zeltest::isFree(domain.state_->changeHandlers->lock);
     }
     static bool schemesAreFree(ZelStyleDomain& domain) {
-        return isFree(domain.state_->schemesLock);
+        return zeltest::isFree(domain.state_->schemesLock);
     }
 
     static std::size_t owners(ZelStyleDomain& domain) {
@@ -51,19 +51,6 @@ struct ZelStyleDomainInternals {
     }
     static bool hasScheme(ZelStyleDomain& domain, std::string_view identifier) {
         return domain.state_->schemesByIdentifier.contains(identifier);
-    }
-
-private:
-    /// Whether no thread holds the lock, this one included.
-    static bool isFree(RecursiveLock& lock) {
-        bool taken = false;
-        zeltest::runElsewhere([&] {
-            taken = lock.try_lock();
-            if (taken) {
-                lock.unlock();
-            }
-        });
-        return taken;
     }
 };
 

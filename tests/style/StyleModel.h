@@ -3,8 +3,8 @@
 
 #include "style/StyleState.h"
 #include "style/ZelStyleInternals.h"
+#include "tests/support/FreeLock.h"
 #include "tests/support/Styling.h"
-#include "tests/support/Watchdog.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 
@@ -39,18 +39,6 @@ inline Value gray(double level) {
 /// Accepted updates of a style alone.
 inline std::uint64_t localCounter(const Style& style) {
     return zel::ZelStyleInternals::state(*style).counter.load();
-}
-
-/// Whether no thread holds the lock, this one included.
-inline bool isFree(zel::RecursiveLock& lock) {
-    bool taken = false;
-    runElsewhere([&] {
-        taken = lock.try_lock();
-        if (taken) {
-            lock.unlock();
-        }
-    });
-    return taken;
 }
 
 /// Whether no thread holds the lock that a style's updates run under.

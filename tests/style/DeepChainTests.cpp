@@ -1,17 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/style/StyleModel.h"
+#include "tests/support/Sanitized.h"
 
 #include <pthread.h>
 
 #include <vector>
-
-#if defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-#define ZEL_UNDER_THREAD_SANITIZER
-#endif
-#elif defined(__SANITIZE_THREAD__)
-#define ZEL_UNDER_THREAD_SANITIZER
-#endif
 
 namespace zeltest {
 namespace {
@@ -41,9 +34,9 @@ protected:
     std::vector<Style> chain{root};
 
     void SetUp() override {
-#ifdef ZEL_UNDER_THREAD_SANITIZER
-        GTEST_SKIP() << "the thread sanitizer follows 64 locks at a time";
-#endif
+        if (kThreadSanitized) {
+            GTEST_SKIP() << "the thread sanitizer follows 64 locks at a time";
+        }
     }
     ~DeepChainTests() override {
         while (!chain.empty()) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/domain/DomainInternals.h"
+#include "tests/support/Providers.h"
 #include "tests/support/Recorder.h"
+
+#include <ZelStyleKit/ZelExceptions.h>
 
 #include <stdexcept>
 
@@ -134,13 +137,68 @@ TEST_F(SetupTests, AHandlerThatItCallsMayAskForItAgain) {
     EXPECT_EQ(calls, 2);
 }
 
-TEST_F(SetupTests, AnExceptionOfAProviderPassesAndLeavesEveryLockFree) {
-    const auto provider = ZelStyleDefaultValueProvider::providerWithIdentifier(
-        "failing", std::nullopt,
-        [](const auto&, const auto&) { throw std::runtime_error("no colours"); });
-    ZelStyle::addDefaultValueProvider(provider);
+/// The setup raises, in a style for the light scheme or in one for the dark scheme; the next one,
+/// on another thread, does it all.
+class SetupAfterExceptionTests : public SetupTests {
+protected:
+    SetupAfterExceptionTests() {
+        domain->registerChangeHandler(recorder.handler("owner"), owner);
+        recorder.take();
+    }
+    /// Has a provider do something when it fills a style for that scheme, once.
+    void whenFilling(std::string identifier, std::function<void()> act) {
+        addProvider("acting", std::nullopt,
+                    [this, identifier = std::move(identifier),
+                     act = std::move(act)](const auto&, const auto& scheme) {
+                        if (scheme->identifier() == identifier && !std::exchange(hasActed, true)) {
+                            act();
+                        }
+                    });
+    }
+    void expectTheNextSetupDoesItAll() {
+        EXPECT_EQ(recorder.take(), StyleCalls{});
+        EXPECT_FALSE(domain->schemeFollowsSystem());
+        runElsewhere([] { ZelStyleDomain::setupStyles(); });
+        const auto light = domain->lightScheme()->styleForIdentifier("main");
+        const auto dark = domain->darkScheme()->styleForIdentifier("main");
+        ASSERT_NE(light, nullptr);
+        ASSERT_NE(dark, nullptr);
+        EXPECT_EQ(domain->defaultScheme()->styleForIdentifier("main"), light);
+        EXPECT_EQ(light->effectiveValues()->size(), 55U);
+        EXPECT_EQ(dark->effectiveValues()->size(), 55U);
+        EXPECT_TRUE(dark->isDarkStyle());
+        EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", light, 1}}));
+        runElsewhere([] { makeSystemDark(); });
+        EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
+    }
+
+    const ProvidersRestored restored;
+    bool hasActed = false;
+    Recorder recorder;
+    const std::shared_ptr<Plain> owner = makePlain();
+};
+
+TEST_F(SetupAfterExceptionTests, AProviderThatRaisedForLightIsAskedAgain) {
+    whenFilling("light", [] { throw std::runtime_error("no colours"); });
     EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
-    ZelStyle::removeDefaultValueProvider(provider);
+    expectTheNextSetupDoesItAll();
+}
+
+TEST_F(SetupAfterExceptionTests, AProviderThatRaisedForDarkIsAskedAgain) {
+    whenFilling("dark", [] { throw std::runtime_error("no colours"); });
+    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
+    expectTheNextSetupDoesItAll();
+}
+
+TEST_F(SetupAfterExceptionTests, AProviderThatChangedTheRegistryIsAskedAgain) {
+    whenFilling("dark", [] { addProvider("added"); });
+    EXPECT_THROW(ZelStyleDomain::setupStyles(), ZelEnumerationMutation);
+    expectTheNextSetupDoesItAll();
+}
+
+TEST_F(SetupAfterExceptionTests, ARaisedSetupLeavesEveryLockFree) {
+    whenFilling("light", [] { throw std::runtime_error("no colours"); });
+    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
     runElsewhere([this] {
         const auto main = addStyle(domain->defaultScheme(), "main");
         main->updateStyleWithChanges([](const auto&) { return true; });

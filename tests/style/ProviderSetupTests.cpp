@@ -132,12 +132,26 @@ TEST_F(ProviderSetupTests, AHookThatChangesTheRegistryRaisesBeforeTheNextHookRun
     expectTheNextSetupWorks();
 }
 
-TEST_F(ProviderSetupTests, AProvidersOwnExceptionPassesAndTheNextSetupWorks) {
+TEST_F(ProviderSetupTests, AfterAProvidersExceptionTheNextSetupAndNotificationAreRight) {
+    const auto domain = ZelStyleDomain::domainForIdentifier("editor");
+    const auto scheme = domain->defaultScheme();
+    const auto owner = makePlain();
+    std::vector<Style> told;
+    domain->registerChangeHandler(
+        [&](const auto&, const Style& style, auto) { told.push_back(style); }, owner);
     const auto failing = addProvider("failing", std::nullopt,
                                      [](auto&&...) { throw std::runtime_error("no icons"); });
-    EXPECT_THROW((void)makeRoot(), std::runtime_error);
+    EXPECT_THROW((void)addStyle(scheme, "main"), std::runtime_error);
+    EXPECT_EQ(scheme->styleForIdentifier("main"), nullptr);
     ZelStyle::removeDefaultValueProvider(failing);
     expectTheNextSetupWorks();
+    Style style;
+    runElsewhere([&] {
+        style = addStyle(scheme, "main");
+        domain->notifyForStyleChangeOf(nullptr, {});
+    });
+    EXPECT_EQ(style->effectiveValues()->size(), 55U);
+    EXPECT_EQ(told, (std::vector<Style>{nullptr, style}));
 }
 
 TEST_F(ProviderSetupTests, ANilProviderRaisesAndIsNotRegistered) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Providers.h"
 #include "tests/support/Recorder.h"
 #include "tests/support/Watchdog.h"
 
@@ -170,6 +171,92 @@ TEST_F(AfterExceptionTests, ObserversThatRaisedForChangingTheirTableLeaveDeliver
     runElsewhere([this] { main->updateStyleWithChanges(nullptr); });
     EXPECT_EQ(main->seed(), 2U);
     EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c"}));
+}
+
+/// A second domain that follows the system, asked after the default one.
+class AfterExceptionInADrainTests : public AfterExceptionTests {
+protected:
+    AfterExceptionInADrainTests() {
+        for (const auto& each : {domain, editor}) {
+            each->setSchemeFollowsSystem(true);
+        }
+        editor->registerChangeHandler(recorder.handler("d", [this] { act("d"); }), d);
+        recorder.take();
+    }
+    /// The system turns dark, a listener raises in the main queue's drain, and nothing is left
+    /// there to run.
+    void raiseInADrain(const std::string& name) {
+        acting = name;
+        EXPECT_THROW(makeSystemDark(), Failure);
+        EXPECT_EQ(NSMainQueue::mainQueue().drain(), 0U);
+        EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+    }
+    /// The system turns light and dark again, in drains on another thread.
+    void expectTheNextSwitchesAreRight(const StyleCalls& whenLight) {
+        runElsewhere([] { makeSystemLight(); });
+        EXPECT_EQ(recorder.take(), whenLight);
+        EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
+        EXPECT_EQ(editor->currentScheme(), editor->lightScheme());
+        runElsewhere([] { makeSystemDark(); });
+        EXPECT_EQ(
+            recorder.take(),
+            (StyleCalls{{"a", dark, 1}, {"b", dark, 1}, {"c", dark, 1}, {"d", editorDark, 1}}));
+        EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+        EXPECT_EQ(editor->currentScheme(), editor->darkScheme());
+    }
+
+    const std::shared_ptr<ZelStyleDomain> editor = ZelStyleDomain::domainForIdentifier("editor");
+    const std::shared_ptr<ZelStyle> light = addStyle(domain->lightScheme(), "main");
+    const std::shared_ptr<ZelStyle> editorLight = addStyle(editor->lightScheme(), "main");
+    const std::shared_ptr<ZelStyle> editorDark = addStyle(editor->darkScheme(), "main");
+    const std::shared_ptr<Styled> d = makeStyled();
+};
+
+// The domains behind the one whose handler raised aren't asked, and the notification has been
+// posted: until the next one they stay as they are.
+TEST_F(AfterExceptionInADrainTests, ADomainBehindTheFailureGoesAlongWithTheNextSwitch) {
+    raiseInADrain("a");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"a", dark, 1}}));
+    EXPECT_EQ(editor->currentScheme(), editor->lightScheme());
+    expectTheNextSwitchesAreRight({}); // nobody has been told of another style than the light one
+}
+
+TEST_F(AfterExceptionInADrainTests, ADomainBehindTheFailureCatchesUpWhenItFollowsAnew) {
+    raiseInADrain("a");
+    recorder.take();
+    runElsewhere([this] {
+        editor->setSchemeFollowsSystem(false);
+        editor->setSchemeFollowsSystem(true);
+    });
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"d", editorDark, 1}}));
+    EXPECT_EQ(editor->currentScheme(), editor->darkScheme());
+    expectTheNextSwitchesAreRight({{"d", editorLight, 1}});
+}
+
+TEST_F(AfterExceptionInADrainTests, ADomainBeforeTheFailureHasSwitched) {
+    raiseInADrain("d");
+    EXPECT_EQ(recorder.take(),
+              (StyleCalls{{"a", dark, 1}, {"b", dark, 1}, {"c", dark, 1}, {"d", editorDark, 1}}));
+    EXPECT_EQ(editor->currentScheme(), editor->darkScheme());
+    expectTheNextSwitchesAreRight({{"a", light, 1}, {"b", light, 1}, {"c", light, 1}});
+}
+
+TEST_F(AfterExceptionTests, AStyleThatAHandlerCouldNotMakeLeavesTheNextNotificationRight) {
+    const ProvidersRestored restored;
+    Provider added;
+    addProvider("adding", std::nullopt, [&](auto&&...) {
+        if (!added) {
+            added = addProvider("added");
+        }
+    });
+    acting = "b";
+    action = [] { (void)alloc<ZelStyle>()->initWithIdentifier("made", nullptr); };
+    EXPECT_THROW(domain->notifyForStyleChangeOf(nullptr, {.force = true}), ZelEnumerationMutation);
+    EXPECT_EQ(recorder.takeNames(), (Names{"a", "b"}));
+    EXPECT_EQ(calledNext(), (Names{"a", "b", "c"}));
+    runElsewhere([this] {
+        EXPECT_EQ(addStyle(domain->defaultScheme(), "made")->effectiveValues()->size(), 55U);
+    });
 }
 
 } // namespace

@@ -55,10 +55,6 @@ private:
     const unsigned total_;
 };
 
-} // namespace
-
-namespace {
-
 /// Something of everything, so that what follows finds something to work on.
 void furnish(Script& script, Drawing& drawing) {
     const auto each = [&](std::string_view name, unsigned count) {

@@ -1,83 +1,77 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/model/Judge.h"
 #include "tests/model/LibraryKit.h"
+#include "tests/model/Options.h"
 #include "tests/model/PlainKit.h"
+#include "tests/model/Processes.h"
+#include "tests/model/Shrink.h"
 
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <optional>
-#include <string>
+#include <new>
+#include <stdexcept>
 
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/mman.h>
 
 namespace {
 
 using namespace zeltest;
 
-struct Options {
-    std::uint64_t seed = 1;
-    std::uint64_t operations = 1'000'000;
-    std::size_t steps = 120; // of one script
-    std::string script;      // a file; played instead of scripts drawn at random
-    bool firstSetup = false; // whether each script finds a process that was never set up
+constexpr End agreed = 0;
+constexpr End differed = 1; // or failed otherwise
+constexpr End misused = 2;
+constexpr End leftALock = 3;
+
+End endOf(const Verdict& verdict) {
+    return !verdict.parted ? agreed : verdict.hasLeftALock ? leftALock : differed;
+}
+
+/// How far scripts drawn at random have been played, for when their process ends in the middle.
+struct Progress {
+    std::uint64_t seed = 0;   // of the script that is played
+    std::uint64_t played = 0; // operations of those before it
+    std::uint64_t steps = 0;  // of those before it
+
+    /// One that the processes made from now on share with this one.
+    static Progress& shared() {
+        void* const place = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE,
+                                 MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        if (place == MAP_FAILED) {
+            throw std::bad_alloc();
+        }
+        return *new (place) Progress;
+    }
 };
 
-std::uint64_t playing = 0; // a script's seed, for when the process ends in the middle of it
-
-void sayWhichSeed(int signal) {
-    std::cerr << "signal " << signal << " at seed " << playing << '\n';
-    std::_Exit(1);
+/// Plays one script in a process of its own, where the library hasn't played any. Locks are looked
+/// for after each step: a script with steps taken away leaves them after another one.
+End playAlone(const Script& script, Output output) {
+    return runInAProcess(
+        [&] {
+            const LockChecks each{1, std::chrono::seconds(2)};
+            return endOf(judge(script, each));
+        },
+        output);
 }
 
-Options optionsOf(int count, char** words) {
-    Options options;
-    for (int i = 1; i + 1 < count; i += 2) {
-        const std::string name = words[i];
-        if (name == "--seed") {
-            options.seed = std::stoull(words[i + 1]);
-        } else if (name == "--operations") {
-            options.operations = std::stoull(words[i + 1]);
-        } else if (name == "--steps") {
-            options.steps = std::stoul(words[i + 1]);
-        } else if (name == "--script") {
-            options.script = words[i + 1];
-        } else if (name == "--first-setup") {
-            options.firstSetup = std::string(words[i + 1]) == "yes";
-        } else {
-            throw std::invalid_argument("unknown option " + name);
-        }
-    }
-    return options;
-}
-
-/// Whether the sides part, in a process of its own: with `firstSetup`, what happens once happens
-/// in the script. One that ends by itself counts, too.
-bool differsInAProcess(const Script& script) {
-    const pid_t child = fork();
-    if (child == 0) {
-        std::signal(SIGSEGV, SIG_DFL);
-        std::signal(SIGABRT, SIG_DFL);
-        std::_Exit(judge(script).parted ? 1 : 0);
-    }
-    int status = 0;
-    return child < 0 || waitpid(child, &status, 0) != child || status != 0;
-}
-
-bool differs(const Script& script) {
-    return judge(script).parted.has_value();
-}
-
-int report(const Script& script, bool apart) {
-    const Script least = shrink(script, apart ? differsInAProcess : differs);
+/// Prints the least script that ends in that way, then how.
+int report(const Options& options, const Script& script, End end) {
+    const Script least =
+        shrink(script, [&](const Script& each) { return playAlone(each, Output::Hidden) == end; });
+    std::cout << "# the least that shows it; again: " << options.againByScript() << '\n';
     print(std::cout, least, vocabulary());
-    const Verdict verdict = judge(least);
-    std::cout << "# the sides part after step " << verdict.parted.value_or(0) << '\n'
-              << verdict.difference;
-    return 1;
+    const End again = runInAProcess(
+        [&] {
+            const Verdict verdict = judge(least, {1});
+            std::cout << "# the sides part after step " << verdict.parted.value_or(0) << '\n'
+                      << verdict.difference;
+            return endOf(verdict);
+        },
+        Output::Shown);
+    std::cout << "# its process ends with " << describe(again) << '\n';
+    return differed;
 }
 
 int playFile(const Options& options) {
@@ -86,42 +80,68 @@ int playFile(const Options& options) {
         throw std::invalid_argument("no file " + options.script);
     }
     const Script script = parse(file, vocabulary());
-    if (differsInAProcess(script)) {
-        return report(script, true);
+    const End end = playAlone(script, Output::Shown);
+    if (end != agreed) {
+        return report(options, script, end);
     }
     std::cout << "both sides agree\n";
     return 0;
 }
 
-/// Plays a script; answers how many operations it took, and none where the sides part.
-std::optional<std::uint64_t> play(const Script& script, bool apart) {
-    if (apart) {
-        return differsInAProcess(script) ? std::nullopt : std::optional(script.steps.size());
+/// Plays scripts until one ends otherwise than both sides agreeing.
+End playAll(const Options& options, Progress& progress) {
+    for (; progress.played < options.operations; ++progress.seed) {
+        const Script script = drawScript(progress.seed, options.steps, vocabulary());
+        Verdict verdict;
+        verdict.played = script.steps.size();
+        const End end =
+            options.firstSetup ? playAlone(script, Output::Shown) : endOf(verdict = judge(script));
+        if (end != agreed) {
+            return end;
+        }
+        progress.played += verdict.played;
+        progress.steps += script.steps.size();
     }
-    const Verdict verdict = judge(script);
-    return verdict.parted ? std::nullopt : std::optional(verdict.played);
+    return agreed;
+}
+
+int reportSeed(const Options& options, const Progress& progress, End end) {
+    std::cout << "# " << describe(end) << " after " << progress.played << " operations, at seed "
+              << progress.seed << "; again: " << options.again(progress.seed, 1) << '\n';
+    if (isStopped(end) || progress.played >= options.operations) {
+        return differed;
+    }
+    const Script script = drawScript(progress.seed, options.steps, vocabulary());
+    if (const End alone = playAlone(script, Output::Hidden); alone != end) {
+        std::cout << "# alone it ends with " << describe(alone)
+                  << "; with all before it: " << options.again(options.seed, progress.played + 1)
+                  << '\n';
+        return differed;
+    }
+    return report(options, script, end);
 }
 
 int playAtRandom(const Options& options) {
     const auto begin = std::chrono::steady_clock::now();
-    std::uint64_t played = 0;
-    std::uint64_t steps = 0;
-    for (playing = options.seed; played < options.operations; ++playing) {
-        const Script script = drawScript(playing, options.steps, vocabulary());
-        const auto count = play(script, options.firstSetup);
-        if (!count) {
-            std::cout << "# after " << played << " operations, seed " << playing
-                      << "; again: zelstylekit_model --operations 1 --steps " << options.steps
-                      << (options.firstSetup ? " --first-setup yes" : "") << " --seed " << playing
-                      << "\n# the least that shows it:\n";
-            return report(script, options.firstSetup);
-        }
-        played += *count;
-        steps += script.steps.size();
+    Progress& progress = Progress::shared();
+    progress.seed = options.seed;
+    const End end = options.firstSetup
+                        ? playAll(options, progress)
+                        : runInAProcess(
+                              [&] {
+                                  const End played = playAll(options, progress);
+                                  if (played == agreed) {
+                                      std::exit(agreed); // as what looks for leaks wants it
+                                  }
+                                  return played;
+                              },
+                              Output::Shown);
+    if (end != agreed) {
+        return reportSeed(options, progress, end);
     }
     const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - begin;
-    std::cout << played << " operations, " << steps << " of them steps of "
-              << playing - options.seed << " scripts, in " << spent.count()
+    std::cout << progress.played << " operations, " << progress.steps << " of them steps of "
+              << progress.seed - options.seed << " scripts, in " << spent.count()
               << " s: both sides agree\n";
     return 0;
 }
@@ -131,15 +151,18 @@ int playAtRandom(const Options& options) {
 int main(int count, char** words) {
     try {
         const Options options = optionsOf(count, words);
-        std::signal(SIGSEGV, sayWhichSeed);
-        std::signal(SIGABRT, sayWhichSeed);
+        if (options.help) {
+            std::cout << usage;
+            return 0;
+        }
         LibraryKit::setUp(!options.firstSetup);
         PlainKit::setUp(!options.firstSetup);
         return options.script.empty() ? playAtRandom(options) : playFile(options);
+    } catch (const std::invalid_argument& problem) {
+        std::cerr << problem.what() << '\n' << usage;
+        return misused;
     } catch (const std::exception& problem) {
-        std::cerr << "seed " << playing << ": " << problem.what() << '\n'
-                  << "usage: zelstylekit_model [--seed N] [--operations N] [--steps N] "
-                     "[--first-setup yes] [--script FILE]\n";
-        std::_Exit(2); // a thread may be stuck
+        std::cerr << problem.what() << '\n';
+        return misused;
     }
 }

@@ -25,6 +25,24 @@ Color level(double value, double alpha) {
     return srgb(value, value, value, alpha);
 }
 
+void fillMain(Style& style, bool dark) {
+    const auto window = world().systemColors.find("windowBackground");
+    fill(style, "backgroundColor", level(dark ? 0 : 1, 1));
+    fill(style, "backgroundColorSecondary",
+         dark                                   ? gray255(28, 28, 28)
+         : window != world().systemColors.end() ? window->second
+                                                : gray255(236, 236, 236));
+    fill(style, "backgroundColorTertiary", dark ? gray255(44, 44, 44) : level(1, 1));
+    fill(style, "labelColor", level(dark ? 1 : 0, 1));
+    fill(style, "labelColorSecondary", dark ? level(0.92, 0.96) : level(0.24, 0.6));
+    fill(style, "labelColorTertiary", level(dark ? 0.92 : 0.24, 0.3));
+    fill(style, "labelColorQuarternary", dark ? level(0.92, 0.16) : level(0.24, 0.18));
+    fill(style, "accentColor", style.effectiveValueForAttribute("blueColor"));
+    const auto accent = style.color("accentColor");
+    fill(style, "accentColorSecondary",
+         accent ? std::optional<Value>(withAlpha(*accent, dark ? 0.25 : 0.15)) : std::nullopt);
+}
+
 } // namespace
 
 void provideBase(Style& style, const Ref<Scheme>& scheme) {
@@ -56,28 +74,6 @@ void provideBase(Style& style, const Ref<Scheme>& scheme) {
     fill(style, "pinkColor", gray255(255, 45, 85));
     fill(style, "tealColor", gray255(90, 200, 250));
 }
-
-namespace {
-
-void fillMain(Style& style, bool dark) {
-    const auto window = world().systemColors.find("windowBackground");
-    fill(style, "backgroundColor", level(dark ? 0 : 1, 1));
-    fill(style, "backgroundColorSecondary",
-         dark                                   ? gray255(28, 28, 28)
-         : window != world().systemColors.end() ? window->second
-                                                : gray255(236, 236, 236));
-    fill(style, "backgroundColorTertiary", dark ? gray255(44, 44, 44) : level(1, 1));
-    fill(style, "labelColor", level(dark ? 1 : 0, 1));
-    fill(style, "labelColorSecondary", dark ? level(0.92, 0.96) : level(0.24, 0.6));
-    fill(style, "labelColorTertiary", level(dark ? 0.92 : 0.24, 0.3));
-    fill(style, "labelColorQuarternary", dark ? level(0.92, 0.16) : level(0.24, 0.18));
-    fill(style, "accentColor", style.effectiveValueForAttribute("blueColor"));
-    const auto accent = style.color("accentColor");
-    fill(style, "accentColorSecondary",
-         accent ? std::optional<Value>(withAlpha(*accent, dark ? 0.25 : 0.15)) : std::nullopt);
-}
-
-} // namespace
 
 void provideMain(Style& style, const Ref<Scheme>& scheme) {
     const bool dark = isDark(scheme);

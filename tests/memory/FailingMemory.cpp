@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/memory/FailingMemory.h"
 
+#include "tests/support/OperatorNew.h"
+
 #include <cstdlib>
 #include <limits>
+
+namespace zeltest {
 
 namespace {
 
@@ -11,7 +15,9 @@ constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
 thread_local std::size_t left = unlimited;
 thread_local bool failed = false;
 
-void* allocate(std::size_t size) {
+} // namespace
+
+void* newBlock(std::size_t size) {
     if (left == 0) {
         failed = true;
         throw std::bad_alloc();
@@ -24,28 +30,9 @@ void* allocate(std::size_t size) {
     return block;
 }
 
-} // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
+void deleteBlock(void* block) noexcept {
+    std::free(block);
 }
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void operator delete(void* pointer) noexcept {
-    std::free(pointer);
-}
-void operator delete[](void* pointer) noexcept {
-    std::free(pointer);
-}
-void operator delete(void* pointer, std::size_t /*size*/) noexcept {
-    std::free(pointer);
-}
-void operator delete[](void* pointer, std::size_t /*size*/) noexcept {
-    std::free(pointer);
-}
-
-namespace zeltest {
 
 MemoryRunsOut::MemoryRunsOut(std::size_t afterAllocations) noexcept {
     left = afterAllocations;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "tests/support/Watchdog.h"
+
 #include <cstddef>
 #include <new>
 
@@ -20,8 +22,9 @@ public:
 };
 
 /// Runs an action without memory for its first allocation, then without memory for its second, and
-/// so on, until it finds all it wants; `check` runs after each that found none. Answers how many
-/// didn't. An exception of the action's for want of memory is caught.
+/// so on, until it finds all it wants; `check` runs after each that found none, on another thread,
+/// which stays stuck where the action has left a lock. Answers how many didn't. An exception of the
+/// action's for want of memory is caught.
 template <class Action, class Check>
 std::size_t runShortOfMemory(Action action, Check check) {
     for (std::size_t count = 0;; ++count) {
@@ -37,7 +40,7 @@ std::size_t runShortOfMemory(Action action, Check check) {
         if (!hasFailed) {
             return count;
         }
-        check();
+        runElsewhere(check);
     }
 }
 

@@ -110,13 +110,15 @@ void ZelStyleDomain::setupStyles() {
         return;
     }
     const auto domain = defaultDomain();
+    bool hasStyles = false;
     try {
         addMainStyles(*domain);
-    } catch (...) { // a provider's: the next call makes the styles
-        done = false;
+        hasStyles = true;
+        domain->setSchemeFollowsSystem(true);
+    } catch (...) { // a handler's comes last; after a provider's, or without memory, it isn't done
+        done = hasStyles && domain->schemeFollowsSystem();
         throw;
     }
-    domain->setSchemeFollowsSystem(true);
 }
 
 } // namespace v1

@@ -111,16 +111,21 @@ bool ZelStyleDomain::schemeFollowsSystem() const {
 }
 
 void ZelStyleDomain::setSchemeFollowsSystem(bool follows) {
+    NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
     if (state_->schemeFollowsSystem.exchange(follows, std::memory_order_acq_rel) == follows) {
         return;
     }
-    NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
     if (follows) {
-        // The centre holds the domain while it calls it.
-        center.addObserver(
-            shared_from_this(),
-            [this](const NSNotification& each) { _updateFromSystemAppearance(&each); },
-            systemAppearanceChangedNotification(), nullptr);
+        try {
+            // The centre holds the domain while it calls it.
+            center.addObserver(
+                shared_from_this(),
+                [this](const NSNotification& each) { _updateFromSystemAppearance(&each); },
+                systemAppearanceChangedNotification(), nullptr);
+        } catch (...) { // no memory
+            state_->schemeFollowsSystem.store(false, std::memory_order_release);
+            throw;
+        }
     } else {
         center.removeObserver(*this, systemAppearanceChangedNotification(), nullptr);
     }

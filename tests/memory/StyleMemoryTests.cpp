@@ -89,6 +89,36 @@ TEST_F(StyleMemoryTests, ADomainThatNoMemoryIsThereForIsMadeAfresh) {
     EXPECT_EQ(editor->currentScheme(), editor->defaultScheme());
 }
 
+TEST_F(StyleMemoryTests, FollowingThatNoMemoryIsThereForHasNotBegun) {
+    addStyle(domain->darkScheme(), "main");
+    (void)domain->lightScheme();
+    const std::size_t failures = runShortOfMemory([&] { domain->setSchemeFollowsSystem(true); },
+                                                  [&] {
+                                                      EXPECT_FALSE(domain->schemeFollowsSystem());
+                                                      EXPECT_EQ(domain->currentScheme(), scheme);
+                                                  });
+    EXPECT_GE(failures, 2U);
+    EXPECT_TRUE(domain->schemeFollowsSystem());
+    makeSystemDark();
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+}
+
+// The only setup of the process.
+TEST_F(StyleMemoryTests, ASetupThatNoMemoryIsThereForIsDoneByTheNextOne) {
+    const std::size_t failures =
+        runShortOfMemory([] { ZelStyleDomain::setupStyles(); },
+                         [&] { EXPECT_FALSE(domain->schemeFollowsSystem()); });
+    EXPECT_GE(failures, 10U);
+    EXPECT_TRUE(domain->schemeFollowsSystem());
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    const auto dark = domain->darkScheme()->styleForIdentifier("main");
+    EXPECT_EQ(scheme->styleForIdentifier("main"), light);
+    EXPECT_EQ(light->effectiveValues()->size(), 55U);
+    EXPECT_EQ(dark->effectiveValues()->size(), 55U);
+    makeSystemDark();
+    EXPECT_EQ(domain->mainStyle(), dark);
+}
+
 TEST_F(StyleMemoryTests, AModeThatNoMemoryIsThereForLeavesTheOthersInOrder) {
     const auto manager = alloc<ZelStyleManager>();
     manager->init();

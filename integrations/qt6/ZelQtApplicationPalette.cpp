@@ -15,39 +15,35 @@
 
 namespace zel {
 inline namespace v1 {
-namespace {
-
-/// A window's palette: its own only while its style is not the application's. It takes away no
-/// palette but what it has given.
-class WindowPalette {
-public:
-    explicit WindowPalette(QWidget& window) : window_(window) {}
-
-    void apply(const std::shared_ptr<ZelStyle>& style) {
-        if (style != ZelStyleDomain::defaultDomain()->mainStyle()) {
-            given_ = true;
-            window_.setPalette(ZelQtPalette::paletteWithStyle(style));
-        } else if (std::exchange(given_, false)) {
-            window_.setPalette(QPalette());
-        }
-    }
-    void applyAgain() { apply(ZelStyle::forStyleable(ZelQtStyleable::of(window_))); }
-    void end() {
-        QtWidgetLink::of(window_).setPaletteHandler(nullptr);
-        if (std::exchange(given_, false)) {
-            window_.setPalette(QPalette());
-        }
-    }
-
-private:
-    QWidget& window_;
-    bool given_ = false;
-};
-
-} // namespace
-
 /// Sees each window before it is first shown, and follows its style from then on.
 class ZelQtApplicationPalette::Windows final : public QObject {
+    /// A window's palette: its own only while its style is not the application's. It takes away no
+    /// palette but what it has given.
+    class WindowPalette {
+    public:
+        explicit WindowPalette(QWidget& window) : window_(window) {}
+
+        void apply(const std::shared_ptr<ZelStyle>& style) {
+            if (style != ZelStyleDomain::defaultDomain()->mainStyle()) {
+                given_ = true;
+                window_.setPalette(ZelQtPalette::paletteWithStyle(style));
+            } else if (std::exchange(given_, false)) {
+                window_.setPalette(QPalette());
+            }
+        }
+        void applyAgain() { apply(ZelStyle::forStyleable(ZelQtStyleable::of(window_))); }
+        void end() {
+            QtWidgetLink::of(window_).setPaletteHandler(nullptr);
+            if (std::exchange(given_, false)) {
+                window_.setPalette(QPalette());
+            }
+        }
+
+    private:
+        QWidget& window_;
+        bool given_ = false;
+    };
+
 public:
     ~Windows() override { forEach(&WindowPalette::end); }
     Windows() = default;

@@ -22,8 +22,8 @@ protected:
     AfterExceptionTests() {
         for (const auto& [name, owner] :
              {std::pair("a", a), std::pair("b", b), std::pair("c", c)}) {
-            domain->registerChangeHandler(recorder.handler(name, [this, name] { act(name); }),
-                                          owner);
+            domain->registerChangeHandler(
+                recorder.handler(name, [this, which = name] { act(which); }), owner);
         }
         recorder.take();
     }

@@ -17,32 +17,32 @@ bool isTo(const std::weak_ptr<NSObject>& reference, const std::shared_ptr<NSObje
     return !reference.owner_before(object) && !object.owner_before(reference);
 }
 
+struct Registration {
+    std::shared_ptr<const NSNotificationCenter::Callback> callback;
+    std::string name;
+    std::weak_ptr<NSObject> object;
+    bool anyObject = true;
+
+    /// Of one sender only, not even a notification without one is wanted once that sender has
+    /// ended.
+    [[nodiscard]] bool wants(const NSNotification& notification) const {
+        return name == notification.name &&
+               (anyObject || (notification.object && isTo(object, notification.object)));
+    }
+};
+
+/// Observer to its registrations, in the order in which they were added.
+using RegistrationTable = WeakTable<std::vector<Registration>, LockRank::Notifications>;
+
+struct Call {
+    std::weak_ptr<NSObject> observer;
+    std::shared_ptr<const NSNotificationCenter::Callback> callback;
+};
+
 } // namespace
 
 struct NSNotificationCenter::Registrations {
-    struct Registration {
-        std::shared_ptr<const Callback> callback;
-        std::string name;
-        std::weak_ptr<NSObject> object;
-        bool anyObject = true;
-
-        /// Of one sender only, not even a notification without one is wanted once that sender has
-        /// ended.
-        [[nodiscard]] bool wants(const NSNotification& notification) const {
-            return name == notification.name &&
-                   (anyObject || (notification.object && isTo(object, notification.object)));
-        }
-    };
-
-    /// Observer to its registrations, in the order in which they were added.
-    using Table = WeakTable<std::vector<Registration>, LockRank::Notifications>;
-
-    struct Call {
-        std::weak_ptr<NSObject> observer;
-        std::shared_ptr<const Callback> callback;
-    };
-
-    std::shared_ptr<Table> table = std::make_shared<Table>();
+    std::shared_ptr<RegistrationTable> table = std::make_shared<RegistrationTable>();
 
     [[nodiscard]] bool holds(const NSObject& observer, const Call& call) const {
         const RecursiveGuard guard(table->lock);
@@ -69,8 +69,8 @@ void NSNotificationCenter::addObserver(const std::shared_ptr<NSObject>& observer
         return;
     }
     auto& table = *registrations_->table;
-    Registrations::Registration registration{std::make_shared<const Callback>(std::move(callback)),
-                                             std::string(name), object, object == nullptr};
+    Registration registration{std::make_shared<const Callback>(std::move(callback)),
+                              std::string(name), object, object == nullptr};
     const RecursiveGuard guard(table.lock);
     auto* entry = table.find(*observer);
     if (entry == nullptr) {
@@ -82,7 +82,7 @@ void NSNotificationCenter::addObserver(const std::shared_ptr<NSObject>& observer
 void NSNotificationCenter::removeObserver(const NSObject& observer, std::string_view name,
                                           const std::shared_ptr<NSObject>& object) {
     auto& table = *registrations_->table;
-    std::vector<Registrations::Registration> ended; // ends after the lock is released
+    std::vector<Registration> ended; // ends after the lock is released
     const RecursiveGuard guard(table.lock);
     auto* entry = table.find(observer);
     if (entry == nullptr) {
@@ -103,18 +103,18 @@ void NSNotificationCenter::removeObserver(const NSObject& observer, std::string_
 void NSNotificationCenter::postNotificationName(std::string_view name,
                                                 const std::shared_ptr<NSObject>& object) {
     const NSNotification notification{std::string(name), object};
-    std::vector<Registrations::Call> calls;
+    std::vector<Call> calls;
     std::vector<std::shared_ptr<NSObject>> observers; // held, so that none ends in the walk's lock
-    for (Registrations::Table::Walk walk(registrations_->table); auto* entry = walk.next();) {
+    for (RegistrationTable::Walk walk(registrations_->table); auto* entry = walk.next();) {
         observers.push_back(walk.owner());
-        for (const auto& each : entry->payload) {
+        for (const Registration& each : entry->payload) {
             if (each.wants(notification)) {
                 calls.push_back({walk.owner(), each.callback});
             }
         }
     }
     observers.clear();
-    for (const auto& call : calls) {
+    for (const Call& call : calls) {
         const auto observer = call.observer.lock();
         if (observer && registrations_->holds(*observer, call)) {
             (*call.callback)(notification);

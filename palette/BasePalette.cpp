@@ -13,14 +13,8 @@ namespace {
 
 using enum ZelStyleAttribute;
 
-constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe both) {
-    return {attribute, PaletteRow::Written::Always, both, both};
-}
-constexpr PaletteRow whenAbsent(ZelStyleAttribute attribute, PaletteRecipe both) {
-    return {attribute, PaletteRow::Written::WhenAbsent, both, both};
-}
 constexpr PaletteRow ramp(ZelStyleAttribute attribute, double dark, double other) {
-    return {attribute, PaletteRow::Written::WhenAbsent, white(dark), white(other)};
+    return whenAbsent(attribute, white(dark), white(other));
 }
 
 std::optional<NSColor> platformWhite() {
@@ -37,7 +31,7 @@ std::optional<NSColor> platformClear() {
 // platform has none, and only then do the fallbacks fill what is absent.
 //
 // Deliberate: the dark ramp is not the other one mirrored; it ends at 0.22 and 0.12.
-constexpr std::array rows{
+constexpr std::array baseRows{
     always(BlueColor, platform([] { return NSColor::systemBlueColor(); })),
     always(GreenColor, platform([] { return NSColor::systemGreenColor(); })),
     always(OrangeColor, platform([] { return NSColor::systemOrangeColor(); })),
@@ -79,7 +73,7 @@ void provideBase(const std::shared_ptr<ZelStyle>& style,
                  const std::shared_ptr<ZelStyleScheme>& scheme) {
     const ZelStyleType type = typeOfScheme(scheme ? scheme->identifier() : std::nullopt);
     style->setStyleType(NSNumber::numberWithUnsignedLong(type));
-    writePalette(rows, style, type == ZelStyleTypeDark);
+    writePalette(baseRows, style, type == ZelStyleTypeDark);
 }
 
 } // namespace

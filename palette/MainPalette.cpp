@@ -13,24 +13,13 @@ namespace {
 
 using enum ZelStyleAttribute;
 
-constexpr PaletteRow whenAbsent(ZelStyleAttribute attribute, PaletteRecipe dark,
-                                PaletteRecipe other) {
-    return {attribute, PaletteRow::Written::WhenAbsent, dark, other};
-}
-constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe dark, PaletteRecipe other) {
-    return {attribute, PaletteRow::Written::Always, dark, other};
-}
-constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe both) {
-    return always(attribute, both, both);
-}
-
 std::optional<NSColor> windowBackground() {
     return NSColor::windowBackgroundColor();
 }
 
 // Order is meaning: a row reads what the rows above it wrote. The first nine can be preset;
 // deliberate: every later row is computed anew whatever stood there.
-constexpr std::array rows{
+constexpr std::array mainRows{
     whenAbsent(BackgroundColor, sRGBGray(0.0), sRGBGray(1.0)),
     whenAbsent(BackgroundColorSecondary, sRGBGray(28.0 / 255.0), platform(windowBackground)),
     whenAbsent(BackgroundColorTertiary, sRGBGray(44.0 / 255.0), sRGBGray(1.0)),
@@ -67,12 +56,12 @@ constexpr std::array rows{
     always(ToolbarTintColor, copyOf(AccentColor)),
     always(ToolbarBackgroundColor, copyOf(GrayColor9), white(0.9725)),
 };
-static_assert(rows.size() == 33);
+static_assert(mainRows.size() == 33);
 
 void provideMain(const std::shared_ptr<ZelStyle>& style,
                  const std::shared_ptr<ZelStyleScheme>& scheme) {
     const bool darkMode = scheme && scheme->identifier() == ZelStyleSchemeIdentifierDark;
-    writePalette(rows, style, darkMode);
+    writePalette(mainRows, style, darkMode);
 }
 
 } // namespace

@@ -66,6 +66,20 @@ struct PaletteRow {
     PaletteRecipe other;
 };
 
+constexpr PaletteRow whenAbsent(ZelStyleAttribute attribute, PaletteRecipe dark,
+                                PaletteRecipe other) {
+    return {attribute, PaletteRow::Written::WhenAbsent, dark, other};
+}
+constexpr PaletteRow whenAbsent(ZelStyleAttribute attribute, PaletteRecipe both) {
+    return whenAbsent(attribute, both, both);
+}
+constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe dark, PaletteRecipe other) {
+    return {attribute, PaletteRow::Written::Always, dark, other};
+}
+constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe both) {
+    return always(attribute, both, both);
+}
+
 /// Writes a palette into a style, row after row; each row reads what earlier ones wrote.
 void writePalette(std::span<const PaletteRow> rows, const std::shared_ptr<ZelStyle>& style,
                   bool darkMode);

@@ -12,7 +12,7 @@ namespace gallery {
 namespace {
 
 constexpr int side = 38; // of the coloured part
-constexpr double radius = 8;
+constexpr double swatchRadius = 8;
 constexpr int wordsAt = side + 10;
 
 QString keyOf(zel::ZelStyleAttribute attribute) {
@@ -95,7 +95,7 @@ void Swatch::paintEvent(QPaintEvent* /*event*/) {
 void Swatch::paintColor(QPainter& painter) const {
     const QRect area(0, (height() - side) / 2, side, side);
     QPainterPath shape;
-    shape.addRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    shape.addRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), swatchRadius, cornerRadius);
     if (color_.isValid()) {
         painter.save();
         painter.setClipPath(shape);

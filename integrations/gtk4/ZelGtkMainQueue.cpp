@@ -13,18 +13,18 @@ namespace {
 constexpr gint64 now = 0;
 constexpr gint64 never = -1;
 
-gboolean dispatch(GSource* source, GSourceFunc /*callback*/, gpointer /*data*/) noexcept {
+gboolean dispatchQueue(GSource* source, GSourceFunc /*callback*/, gpointer /*data*/) noexcept {
     g_source_set_ready_time(source, never); // before the tasks, which may queue others
     NSMainQueue::mainQueue().drain();
     return G_SOURCE_CONTINUE;
 }
 
-GSourceFuncs functions{nullptr, nullptr, dispatch, nullptr, nullptr, nullptr};
+GSourceFuncs queueFunctions{nullptr, nullptr, dispatchQueue, nullptr, nullptr, nullptr};
 
 } // namespace
 
 ZelGtkMainQueue::ZelGtkMainQueue(GMainContext* context)
-    : source_(g_source_new(&functions, sizeof(GSource))) {
+    : source_(g_source_new(&queueFunctions, sizeof(GSource))) {
     g_source_set_static_name(source_, "ZelStyleKit main queue");
     g_source_set_ready_time(source_, now); // tasks may be waiting already
     g_source_attach(source_, context);

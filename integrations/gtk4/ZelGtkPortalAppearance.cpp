@@ -87,12 +87,12 @@ gboolean dispatch(GSource* base, GSourceFunc /*callback*/, gpointer /*data*/) no
     return G_SOURCE_CONTINUE;
 }
 
-GSourceFuncs functions{prepare, check, dispatch, nullptr, nullptr, nullptr};
+GSourceFuncs portalFunctions{prepare, check, dispatch, nullptr, nullptr, nullptr};
 
 } // namespace
 
 ZelGtkPortalAppearance::ZelGtkPortalAppearance(GMainContext* context)
-    : source_(&PortalSource::of(g_source_new(&functions, sizeof(PortalSource)))) {
+    : source_(&PortalSource::of(g_source_new(&portalFunctions, sizeof(PortalSource)))) {
     source_->portal = &portal_;
     source_->descriptorTag = nullptr;
     source_->descriptor = -1;

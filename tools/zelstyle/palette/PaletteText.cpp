@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::size_t keyWidth = 38;
 constexpr std::size_t valueWidth = 12;
-constexpr std::size_t swatchWidth = 3; // two cells and a space
+constexpr std::size_t swatchCells = 3; // two cells and a space
 
 std::string cellOf(const Palette& palette, const PaletteEntry& entry, bool withColors) {
     std::string cell;
     if (withColors) {
         const ZelRGBA* color = entry.color();
         const ZelRGBA background = palette.colorFor(ZelStyleAttributeKeyBackgroundColor);
-        cell = color ? swatchOf(*color, background) + ' ' : std::string(swatchWidth, ' ');
+        cell = color ? swatchOf(*color, background) + ' ' : std::string(swatchCells, ' ');
     }
     return cell + padded(entry.text(), valueWidth);
 }
@@ -34,7 +34,7 @@ std::string paletteText(const std::vector<Palette>& palettes, bool withColors) {
     for (const PaletteHeading& heading : paletteHeadings) {
         std::string line = padded(heading.title, keyWidth + 2);
         for (const Palette& palette : palettes) {
-            line += padded(palette.scheme, valueWidth + (withColors ? swatchWidth : 0));
+            line += padded(palette.scheme, valueWidth + (withColors ? swatchCells : 0));
         }
         appendLine(text, line);
         for (std::size_t row = 0; row < palettes.front().entries.size(); ++row) {

@@ -26,12 +26,17 @@ void printLock(const char* before, const RecursiveLock& lock, LockRank rank, con
                  static_cast<const void*>(&lock), after);
 }
 
+void printReason(const char* before, LockRank rank) {
+    const std::string_view reason = ruleOf(rank).reason;
+    std::fprintf(stderr, "%s%.*s\n", before, static_cast<int>(reason.size()), reason.data());
+}
+
 [[noreturn]] void fail(const HeldLock& held, LockRank heldRank, const RecursiveLock& lock,
                        LockRank rank, const CallStack* otherWayRound) noexcept {
     printLock("locks out of order: ", lock, rank, " is taken inside ");
     printLock("", *held.lock, heldRank, "\n");
-    const std::string_view reason = ruleOf(rank).reason;
-    std::fprintf(stderr, "the rule: %.*s\n", static_cast<int>(reason.size()), reason.data());
+    printReason("the rule: ", rank);
+    printReason("of the lock that is held: ", heldRank);
     printLock("", *held.lock, heldRank, " was taken here:\n");
     held.taken.print();
     if (otherWayRound) {

@@ -117,9 +117,8 @@ std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
 }
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
-    const RecursiveGuard guard(state_->lock);
-    const Modes listed = state_->modes; // a host's store may change the list
-    for (const auto& mode : listed) {
+    const RecursiveGuard guard(state_->lock); // a store, read in it, uses nothing that locks
+    for (const auto& mode : state_->modes) {
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }

@@ -70,7 +70,7 @@ inline constexpr std::array lockRules{
     LockRule{LockRank::Notifications, LockUse::Private, "table of a notification centre",
              "callbacks are called without it"},
     LockRule{LockRank::ModeList, LockUse::Private, "list of modes",
-             "modes are applied without it; a store that is asked under it calls nobody back"},
+             "modes are applied without it; a store that is read under it uses nothing that locks"},
 };
 
 [[nodiscard]] constexpr const LockRule& ruleOf(LockRank rank) noexcept {

@@ -17,9 +17,10 @@ inline namespace v1 {
 using NSUserDefaultsValue = std::variant<std::string, NSNumber>;
 
 /// A persistent key-value store for each user and application.
-/// Threads: called from any thread; a store guards itself. It may be asked with the manager's list
-/// of modes locked, and must tell no change handlers there. Failure: never throws. What can't be
-/// read is absent; a store that can't write answers false and leaves what it holds as it was.
+/// Threads: called from any thread; a store guards itself. The manager reads it with its list of
+/// modes locked: reading uses nothing of the library but values, and tells no change handlers. In
+/// writing, all is allowed that is in a handler. Failure: never throws. What can't be read is
+/// absent; a store that can't write answers false and leaves what it holds as it was.
 class ZEL_EXPORT NSUserDefaultsStore {
 public:
     virtual ~NSUserDefaultsStore();

@@ -1,84 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/support/Recorder.h"
-#include "tests/support/Watchdog.h"
-#include "tests/threads/Operations.h"
+#include "tests/threads/OperationFixture.h"
 
-#include <algorithm>
 #include <random>
 
 namespace zeltest {
 namespace {
 
 using namespace zel;
-
-/// An object that does something while it ends.
-class Ending : public NSObject {
-public:
-    explicit Ending(std::function<void()> last) : last_(std::move(last)) {}
-    Ending(const Ending&) = delete;
-    Ending& operator=(const Ending&) = delete;
-    ~Ending() override { last_(); }
-
-private:
-    const std::function<void()> last_;
-};
-
-/// Does every operation that docs/threads.md allows there in some place; what was under way goes
-/// on, and no lock stays taken.
-class OperationTests : public StylingTests {
-protected:
-    OperationTests() {
-        domain->registerChangeHandler(
-            [this](const auto&, const auto&, ZelStyleChangeEvent event) { runOnce(event); }, first);
-        domain->registerChangeHandler(recorder.handler("second"), second);
-    }
-
-    /// Has each operation done by `bringAbout`, which must get to where `now` is called.
-    void doEach(const std::function<void()>& bringAbout) {
-        for (const Operation& each : allOperations()) {
-            SCOPED_TRACE(each.name);
-            operation = &each;
-            recorder.take();
-            bringAbout();
-            EXPECT_EQ(operation, nullptr) << "it wasn't done";
-            operation = nullptr;
-        }
-        runElsewhere([this] { // stuck where a lock was left
-            main->updateStyleWithChanges(nullptr);
-            world.style->updateStyleWithChanges(nullptr);
-            domain->notifyForStyleChangeOf(nullptr, {.force = true});
-            domain->unregisterChangeHandler(world.object);
-            (void)world.manager->activeMode();
-            (void)ZelStyleDomain::domainForIdentifier("elsewhere")->darkScheme();
-            NSNotificationCenter::defaultCenter().postNotificationName("elsewhere", nullptr);
-        });
-    }
-    void now() {
-        if (const Operation* each = std::exchange(operation, nullptr)) {
-            each->run(world);
-        }
-    }
-    void runOnce(ZelStyleChangeEvent event) {
-        if (event == ZelStyleChangeEventChanged && inHandler) {
-            std::exchange(inHandler, nullptr)();
-        }
-    }
-    /// Brings about a delivery in which the first listener's handler does this.
-    void deliver(std::function<void()> then) {
-        inHandler = std::move(then);
-        domain->notifyForStyleChangeOf(nullptr, {.force = true});
-        EXPECT_GE(recorder.calls.size(), 1U) << "the second listener wasn't served";
-    }
-
-    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
-    const std::shared_ptr<ZelStyle> main = addStyle(domain->defaultScheme(), "main");
-    const std::shared_ptr<Styled> first = makeStyled();
-    const std::shared_ptr<Styled> second = makeStyled();
-    Recorder recorder;
-    World world;
-    const Operation* operation = nullptr;
-    std::function<void()> inHandler;
-};
 
 TEST_F(OperationTests, AllAreDoneInAChangeHandler) {
     doEach([this] { deliver([this] { now(); }); });

@@ -25,7 +25,10 @@ protected:
         ASSERT_GE(held_, 0);
         startBusWithPortal("/bin/cat " + pipe);
     }
-    void TearDown() override { ::close(held_); }
+    void TearDown() override {
+        PortalTests::TearDown();
+        ::close(held_);
+    }
 };
 
 TEST_F(ActivationTests, APortalThatCannotBeStartedIsTold) {

@@ -48,7 +48,7 @@ TEST_F(CallbackTests, TheAppearanceIsSetBeforeTheStatusIsTold) {
 }
 
 TEST_F(CallbackTests, ACallbackMayStop) {
-    whenFollowing([&] { host->appearance->stop(); });
+    whenFollowing([&] { host->stop(); });
     portal->setScheme(1);
     host->start();
     EXPECT_TRUE(host->runUntil(ZelPortalStatus::Stopped, {&*portal}));
@@ -58,9 +58,8 @@ TEST_F(CallbackTests, ACallbackMayStop) {
 TEST_F(CallbackTests, ACallbackMayDestroyWhatCallsIt) {
     bool destroyed = false;
     whenFollowing([&] {
-        host->appearance.reset();
+        host->renew();
         destroyed = true;
-        host->appearance.emplace(); // for the loop to go on with
     });
     portal->setScheme(1);
     host->start();
@@ -68,10 +67,7 @@ TEST_F(CallbackTests, ACallbackMayDestroyWhatCallsIt) {
 }
 
 TEST_F(CallbackTests, AnObserverMayDestroyWhatSetTheAppearance) {
-    const auto observer = observe([&] {
-        host->appearance.reset();
-        host->appearance.emplace(); // for the loop to go on with
-    });
+    const auto observer = observe([&] { host->renew(); });
     portal->setScheme(1);
     host->start();
     EXPECT_TRUE(host->runUntilDark(true, {&*portal}));
@@ -96,7 +92,7 @@ TEST_F(CallbackTests, ACallbackMayProcess) {
     int depth = 0;
     whenFollowing([&] {
         ++depth;
-        host->appearance->process();
+        host->process();
     });
     followDark();
     EXPECT_EQ(depth, 1);
@@ -121,6 +117,6 @@ TEST_F(CallbackTests, AnExceptionOfAnObserverPassesAndTheStatusIsToldLater) {
     observer.reset();
     EXPECT_EQ(host->heard, (std::vector{ZelPortalStatus::Connecting}));
     EXPECT_EQ(host->appearance->nextTimeout(), 0us);
-    host->appearance->process();
+    host->process();
     EXPECT_EQ(host->heard, (std::vector{ZelPortalStatus::Connecting, ZelPortalStatus::Following}));
 }

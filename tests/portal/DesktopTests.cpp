@@ -99,7 +99,7 @@ TEST_F(DesktopTests, EachSwitchOfTheDesktopCallsEachChangeHandlerOnce) {
 TEST_F(DesktopTests, ADesktopThatIsDarkIsDarkFromTheFirstAnswer) {
     setDesktop("prefer-dark");
     host.start();
-    EXPECT_EQ(host.appearance->waitForFirstAnswer(20s), ZelPortalStatus::Following);
+    EXPECT_EQ(host.waitForFirstAnswer(20s), ZelPortalStatus::Following);
     EXPECT_TRUE(isDark());
     EXPECT_EQ(host.appearance->colorScheme(), 1U);
 }
@@ -124,7 +124,7 @@ TEST_F(DesktopTests, ABackendThatIsKilledShowsWhenThePortalIsAskedAgain) {
     ASSERT_TRUE(isDark());
     killOwnerOf("org.freedesktop.impl.portal.desktop.gtk");
     setDesktop("default");
-    host.appearance->refresh();
+    host.refresh();
     EXPECT_TRUE(runUntil([] { return !isDark(); }));
 }
 

@@ -139,7 +139,7 @@ TEST_F(FollowingTests, TheFirstAnswerCanBeWaitedFor) {
     });
     host->start();
     EXPECT_EQ(host->status(), ZelPortalStatus::Connecting);
-    EXPECT_EQ(host->appearance->waitForFirstAnswer(20s), ZelPortalStatus::Following);
+    EXPECT_EQ(host->waitForFirstAnswer(20s), ZelPortalStatus::Following);
     EXPECT_TRUE(isDark());
     over = true;
     elsewhere.join();
@@ -153,7 +153,7 @@ TEST_F(FollowingTests, NoThreadIsStarted) {
 
 TEST_F(FollowingTests, WhileNothingHappensNothingWakesTheHost) {
     follow();
-    host->appearance->process();
+    host->process();
     EXPECT_EQ(host->appearance->events(), POLLIN);
     EXPECT_EQ(host->appearance->nextTimeout(), std::nullopt);
     pollfd waited{host->appearance->fileDescriptor(), POLLIN, 0};
@@ -162,13 +162,13 @@ TEST_F(FollowingTests, WhileNothingHappensNothingWakesTheHost) {
 
 TEST_F(FollowingTests, StoppingLeavesTheAppearanceAndTheBus) {
     followDark();
-    host->appearance->stop();
+    host->stop();
     EXPECT_TRUE(isDark());
     EXPECT_EQ(host->status(), ZelPortalStatus::Stopped);
     EXPECT_EQ(host->appearance->fileDescriptor(), -1);
     EXPECT_EQ(host->appearance->nextTimeout(), std::nullopt);
-    host->appearance->process();
-    host->appearance->refresh();
+    host->process();
+    host->refresh();
     EXPECT_EQ(host->appearance->nextTimeout(), std::nullopt);
     EXPECT_EQ(host->heard.size(), 2U);
 }
@@ -186,7 +186,7 @@ TEST_F(FollowingTests, TheHostsOwnAppearanceStaysUntilTheDesktopsChanges) {
 TEST_F(FollowingTests, ARefreshAsksAgain) {
     follow();
     portal->setScheme(1); // and says nothing
-    host->appearance->refresh();
+    host->refresh();
     EXPECT_TRUE(host->runUntilDark(true, {&*portal}));
     EXPECT_EQ(portal->questions(), 2);
 }

@@ -10,7 +10,7 @@ protected:
     void leaveAQuestionOpen() {
         const int before = portal->questions();
         portal->keepQuestions();
-        host->appearance->refresh();
+        host->refresh();
         ASSERT_TRUE(host->run([&] { return portal->questions() == before + 1; }, {&*portal}));
     }
 };

@@ -83,6 +83,11 @@ void FakePortal::emitChangeOf(const char* group, const char* key, const char* to
     send(portalPath, settings, "SettingChanged", to, "ssv", group, key, "s", "prefer-dark");
 }
 
+void FakePortal::emitChangeAs(const char* path, const char* interface, const char* member,
+                              const char* to) {
+    send(path, interface, member, to, "ssv", appearance, colorScheme, "u", 1U);
+}
+
 void FakePortal::emitChangeOfShape(const std::function<void(sd_bus_message*)>& fill,
                                    const char* to) {
     sd_bus_message* made = nullptr;

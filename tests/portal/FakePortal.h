@@ -37,6 +37,8 @@ public:
     /// Says that a setting has changed: to everybody, or to one connection only.
     void emitChange(std::uint32_t scheme, const char* to = nullptr);
     void emitChangeOf(const char* group, const char* key, const char* to = nullptr);
+    /// Says what a change says, but as another signal, or that of another object.
+    void emitChangeAs(const char* path, const char* interface, const char* member, const char* to);
     /// Says so in a message that `fill` makes, whatever its shape, to one connection.
     void emitChangeOfShape(const std::function<void(sd_bus_message*)>& fill, const char* to);
     /// Puts a number of such signals on the bus.

@@ -116,7 +116,8 @@ void PortalBus::subscribed(sd_bus_message& reply) {
 }
 
 void PortalBus::settingChanged(sd_bus_message& signal) {
-    // A bus delivers what anybody sends to us by name, whatever we subscribed to.
+    // A bus delivers what anybody sends to us by name, whatever we subscribed to. Until the first
+    // answer has told who the portal is, anybody's signal counts: the portal alone is asked for it.
     if (owner_ && senderOf(signal) != *owner_) {
         return;
     }

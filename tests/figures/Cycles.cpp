@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// Has owners come and go, each with all that an application gives one, and looks whether the heap
-// is as large at the end as it was after the first tenth of them.
-// usage: figure_cycles CYCLES
+// Has owners come and go, each with all that an application gives one, and whole domains, and looks
+// whether the heap is as large at the end as it was after the first tenth of them.
 #include "tests/figures/AllocationCounter.h"
 #include "tests/support/Styling.h"
 
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
+#include <string_view>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -32,9 +32,10 @@ struct Heap {
     }
 };
 
-class Cycles {
+/// Views and objects in the default domain, with handlers, identifiers, styles and observers.
+class Owners {
 public:
-    Cycles() {
+    Owners() {
         NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
         NSApplication::sharedApplication();
         ZelStyleManager::setup();
@@ -108,31 +109,130 @@ private:
     std::uint64_t calls_ = 0;
 };
 
-} // namespace
+/// Domains with schemes, styles and listeners; default value providers that fill those styles;
+/// modes of the manager.
+class Domains {
+public:
+    [[nodiscard]] std::uint64_t calls() const noexcept { return calls_; }
 
-int main(int count, char** words) {
-    const std::uint64_t cycles = count > 1 ? std::strtoull(words[1], nullptr, 10) : 0;
-    constexpr std::size_t allowed = 4096; // tables that happen to be larger at the one moment
-    if (cycles < 1000) {
-        std::fputs("usage: figure_cycles CYCLES, at least 1000\n", stderr);
-        return 2;
+    void run(std::uint64_t cycle) {
+        const auto provider = addProvider(cycle);
+        const bool isRegistered = cycle % 2 == 0;
+        fill(isRegistered ? ZelStyleDomain::domainForIdentifier("passing")
+                          : alloc<ZelStyleDomain>()->initWithDomainIdentifier("passing"),
+             cycle);
+        addMode(ZelStyleManager::sharedStyleManager(), cycle);
+        const auto manager = alloc<ZelStyleManager>(); // goes with its modes
+        manager->init();
+        manager->addMode(makeMode(cycle));
+        manager->addMode(makeMode(cycle + 1));
+        ZelStyle::removeDefaultValueProvider(provider);
+        if (isRegistered) {
+            ZelStyleDomain::domainForIdentifier("_reset");
+        }
     }
-    Cycles owners;
+
+private:
+    std::shared_ptr<ZelStyleDefaultValueProvider> addProvider(std::uint64_t cycle) {
+        auto provider = ZelStyleDefaultValueProvider::providerWithIdentifier(
+            cycle % 3 == 0 ? "main" : "passing", std::vector<std::string>{"base"},
+            [this](const auto& style, const auto&) {
+                ++calls_;
+                style->setValue(ZelAttributeValue(std::string("filled")), "passing text");
+            });
+        provider->setDidApplyBlock(
+            [this](const auto&, const auto&, const auto&, const auto&) { ++calls_; });
+        ZelStyle::addDefaultValueProvider(provider);
+        return provider;
+    }
+
+    void fill(const std::shared_ptr<ZelStyleDomain>& domain, std::uint64_t cycle) {
+        const auto view = alloc<NSView>();
+        const auto count = [this](const auto&, const auto&, auto) { ++calls_; };
+        domain->registerChangeHandler(count, view);
+        domain->registerChangeHandler(count, stays_);
+        for (const char* const identifier : {"default", "light", "dark", "passing"}) {
+            const auto scheme = domain->schemeForIdentifier(identifier);
+            const auto style = addStyle(scheme, "main");
+            style->inheritedStyleWithChanges(
+                [](const auto& parent, const auto& made) {
+                    made->setAccentColor(parent->labelColor());
+                },
+                "passing", scheme);
+            domain->setCurrentScheme(scheme);
+        }
+        domain->setSchemeFollowsSystem(cycle % 3 == 0);
+        const auto loose = alloc<ZelStyleScheme>()->initWithIdentifier("loose", domain);
+        loose->addStyle(domain->mainStyle());
+    }
+
+    static std::shared_ptr<ZelStyleManagerMode> makeMode(std::uint64_t cycle) {
+        return alloc<ZelStyleManagerMode>()->initWithIdentifier("passing", cycle % 7, "Passing");
+    }
+
+    static void addMode(const std::shared_ptr<ZelStyleManager>& manager, std::uint64_t cycle) {
+        const auto mode = makeMode(cycle);
+        manager->addMode(mode);
+        manager->setActiveModeIdentifier(cycle % 2 == 0 ? "passing" : "dark");
+        manager->removeMode(mode);
+    }
+
+    const std::shared_ptr<NSView> stays_ = alloc<NSView>();
+    std::uint64_t calls_ = 0;
+};
+
+/// Whether the heap is flat while what a class has come and go does so.
+template <class Things>
+bool isFlat(const char* name, std::uint64_t cycles, std::uint64_t callsOfEach) {
+    constexpr std::size_t allowed = 4096; // tables that happen to be larger at the one moment
+    Things things;
     std::uint64_t cycle = 0;
     while (cycle < cycles / 10) {
-        owners.run(cycle++);
+        things.run(cycle++);
     }
     const Heap before;
     while (cycle < cycles) {
-        owners.run(cycle++);
+        things.run(cycle++);
     }
     const Heap after;
-    std::printf("%llu cycles, %llu calls: %zu bytes asked for, then %zu; %zu bytes in use, then "
-                "%zu\n",
-                static_cast<unsigned long long>(cycles),
-                static_cast<unsigned long long>(owners.calls()), before.asked, after.asked,
+    std::printf("%s: %llu cycles, %llu calls: %zu bytes asked for, then %zu; %zu bytes in use, "
+                "then %zu\n",
+                name, static_cast<unsigned long long>(cycles),
+                static_cast<unsigned long long>(things.calls()), before.asked, after.asked,
                 before.given, after.given);
-    const bool isFlat =
-        after.asked <= before.asked + allowed && after.given <= before.given + allowed;
-    return isFlat && owners.calls() > 5 * cycles ? 0 : 1;
+    return after.asked <= before.asked + allowed && after.given <= before.given + allowed &&
+           things.calls() > callsOfEach * cycles;
+}
+
+constexpr char help[] =
+    "usage: figure_cycles CYCLES\n"
+    "Has so many owners come and go, 1000 to 1000000000, then a fiftieth of as many domains.\n"
+    "Ends with 0 where the heap was as large at the end as after the first tenth of them, with 1\n"
+    "where it was not.\n";
+
+/// 0 where the words aren't understood.
+std::uint64_t cyclesOf(int count, char** words) {
+    const std::string_view word = count == 2 ? words[1] : "";
+    std::uint64_t cycles = 0;
+    const auto [rest, error] = std::from_chars(word.data(), word.data() + word.size(), cycles);
+    const bool isNumber = error == std::errc() && rest == word.data() + word.size();
+    return isNumber && cycles >= 1000 && cycles <= 1'000'000'000 ? cycles : 0;
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    if (count == 2 && std::string_view(words[1]) == "--help") {
+        std::fputs(help, stdout);
+        return 0;
+    }
+    const std::uint64_t cycles = cyclesOf(count, words);
+    if (cycles == 0) {
+        std::fputs("figure_cycles takes a number of cycles from 1000 to 1000000000; see --help\n",
+                   stderr);
+        return 2;
+    }
+    const bool owners = isFlat<Owners>("owners", cycles, 5);
+    const bool domains = isFlat<Domains>("domains", cycles / 50, 20);
+    return owners && domains ? 0 : 1;
 }

@@ -18,12 +18,14 @@ void History::add(const Report& report) {
         return;
     }
     UnderWay ended = std::move(underWay_.extract(report.write.writer).mapped());
-    longest = std::max(longest, report.time - ended.write.begin);
+    const std::int64_t taken = report.time - ended.write.begin;
     if (report.kind == Report::Kind::Refused) {
         ++refused; // and so the file was left as it was
+        longestRefused = std::max(longestRefused, taken);
         return;
     }
     ++acknowledged;
+    longestAcknowledged = std::max(longestAcknowledged, taken);
     ended.write.end = report.time;
     ended.write.acknowledged = true;
     writes_[ended.key].push_back(std::move(ended.write));

@@ -35,8 +35,11 @@ public:
     std::uint64_t acknowledged = 0;
     std::uint64_t refused = 0;
     std::uint64_t cutShort = 0; ///< by the writer's death
-    std::int64_t longest = 0;   ///< nanoseconds from a report before a call to the one after it
     std::string misread;        ///< what a writer found wrong, if anything
+
+    // Nanoseconds from the report before a call to the one after it, at most.
+    std::int64_t longestRefused = 0;      ///< nothing but waiting for others
+    std::int64_t longestAcknowledged = 0; ///< and the disk
 
 private:
     struct Write {

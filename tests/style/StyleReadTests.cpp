@@ -1,18 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/style/StyleModel.h"
+#include "tests/support/OperatorNew.h"
 
 #include <atomic>
 #include <cstdlib>
+#include <future>
 #include <new>
+#include <thread>
+
+namespace zeltest {
 
 namespace {
 
-// What this thread has allocated so far; the program's own operators count.
+// What this thread has allocated so far.
 thread_local std::size_t allocations = 0;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+void* newBlock(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size > 0 ? size : 1)) {
         return memory;
@@ -20,14 +25,10 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+void deleteBlock(void* block) noexcept {
+    std::free(block);
 }
 
-namespace zeltest {
 namespace {
 
 using namespace zel;
@@ -170,6 +171,30 @@ TEST_F(StyleReadTests, ParentsAndChildrenAreReadAndWrittenOnManyThreads) {
     EXPECT_EQ(style->effectiveValueForAttribute("paperColor"), gray(0.25));
     EXPECT_EQ(child->effectiveValueForAttribute("paperColor"), gray(0.5));
     EXPECT_EQ(sibling->effectiveValueForAttribute("blueColor"), gray(0.75));
+}
+
+TEST_F(StyleReadTests, AParentThatIsLetGoDuringAReadStaysUntilItsValuesAreRead) {
+    const auto top = makeEmptyStyle();
+    auto parent = makeChild(top);
+    parent->setValue(gray(0.5), "blueColor");
+    const auto bottom = makeChild(parent);
+    const std::weak_ptr<ZelStyle> watched = parent;
+    std::promise<void> locked;
+    const auto read = [&] {
+        locked.get_future().wait();
+        EXPECT_EQ(bottom->blueColor(), NSColor::colorWithWhite(0.5, 1));
+    };
+    const auto letGo = [&] {
+        const RecursiveGuard guard(valuesLock(top)); // where the read waits, past the parent
+        locked.set_value();
+        while (top.use_count() == 1) {
+            std::this_thread::yield();
+        }
+        parent.reset();
+        EXPECT_FALSE(watched.expired());
+    };
+    runAtOnce({read, letGo});
+    EXPECT_TRUE(watched.expired());
 }
 
 TEST_F(StyleReadTests, AReplacedValueEndsWithTheStylesLocksFree) {

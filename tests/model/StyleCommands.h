@@ -92,6 +92,12 @@ const std::vector<Command<Kit>>& lifeCommands() {
                  style->setDomain(at(p.domains, a[1]));
              }
          }},
+        {"setStyleScheme", 3,
+         [](P& p, const A& a) {
+             if (const auto style = at(p.styles, a[0])) {
+                 style->setScheme(at(p.schemes, a[1]));
+             }
+         }},
         {"addStyle", 40,
          [](P& p, const A& a) {
              const auto scheme = at(p.schemes, a[0]);

@@ -16,17 +16,9 @@ public:
         : script_(std::move(script)), fails_(fails) {}
 
     Script run() {
-        bool thinner = true;
-        while (thinner) {
-            thinner = thin(script_.steps);
-            for (auto& program : script_.programs) {
-                thinner = thin(program) || thinner;
-            }
-        }
-        simplify(script_.steps);
-        for (auto& program : script_.programs) {
-            simplify(program);
-        }
+        thinAll();
+        simplifyAll();
+        thinAll(); // simpler arguments may do without what made things for the former ones
         return std::move(script_);
     }
 
@@ -47,6 +39,22 @@ private:
             }
         }
         return list.size() < before;
+    }
+
+    void thinAll() {
+        bool thinner = true;
+        while (thinner) {
+            thinner = thin(script_.steps);
+            for (auto& program : script_.programs) {
+                thinner = thin(program) || thinner;
+            }
+        }
+    }
+    void simplifyAll() {
+        simplify(script_.steps);
+        for (auto& program : script_.programs) {
+            simplify(program);
+        }
     }
 
     void simplify(std::vector<Operation>& list) {

@@ -6,8 +6,6 @@
 #include <stdexcept>
 #include <thread>
 
-#include <pwd.h>
-
 namespace zel_tests {
 namespace {
 
@@ -210,27 +208,6 @@ TEST_F(DefaultsFileLocation, IsUnderTheHomeFolderWithoutAnAbsoluteConfigurationF
     EXPECT_TRUE(std::filesystem::exists(folder + "/.config/Painter/defaults.conf"));
     EXPECT_EQ(modeOf(folder + "/.config"), 0700u);
     EXPECT_EQ(modeOf(folder + "/.config/Painter"), 0700u);
-}
-
-TEST_F(DefaultsFileLocation, ComesFromTheAccountWithoutAHomeVariable) {
-    const passwd* const account = ::getpwuid(::geteuid());
-    if (account == nullptr || account->pw_dir == nullptr || account->pw_dir[0] != '/') {
-        GTEST_SKIP() << "this account has no home folder";
-    }
-    const std::string home = account->pw_dir;
-    const std::string name = std::filesystem::path(folder).filename().string();
-    const std::string own = home + "/.config/" + name;
-    zel::NSProcessInfo::setProcessName(name);
-    ::unsetenv("XDG_CONFIG_HOME");
-    for (const char* const noHome : {"", "not/absolute"}) {
-        ::setenv("HOME", noHome, 1);
-        if (NSUserDefaults().setObject("value", "mode")) {
-            EXPECT_TRUE(std::filesystem::remove(own + "/defaults.conf"));
-        } else {
-            EXPECT_NE(::access(home.c_str(), W_OK), 0);
-        }
-    }
-    std::filesystem::remove_all(own);
 }
 
 struct NamedFolder {

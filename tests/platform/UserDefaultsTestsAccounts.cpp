@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "UserDefaultsTestsFolder.h"
 
+#include <pwd.h>
 #include <sched.h>
 #include <sys/mount.h>
 
@@ -76,6 +77,28 @@ TEST_F(DefaultsFileAccounts, AHomeThatIsNoAbsolutePathIsNone) {
         EXPECT_EQ(result, 42) << home;
         EXPECT_TRUE(folderIsOtherwiseEmpty()) << home;
     }
+}
+
+// The last one: a process asks for its account once, and what it was told goes for its children.
+TEST_F(DefaultsFileAccounts, TheirHomeFolderHasTheFileWithoutAHomeVariable) {
+    const passwd* const account = ::getpwuid(::geteuid());
+    if (account == nullptr || account->pw_dir == nullptr || account->pw_dir[0] != '/') {
+        GTEST_SKIP() << "this account has no home folder";
+    }
+    const std::string home = account->pw_dir;
+    const std::string name = std::filesystem::path(folder).filename().string();
+    const std::string own = home + "/.config/" + name;
+    zel::NSProcessInfo::setProcessName(name);
+    ::unsetenv("XDG_CONFIG_HOME");
+    for (const char* const noHome : {"", "not/absolute"}) {
+        ::setenv("HOME", noHome, 1);
+        if (NSUserDefaults().setObject("value", "mode")) {
+            EXPECT_TRUE(std::filesystem::remove(own + "/defaults.conf"));
+        } else {
+            EXPECT_NE(::access(home.c_str(), W_OK), 0);
+        }
+    }
+    std::filesystem::remove_all(own);
 }
 
 } // namespace

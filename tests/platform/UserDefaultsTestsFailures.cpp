@@ -9,7 +9,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 
 namespace zel_tests {
 namespace {
@@ -173,14 +172,8 @@ TEST_F(DefaultsFileTrouble, AFullDiskLeavesTheOldFileAndNothingElse) {
     write("k = \"old\"\n");
     const int result = inChild([] {
         std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        ::getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{2000, before.rlim_max}; // bytes that any file may have
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) {
-            return 1;
-        }
-        const bool refused = fileRefuses(std::string(5000, 'x'), "k");
-        ::setrlimit(RLIMIT_FSIZE, &before);
+        const LowLimit bytesOfAnyFile(RLIMIT_FSIZE, 2000);
+        const bool refused = !!fileRefuses(std::string(5000, 'x'), "k");
         return refused && storedString("k") == "old" ? 42 : 2;
     });
     EXPECT_EQ(result, 42);
@@ -205,18 +198,10 @@ TEST_F(DefaultsFileTrouble, AnExhaustedMemoryIsNotFeltOutside) {
     write("k = \"old\"\n" + std::string(7u << 20, '#'));
     const int result = inChild([] {
         NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
-        rlimit before{};
-        ::getrlimit(RLIMIT_AS, &before);
-        // Bytes of address space, of which there are more already.
-        const rlimit limit{1, before.rlim_max};
-        if (::setrlimit(RLIMIT_AS, &limit) != 0) {
-            return 1;
-        }
+        const LowLimit bytesOfMemory(RLIMIT_AS, 1); // of which there are more already
         exhaustMemory();
         const bool absent = !defaults.objectForKey("k").has_value();
-        const bool refused = !defaults.setObject("new", "k");
-        ::setrlimit(RLIMIT_AS, &before);
-        return absent && refused ? 42 : 2;
+        return absent && !defaults.setObject("new", "k") ? 42 : 2;
     });
     EXPECT_EQ(result, 42);
     EXPECT_EQ(storedString("k"), "old");

@@ -5,7 +5,6 @@
 #include "platform/DefaultsFileSystem.h"
 
 #include <cerrno>
-#include <chrono>
 #include <utility>
 
 namespace zel_tests {
@@ -19,6 +18,11 @@ Intervention::Ask always(int error) {
 
 Intervention::Ask once(int error) {
     return [error]() mutable { return std::exchange(error, 0); };
+}
+
+/// Fails one call of them all, the first being number 1.
+Intervention::Ask onlyNumber(int number, int error) {
+    return [=, calls = 0]() mutable { return ++calls == number ? error : 0; };
 }
 
 /// What the defaults do where the system refuses what they ask of it.
@@ -80,6 +84,36 @@ TEST_F(DefaultsFileFaults, AFileThatCannotBeReadOrAskedForItsStateHoldsNothingAn
     }
     EXPECT_EQ(text(), "k = \"old\"\n");
     EXPECT_EQ(names(), std::vector<std::string>{"defaults.conf"});
+}
+
+TEST_F(DefaultsFileFaults, WhateverCannotBeOpenedTheTextIsWholeAndOnlyADurableOneIsClaimed) {
+    struct Expected {
+        const char* missing;
+        bool claimed;
+        const char* text;
+    };
+    const Expected cases[] = {{"the file", false, "k = \"old\"\n"},
+                              {"a lock file of its own making", true, "k = \"new\"\n"},
+                              {"the file, once it is locked", false, "k = \"old\"\n"},
+                              {"the file of the new text", false, "k = \"old\"\n"},
+                              {"the folder, to make the name durable", false, "k = \"new\"\n"},
+                              {"nothing", true, "k = \"new\"\n"}};
+    for (int i = 0; const Expected& each : cases) {
+        write("k = \"old\"\n");
+        std::filesystem::remove(lockFile());
+        const Intervention fault(SystemCall::Open, onlyNumber(++i, EMFILE));
+        EXPECT_EQ(NSUserDefaults().setObject("new", "k"), each.claimed) << each.missing;
+        EXPECT_EQ(text(), each.text) << each.missing;
+    }
+}
+
+TEST_F(DefaultsFileFaults, AnEntryThatIsSoAlreadyIsOnlyClaimedWhereItIsMadeDurable) {
+    write("k = \"so\"\n");
+    const bool claimed[] = {false, false, false, true}; // the file twice, its folder, nothing
+    for (int i = 0; const bool each : claimed) {
+        const Intervention fault(SystemCall::Open, onlyNumber(++i, EMFILE));
+        EXPECT_EQ(NSUserDefaults().setObject("so", "k"), each) << i;
+    }
 }
 
 TEST_F(DefaultsFileFaults, AFileThatGrowsWhileItIsReadIsNotTakenForWhole) {
@@ -208,58 +242,6 @@ TEST_F(DefaultsFileFaults, AFolderThatMayNotBeMadeIsMissed) {
     }
     EXPECT_TRUE(std::filesystem::is_empty(folder));
     ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
-}
-
-TEST_F(DefaultsFileFaults, AFileSystemWithoutLocksIsNotWrittenAndNobodyWaits) {
-    write("k = \"old\"\n");
-    int attempts = 0;
-    const Intervention fault(SystemCall::Flock, [&] {
-        ++attempts;
-        return ENOLCK;
-    });
-    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
-    EXPECT_EQ(attempts, 1);
-    EXPECT_EQ(text(), "k = \"old\"\n");
-}
-
-TEST_F(DefaultsFileFaults, ALockFileThatCannotBeAskedForItsStateIsNoLockAndNobodyWaits) {
-    write("k = \"old\"\n");
-    int attempts = 0;
-    const Intervention fault(SystemCall::Fstat, [&](int descriptor) {
-        const bool asked = pathOf(descriptor) == lockFile();
-        attempts += asked ? 1 : 0;
-        return asked ? EIO : 0;
-    });
-    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
-    EXPECT_EQ(attempts, 1);
-    EXPECT_EQ(text(), "k = \"old\"\n");
-}
-
-TEST_F(DefaultsFileFaults, ALockFileThatAnotherReplacesIsLockedAnew) {
-    write("k = \"old\"\n");
-    int replaced = 0;
-    const Intervention race(SystemCall::Flock, [&] {
-        if (++replaced <= 2) {
-            std::filesystem::rename(lockFile(), lockFile() + std::to_string(replaced));
-            std::ofstream(lockFile()) << "";
-        }
-        return 0;
-    });
-    EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
-    EXPECT_EQ(replaced, 4); // locked twice in vain and once for good, and let go
-    EXPECT_EQ(text(), "k = \"new\"\n");
-}
-
-TEST_F(DefaultsFileFaults, ALockFileThatIsDeletedAgainAndAgainIsGivenUp) {
-    using Clock = std::chrono::steady_clock;
-    const std::string path = folder + "/lock";
-    const Intervention race(SystemCall::Flock, [&] {
-        std::filesystem::remove(path);
-        return 0;
-    });
-    const auto deadline = Clock::now() + std::chrono::milliseconds(20);
-    EXPECT_FALSE(zel::FileLock(path, deadline).held());
-    EXPECT_GE(Clock::now(), deadline);
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include <grp.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -95,6 +96,23 @@ inline int inChild(const std::function<int()>& body) {
     ::waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
+
+/// Lowers a limit of this process's while it lives.
+class LowLimit {
+public:
+    LowLimit(decltype(RLIMIT_AS) resource, rlim_t limit) : resource_(resource) {
+        ::getrlimit(resource_, &before_);
+        const rlimit low{limit, before_.rlim_max};
+        EXPECT_EQ(::setrlimit(resource_, &low), 0);
+    }
+    ~LowLimit() { ::setrlimit(resource_, &before_); }
+    LowLimit(const LowLimit&) = delete;
+    LowLimit& operator=(const LowLimit&) = delete;
+
+private:
+    decltype(RLIMIT_AS) resource_;
+    rlimit before_{};
+};
 
 /// Lays down the privileges of a test that runs as root, to which nothing is forbidden.
 inline bool becomeOrdinaryUser() {

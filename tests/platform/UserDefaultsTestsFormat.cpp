@@ -114,7 +114,8 @@ TEST_F(DefaultsFileFormat, ALineMeansTheSameWhateverIsRemovedBeforeIt) {
 TEST_F(DefaultsFileFormat, TakesNoLineThatItDoesNotWhollyUnderstand) {
     for (const char* const value :
          {"", "word", "\"open", "\"a\" \"b\"", "\"\\q\"", "\"\\x4\"", "\"\\x+1\"", "1 2", "12x",
-          "-1u", "+5", "0x10", "1e999", "18446744073709551616u", "True", "\"end\\"}) {
+          "-1u", "+5", "0x10", "1e999", "18446744073709551616u", "True", "\"end\\", "\"\\x",
+          "\"\\x4"}) {
         EXPECT_EQ(read(value), std::nullopt) << value;
     }
     for (const char* const line : {"k", "= \"v\"", "k k = 1", "#k = 1", "[k] = 1", "k : 1"}) {
@@ -136,6 +137,12 @@ TEST_F(DefaultsFileFormat, ANewEntryStandsBehindAnUnfinishedLastLine) {
     write("# no line end");
     EXPECT_TRUE(NSUserDefaults().setObject("v", "k"));
     EXPECT_EQ(text(), "# no line end\nk = \"v\"\n");
+}
+
+TEST_F(DefaultsFileFormat, ANewEntryStandsBehindAnEmptyFirstLine) {
+    write("\n");
+    EXPECT_TRUE(NSUserDefaults().setObject("v", "k"));
+    EXPECT_EQ(text(), "\nk = \"v\"\n");
 }
 
 TEST_F(DefaultsFileFormat, ANewEntryCompletesHalfALineEnd) {

@@ -201,13 +201,12 @@ TEST_F(DefaultsFilePlaces, WithoutAFreeDescriptorTheFileStaysAndIsReadLater) {
     }
     write("k = \"old\"\n");
     const int result = inChild([] {
-        rlimit limit{};
-        ::getrlimit(RLIMIT_NOFILE, &limit);
-        const rlimit none{0, limit.rlim_max};
         NSUserDefaults defaults;
-        ::setrlimit(RLIMIT_NOFILE, &none);
-        const bool refused = isRefused(defaults, "new", "other");
-        ::setrlimit(RLIMIT_NOFILE, &limit);
+        bool refused = false;
+        {
+            const LowLimit descriptors(RLIMIT_NOFILE, 0);
+            refused = !!isRefused(defaults, "new", "other");
+        }
         return refused && stringIn(defaults, "k") == "old" &&
                        NSUserDefaults().setObject("new", "other")
                    ? 42

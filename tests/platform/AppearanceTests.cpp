@@ -67,6 +67,7 @@ TEST(Appearance, WhatIsUnknownOrUnlistedMatchesNothing) {
     EXPECT_EQ(bestMatch("of my own", darkAndLight), std::nullopt);
     EXPECT_EQ(bestMatch("", darkAndLight), std::nullopt);
     EXPECT_EQ(bestMatch("NSAppearanceNameDarkAqua", {"NSAppearanceNameAqua"}), std::nullopt);
+    EXPECT_EQ(bestMatch("NSAppearanceNameVibrantDark", {"NSAppearanceNameAqua"}), std::nullopt);
     EXPECT_EQ(bestMatch("NSAppearanceNameDarkAqua", {}), std::nullopt);
 }
 

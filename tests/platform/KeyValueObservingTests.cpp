@@ -191,6 +191,45 @@ TEST_F(KeyValueObserving, AnObserverAddedDuringAChangeHearsOfTheNextOne) {
     EXPECT_EQ(late->told.size(), 1U);
 }
 
+TEST_F(KeyValueObserving, AnObserverRemovedDuringAChangeHearsNothingOfIt) {
+    const auto removed = zel::alloc<Observer>();
+    const auto last = zel::alloc<Observer>();
+    observer->then = [&] { thermometer->removeObserver(*removed, "degrees", nullptr); };
+    observe(observer);
+    observe(removed);
+    observe(last);
+    thermometer->setDegrees(1);
+    EXPECT_EQ(observer->told.size(), 1U);
+    EXPECT_TRUE(removed->told.empty());
+    EXPECT_EQ(last->told.size(), 1U);
+}
+
+TEST_F(KeyValueObserving, NobodyHearsOfAChangeAnyMoreWhereAllAreRemovedDuringIt) {
+    const auto second = zel::alloc<Observer>();
+    observer->then = [&] {
+        thermometer->removeObserver(*observer, "degrees", nullptr);
+        thermometer->removeObserver(*second, "degrees", nullptr);
+    };
+    observe(observer);
+    observe(second);
+    thermometer->setDegrees(1);
+    thermometer->setDegrees(2);
+    EXPECT_EQ(observer->told.size(), 1U);
+    EXPECT_TRUE(second->told.empty());
+}
+
+TEST_F(KeyValueObserving, AnObserverThatEndsDuringAChangeHearsNothingOfIt) {
+    auto ending = zel::alloc<Observer>();
+    bool heard = false;
+    ending->then = [&] { heard = true; };
+    observer->then = [&] { ending.reset(); };
+    observe(observer);
+    observe(ending);
+    thermometer->setDegrees(1);
+    EXPECT_EQ(ending, nullptr);
+    EXPECT_FALSE(heard);
+}
+
 TEST_F(KeyValueObserving, NoLockIsHeldWhileAnObserverIsTold) {
     const auto late = zel::alloc<Observer>();
     observer->then = [&] { zeltest::runElsewhere([&] { observe(late); }); };

@@ -165,6 +165,15 @@ TEST_F(NotificationCenter, AnObserverRemovedMeanwhileIsNotCalled) {
     EXPECT_EQ(called, "a");
 }
 
+TEST_F(NotificationCenter, AnObserverThatEndsMeanwhileIsNotCalled) {
+    auto ending = zel::alloc<NSObject>();
+    observe(a, "a", nullptr, [&] { ending.reset(); });
+    observe(ending, "e");
+    observe(b, "b");
+    post();
+    EXPECT_EQ(called, "ab");
+}
+
 TEST_F(NotificationCenter, AnObserverAddedMeanwhileIsCalledFromTheNextPostOn) {
     observe(a, "a", nullptr, [&] {
         if (called == "a") {

@@ -145,5 +145,28 @@ TEST_F(ReentryTests, AHandlerMayReenterItselfManyTimesOver) {
     EXPECT_EQ(deepest, 50);
 }
 
+TEST_F(ReentryTests, AListenerThatItsHostRemovesAsItIsAskedForItsParentIsNotCalled) {
+    struct Asked : Styled {
+        std::function<void()> onRequest;
+        std::shared_ptr<NSObject> parentZelStyleable() const override {
+            if (onRequest) {
+                onRequest();
+            }
+            return nullptr;
+        }
+    };
+    const auto owner = alloc<Asked>();
+    const auto object = alloc<Asked>();
+    listen("owner", owner);
+    listen("second", second);
+    object->onStyleChange = recorder.objectHandler("object");
+    domain->registerChangeHandler(object);
+    owner->onRequest = [&] { domain->unregisterChangeHandlersWithOwner(owner); };
+    object->onRequest = [&] { domain->unregisterChangeHandler(object); };
+    recorder.take();
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(recorder.takeNames(), (Names{"second"}));
+}
+
 } // namespace
 } // namespace zeltest

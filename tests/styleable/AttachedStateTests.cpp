@@ -85,6 +85,20 @@ TEST_F(AttachedState, AnObjectThatIsNotStyleableCarriesAllThreeAndNobodyIsTold) 
     EXPECT_EQ(plain->lastZelStyle(), accent->token());
 }
 
+TEST_F(AttachedState, AnObjectThatEndsMaySetBothAndNobodyIsTold) {
+    struct Ending : Styled {
+        ~Ending() override {
+            setCustomZelStyleIdentifier("accent");
+            setCustomZelStyleSchemeIdentifier("dark");
+        }
+    };
+    domain->registerChangeHandler(recorder.handler("other"), object);
+    recorder.take();
+    object->setLastZelStyle(nullptr); // so that any notification would reach it
+    zel::alloc<Ending>().reset();
+    EXPECT_TRUE(recorder.take().empty());
+}
+
 TEST_F(AttachedState, TheLastStyleIsOnlyStored) {
     domain->registerChangeHandler(recorder.handler("owner"), object);
     recorder.take();

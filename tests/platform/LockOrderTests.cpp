@@ -4,6 +4,8 @@
 #include "tests/support/Counts.h"
 #include "tests/support/Watchdog.h"
 
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <optional>
 #include <string>

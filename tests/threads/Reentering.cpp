@@ -67,8 +67,9 @@ struct Work {
     std::atomic<std::uint64_t> turn{0};
     std::atomic<std::uint64_t> calls{0};
 
-    std::mutex mutex; ///< guards `listed`; nothing is called under it
+    std::mutex mutex; ///< guards what follows; nothing is called under it
     std::vector<Registered> listed;
+    std::deque<Registered> removed; ///< the last ones: they live on, and are called no more
 
     void list(Registered registered) {
         const std::scoped_lock guard(mutex);
@@ -91,7 +92,7 @@ struct Work {
     void isCalled(const std::weak_ptr<Member>& owner, const std::shared_ptr<Diary>& diary,
                   const std::shared_ptr<ZelStyle>& style, ZelStyleChangeEvent event, bool isObject);
     void add(std::uint64_t number);
-    static void remove(const Registered& registered);
+    void remove(const Registered& registered);
     void doNext();
     void doOne(Kind kind, std::uint64_t number);
 };
@@ -155,6 +156,14 @@ void Work::remove(const Registered& registered) {
         registered.owner->unregisterStyleableChangeHandlers();
     }
     registered.diary->mayBeCalled = false;
+    constexpr std::size_t mostRemoved = 8;
+    Registered ended; // outside the mutex
+    const std::scoped_lock guard(mutex);
+    removed.push_back(registered);
+    if (removed.size() > mostRemoved) {
+        ended = std::exchange(removed.front(), {});
+        removed.pop_front();
+    }
 }
 
 void Work::doNext() {
@@ -225,9 +234,10 @@ public:
             require(each->owner->lastZelStyle() == ZelStyleToken(style),
                     "another style is remembered than the one that applies");
             require(each->diary->initialCalls == 1, "a listener wasn't called once at first");
-            Work::remove(*each);
-            each->domain->notifyForStyleChangeOf(each->owner, {.force = true}); // tells it nothing
+            work_.remove(*each);
         }
+        stage.domain->notifyForStyleChangeOf(nullptr, {.force = true}); // tells the removed nothing
+        work_.removed.clear();
         for (std::size_t kind = 0; kind < Work::names.size(); ++kind) {
             progress.add(Work::names[kind], work_.done[kind]);
         }
@@ -243,7 +253,7 @@ private:
         case 0:
             progress.begin("unregister a handler that works");
             if (const auto taken = work_.take(random())) {
-                Work::remove(*taken);
+                work_.remove(*taken);
             }
             return;
         case 1:

@@ -35,6 +35,14 @@ TEST_F(OperationTests, AllAreDoneInTheChangesOfAnUpdate) {
     });
 }
 
+TEST_F(OperationTests, AllAreDoneInTheFirstCallOfAnUpdateObserver) {
+    doEach([this] {
+        const auto owner = makePlain();
+        main->addStyleUpdateObserver([this](const auto&, const auto&, bool) { now(); }, owner,
+                                     true);
+    });
+}
+
 TEST_F(OperationTests, AllAreDoneInAnUpdateObserverAndWhereAChildIsComputed) {
     const auto owner = makePlain();
     main->addStyleUpdateObserver([this](const auto&, const auto&, bool) { now(); }, owner, false);

@@ -36,7 +36,9 @@ void printReason(const char* before, LockRank rank) {
     printLock("locks out of order: ", lock, rank, " is taken inside ");
     printLock("", *held.lock, heldRank, "\n");
     printReason("the rule: ", rank);
-    printReason("of the lock that is held: ", heldRank);
+    if (heldRank != rank) {
+        printReason("of the lock that is held: ", heldRank);
+    }
     printLock("", *held.lock, heldRank, " was taken here:\n");
     held.taken.print();
     if (otherWayRound) {

@@ -157,7 +157,9 @@ TEST_F(LockOrderDeathTests, ALockThatNobodyHasTakenYetIsTakenInsideTheRegistry) 
 
 TEST_F(LockOrderDeathTests, TwoPrivateLocksOfOneRankEndTheProcess) {
     EXPECT_DEATH(takeBoth(schemes, otherSchemes),
-                 "\"schemes of a domain\" .* is taken inside \"schemes of a domain\"");
+                 "\"schemes of a domain\" .* is taken inside \"schemes of a domain\".*\n"
+                 "the rule: handlers resolve styles with their table locked\n"
+                 "\"schemes of a domain\" .* was taken here:");
 }
 
 TEST_F(LockOrderDeathTests, AParentsValuesThenItsChildsEndTheProcessWithAllThreeStacks) {

@@ -100,14 +100,16 @@ TEST_F(DefaultsFileTrouble, AnOversizedFileIsLeftAlone) {
 }
 
 TEST_F(DefaultsFileTrouble, AFileIsNeverMadeOversized) {
-    write("k = \"old\"\n");
-    const std::string huge((8u << 20) - 5, 'x');
-    EXPECT_FALSE(NSUserDefaults().setObject(huge, "k"));
-    EXPECT_EQ(text(), "k = \"old\"\n");
-    const std::string large((8u << 20) - 7, 'x'); // "k = " and the marks make it fit exactly
-    EXPECT_TRUE(NSUserDefaults().setObject(large, "k"));
+    constexpr std::size_t entry = 8; // bytes of the line that is added
+    const std::string comment = std::string((8u << 20) - entry, '#') + '\n';
+    write(comment);
+    EXPECT_FALSE(NSUserDefaults().setObject("v", "k"));
+    EXPECT_EQ(std::filesystem::file_size(file()), comment.size());
+    EXPECT_EQ(storedString("k"), "(none)");
+    write(comment.substr(1)); // so that it fits exactly
+    EXPECT_TRUE(NSUserDefaults().setObject("v", "k"));
     EXPECT_EQ(std::filesystem::file_size(file()), 8u << 20);
-    EXPECT_TRUE(NSUserDefaults().objectForKey("k") == NSUserDefaultsValue(large));
+    EXPECT_EQ(storedString("k"), "v");
 }
 
 TEST_F(DefaultsFileTrouble, GarbageStaysBesideANewEntry) {

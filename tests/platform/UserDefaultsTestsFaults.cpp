@@ -42,7 +42,7 @@ struct DefaultsFileFaults : UserDefaultsFolder {
             std::filesystem::create_symlink(target, link);
             target = link;
         }
-        std::filesystem::create_directory(folder + "/Painter");
+        makeFolder();
         std::filesystem::create_symlink(target, file());
     }
 };
@@ -80,7 +80,7 @@ TEST_F(DefaultsFileFaults, AFileThatCannotBeReadOrAskedForItsStateHoldsNothingAn
     for (const SystemCall call : {SystemCall::Open, SystemCall::Fstat, SystemCall::Read}) {
         const Intervention fault(call, zel_tests::always(EIO));
         EXPECT_EQ(storedString("k"), "(none)") << static_cast<int>(call);
-        EXPECT_FALSE(NSUserDefaults().setObject("new", "k")) << static_cast<int>(call);
+        EXPECT_TRUE(fileRefuses("new", "k")) << static_cast<int>(call);
     }
     EXPECT_EQ(text(), "k = \"old\"\n");
     EXPECT_EQ(names(), std::vector<std::string>{"defaults.conf"});
@@ -146,7 +146,7 @@ TEST_F(DefaultsFileFaults, APipeThatTakesTheFilesPlaceAtTheLastMomentIsNotRead) 
 TEST_F(DefaultsFileFaults, ATextThatIsLostAsItsFileIsClosedDoesNotReplaceTheOldOne) {
     write("k = \"old\"\n");
     const Intervention fault(SystemCall::Close, always(EDQUOT, temporary()));
-    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_TRUE(fileRefuses("new", "k"));
     EXPECT_EQ(text(), "k = \"old\"\n");
     EXPECT_FALSE(std::filesystem::exists(temporary()));
 }
@@ -203,7 +203,7 @@ TEST_F(DefaultsFileFaults, AFileBehindMoreLinksThanTheSystemFollowsStays) {
     std::ofstream(folder + "/real.conf") << "k = \"old\"\n";
     linkTo(folder + "/real.conf", 41);
     EXPECT_EQ(storedString("k"), "(none)");
-    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_TRUE(fileRefuses("new", "k"));
     EXPECT_EQ(std::filesystem::file_size(folder + "/real.conf"), 10u);
     EXPECT_EQ(zel::followLinks(file()), std::nullopt);
 }
@@ -214,8 +214,8 @@ TEST_F(DefaultsFileFaults, ALinkThatCannotBeReadIsNotReplaced) {
     const Intervention fault(SystemCall::Readlink, zel_tests::always(EIO));
     EXPECT_EQ(zel::followLinks(file()), std::nullopt);
     EXPECT_EQ(storedString("k"), "old");
-    EXPECT_FALSE(NSUserDefaults().setObject("old", "k"));
-    EXPECT_FALSE(NSUserDefaults().setObject("new", "k"));
+    EXPECT_TRUE(fileRefuses("old", "k"));
+    EXPECT_TRUE(fileRefuses("new", "k"));
     EXPECT_EQ(text(), "k = \"old\"\n");
     EXPECT_TRUE(std::filesystem::is_symlink(file()));
 }
@@ -235,7 +235,7 @@ TEST_F(DefaultsFileFaults, AFolderThatMayNotBeMadeIsMissed) {
         ::setenv("XDG_CONFIG_HOME", (folder + below).c_str(), 1);
         const int result = inChild([] {
             NSUserDefaults defaults;
-            const bool refused = becomeOrdinaryUser() && !defaults.setObject("new", "k");
+            const bool refused = becomeOrdinaryUser() && isRefused(defaults, "new", "k");
             return refused && stringIn(defaults, "k") == "new" ? 42 : 1;
         });
         EXPECT_EQ(result, 42) << below;

@@ -95,7 +95,7 @@ void Swatch::paintEvent(QPaintEvent* /*event*/) {
 void Swatch::paintColor(QPainter& painter) const {
     const QRect area(0, (height() - side) / 2, side, side);
     QPainterPath shape;
-    shape.addRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), swatchRadius, cornerRadius);
+    shape.addRoundedRect(QRectF(area).adjusted(0.5, 0.5, -0.5, -0.5), swatchRadius, swatchRadius);
     if (color_.isValid()) {
         painter.save();
         painter.setClipPath(shape);

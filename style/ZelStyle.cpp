@@ -78,8 +78,11 @@ std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const {
 }
 
 void ZelStyle::setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle) {
-    state_->parentStyle.store(parentStyle);
-    state_->valuesLock.forgetOrder();
+    { // whoever holds this style's values and then takes its parent's has the parent as it is
+        const RecursiveGuard guard(state_->valuesLock);
+        state_->parentStyle.store(parentStyle);
+        state_->valuesLock.forgetOrder();
+    }
     StyleLookupEpoch::advance(); // another family
 }
 

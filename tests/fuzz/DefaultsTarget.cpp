@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The user's defaults file, whatever bytes it holds. An input is the file's text, then behind a
-// line
-// "%%" writes, one in each line: a key, then s TEXT, u N, l N, d NUMBER or b N, or nothing to
+// The user's defaults file, whatever bytes it holds. An input is the file's text and, behind a line
+// "%%", writes, one in each line: a key, then s TEXT, u N, l N, d NUMBER or b N, or nothing to
 // remove the key.
 #include "platform/DefaultsFileFormat.h"
 #include "tests/fuzz/DefaultsChecks.h"

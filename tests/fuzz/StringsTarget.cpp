@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The library's texts and the order of names, in whatever locale. A line of an input is one of
 //   LANGUAGE|LC_ALL|LC_MESSAGES|LC_COLLATE|LANG VALUE   sets a variable
-//   text KEY TEXT      gives a host's string table a text; "none KEY" and "throw KEY" have it
-//   answer
-//                      nothing, or raise
+//   text KEY TEXT      gives a host's string table a text
+//   none KEY           has it answer nothing
+//   throw KEY          has it raise
 //   key KEY            asks for the text of a key
 //   name NAME          sorts a name with the four before it, in one locale and in the next
 #include "platform/LocalizedStrings.h"
@@ -81,7 +81,8 @@ const zel::LocalizedStrings* textsFor(std::string_view entry) {
     return found;
 }
 
-/// The text that the variables choose, by the rules of message catalogues.
+/// The text that the variables choose, by the rules of message catalogues. What is judged is the
+/// choice: the texts are the library's own data.
 std::string expectedText(const std::string& key) {
     std::string name;
     for (const Variable* each : {&locale().all, &locale().messages, &locale().lang}) {

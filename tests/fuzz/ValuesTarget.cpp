@@ -2,8 +2,7 @@
 // Colours and style values. A line of an input is one of
 //   color SPACE N N N N N      a colour by itself: its conversions and effects
 //   set STYLE KEY VALUE        writes into a style: 0, its child 1 that follows it, 1's child 2
-//   that
-//                              doesn't, or 2's child 3 that follows 2
+//                              that doesn't, or 2's child 3 that follows 2
 //   update STYLE KEY VALUE     the same, as an update that everybody is told of
 //   cancel STYLE KEY VALUE     the same, as an update that is cancelled
 //   read STYLE KEY             reads all that can be read of it

@@ -118,7 +118,8 @@ std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
     const RecursiveGuard guard(state_->lock); // a store, read in it, uses nothing that locks
-    for (const auto& mode : state_->modes) {
+    const auto modes = state_->modes;         // one that changes the list all the same does no harm
+    for (const auto& mode : modes) {
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }

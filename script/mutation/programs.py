@@ -115,7 +115,7 @@ class Programs:
         self._model = model
         self._models = [["--seed", str(seed), "--operations", str(operations)],
                         ["--seed", str(seed), "--operations", str(operations // 10),
-                         "--first-setup", "yes"]]
+                         "--first-setup"]]
         paths = [build.program(name) for name in (*names, model)]
         paths.append(build.program(build.LIBRARY))
         state = [[path.stat().st_mtime_ns for path in paths], seed, operations]

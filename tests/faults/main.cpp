@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/faults/Round.h"
+#include "tests/support/CommandLine.h"
 
 #include <ZelStyleKit/NSProcessInfo.h>
 
-#include <charconv>
 #include <chrono>
 #include <cstdlib>
 #include <exception>
@@ -15,65 +15,29 @@
 
 namespace {
 
-constexpr char help[] =
-    "usage: zelstylekit_writers [--processes N] [--rounds N] [--seed N] [--folder PATH]\n"
-    "Lets many processes write one defaults file at once, kills them at random points, and "
-    "compares\n"
-    "what the file then holds with what they said.\n"
-    "  --processes N   how many write at once, 1 to 1000 (100)\n"
-    "  --rounds N      how often they are started and killed, 1 to 1000000 (20)\n"
-    "  --seed N        where the random numbers begin (1)\n"
-    "  --folder PATH   where a folder for the run is made (that for temporary files)\n"
-    "Ends with 0 where nothing was torn or lost, no write took longer than it may, and there was,\n"
-    "for each round, a write that was acknowledged and one that was cut short; with 1 where not;\n"
-    "with 2 where it doesn't understand what it is to do.\n";
-
-/// What the command line says can't be done.
-struct Misuse : std::invalid_argument {
-    using std::invalid_argument::invalid_argument;
-};
-
 struct Options {
     std::uint32_t processes = 100;
     std::uint32_t rounds = 20;
     std::uint64_t seed = 1;
-    std::string folder = std::filesystem::temp_directory_path(); // where one for the run is made
-    bool help = false;
+    std::string folder = std::filesystem::temp_directory_path();
 };
-
-template <class Number>
-Number numberOf(const std::string& name, const std::string& text, Number least, Number most) {
-    Number number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end || number < least || number > most) {
-        throw Misuse(name + " is a number from " + std::to_string(least) + " to " +
-                     std::to_string(most) + ", not '" + text + "'");
-    }
-    return number;
-}
 
 Options optionsOf(int count, char** words) {
     Options options;
-    for (int i = 1; i < count; i += 2) {
-        const std::string name = words[i];
-        const std::string value = i + 1 < count ? words[i + 1] : "";
-        if (name == "--help") {
-            options.help = true;
-            return options;
-        }
-        if (name == "--processes") {
-            options.processes = numberOf<std::uint32_t>(name, value, 1, 1000);
-        } else if (name == "--rounds") {
-            options.rounds = numberOf<std::uint32_t>(name, value, 1, 1'000'000);
-        } else if (name == "--seed") {
-            options.seed = numberOf<std::uint64_t>(name, value, 0, UINT64_MAX);
-        } else if (name == "--folder") {
-            options.folder = value;
-        } else {
-            throw Misuse("unknown option '" + name + "'");
-        }
-    }
+    zeltest::CommandLine program(
+        "Lets many processes write one defaults file at once, kills them at random "
+        "points, and compares what the file then holds with what they said. Ends with "
+        "0 where nothing was torn or lost, no write took longer than it may, and there "
+        "was, for each round, a write that was acknowledged and one that was cut "
+        "short; with 1 where not.");
+    program.add_option("--processes", options.processes, "How many write at once")
+        ->check(CLI::Range(1, 1000));
+    program.add_option("--rounds", options.rounds, "How often they are started and killed")
+        ->check(CLI::Range(1, 1'000'000));
+    program.add_option("--seed", options.seed, "Where the random numbers begin");
+    program.add_option("--folder", options.folder, "Where a folder for the run is made")
+        ->check(CLI::ExistingDirectory);
+    program.read(count, words);
     return options;
 }
 
@@ -143,15 +107,7 @@ int run(const Options& options) {
 
 int main(int count, char** words) {
     try {
-        const Options options = optionsOf(count, words);
-        if (options.help) {
-            std::cout << help;
-            return 0;
-        }
-        return run(options);
-    } catch (const Misuse& misuse) {
-        std::cerr << misuse.what() << "; see --help\n";
-        return 2;
+        return run(optionsOf(count, words));
     } catch (const std::exception& failure) {
         std::cerr << failure.what() << '\n';
         return 1;

@@ -2,11 +2,10 @@
 // Has owners come and go, each with all that an application gives one, and whole domains, and looks
 // whether the heap is as large at the end as it was after the first tenth of them.
 #include "tests/figures/AllocationCounter.h"
+#include "tests/support/CommandLine.h"
 #include "tests/support/Styling.h"
 
-#include <charconv>
 #include <cstdio>
-#include <string_view>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -204,34 +203,17 @@ bool isFlat(const char* name, std::uint64_t cycles, std::uint64_t callsOfEach) {
            things.calls() > callsOfEach * cycles;
 }
 
-constexpr char help[] =
-    "usage: figure_cycles CYCLES\n"
-    "Has so many owners come and go, 1000 to 1000000000, then a fiftieth of as many domains.\n"
-    "Ends with 0 where the heap was as large at the end as after the first tenth of them, with 1\n"
-    "where it was not.\n";
-
-/// 0 where the words aren't understood.
-std::uint64_t cyclesOf(int count, char** words) {
-    const std::string_view word = count == 2 ? words[1] : "";
-    std::uint64_t cycles = 0;
-    const auto [rest, error] = std::from_chars(word.data(), word.data() + word.size(), cycles);
-    const bool isNumber = error == std::errc() && rest == word.data() + word.size();
-    return isNumber && cycles >= 1000 && cycles <= 1'000'000'000 ? cycles : 0;
-}
-
 } // namespace
 
 int main(int count, char** words) {
-    if (count == 2 && std::string_view(words[1]) == "--help") {
-        std::fputs(help, stdout);
-        return 0;
-    }
-    const std::uint64_t cycles = cyclesOf(count, words);
-    if (cycles == 0) {
-        std::fputs("figure_cycles takes a number of cycles from 1000 to 1000000000; see --help\n",
-                   stderr);
-        return 2;
-    }
+    std::uint64_t cycles = 0;
+    zeltest::CommandLine program("Has owners come and go, then a fiftieth of as many domains. Ends "
+                                 "with 0 where the heap was as large at the end as after the first "
+                                 "tenth of them, with 1 where it was not.");
+    program.add_option("cycles", cycles, "How many owners")
+        ->required()
+        ->check(CLI::Range(1000, 1'000'000'000));
+    program.read(count, words);
     const bool owners = isFlat<Owners>("owners", cycles, 5);
     const bool domains = isFlat<Domains>("domains", cycles / 50, 20);
     return owners && domains ? 0 : 1;

@@ -14,7 +14,6 @@ struct Options {
     std::size_t steps = 120; // of one script
     std::string script;      // a file; played instead of scripts drawn at random
     bool firstSetup = false; // whether each script finds a process that was never set up
-    bool help = false;       // wanted instead of anything else
 
     /// The command line that plays so many operations from that seed on in the same way.
     [[nodiscard]] std::string again(std::uint64_t fromSeed, std::uint64_t count) const;
@@ -22,9 +21,7 @@ struct Options {
     [[nodiscard]] std::string againByScript() const;
 };
 
-/// Raises `std::invalid_argument`, which says why, for what isn't understood.
+/// Ends the process after `--help`, and with 2, saying why, where the words make no sense.
 Options optionsOf(int count, const char* const* words);
-
-extern const char* const usage;
 
 } // namespace zeltest

@@ -20,9 +20,8 @@ namespace {
 using namespace zeltest;
 
 constexpr End agreed = 0;
-constexpr End differed = 1; // or failed otherwise
-constexpr End misused = 2;
-constexpr End leftALock = 3;
+constexpr End differed = 1;  // or failed otherwise
+constexpr End leftALock = 3; // 2: misused
 
 End endOf(const Verdict& verdict) {
     return !verdict.parted ? agreed : verdict.hasLeftALock ? leftALock : differed;
@@ -47,24 +46,21 @@ struct Progress {
 
 /// Plays one script in a process of its own, where the library hasn't played any. Locks are looked
 /// for after each step: a script with steps taken away leaves them after another one.
-End playAlone(const Script& script, Output output) {
-    return runInAProcess(
-        [&] {
-            const LockChecks each{1, std::chrono::seconds(1)};
-            return endOf(judge(script, each));
-        },
-        output);
+End playAlone(const Script& script, Output output, const LockChecks& locks = {.interval = 1}) {
+    return runInAProcess([&] { return endOf(judge(script, locks)); }, output);
 }
 
 /// Prints the least script that ends in that way, then how.
 int report(const Options& options, const Script& script, End end) {
-    const Script least =
-        shrink(script, [&](const Script& each) { return playAlone(each, Output::Hidden) == end; });
+    const LockChecks impatient{1, std::chrono::seconds(1)}; // each try that leaves a lock takes it
+    const Script least = shrink(script, [&](const Script& each) {
+        return playAlone(each, Output::Hidden, impatient) == end;
+    });
     std::cout << "# the least that shows it; again: " << options.againByScript() << '\n';
     print(std::cout, least, vocabulary());
     const End again = runInAProcess(
         [&] {
-            const Verdict verdict = judge(least, {1});
+            const Verdict verdict = judge(least, {.interval = 1});
             std::cout << "# the sides part after step " << verdict.parted.value_or(0) << '\n'
                       << verdict.difference;
             return endOf(verdict);
@@ -151,18 +147,11 @@ int playAtRandom(const Options& options) {
 int main(int count, char** words) {
     try {
         const Options options = optionsOf(count, words);
-        if (options.help) {
-            std::cout << usage;
-            return 0;
-        }
         LibraryKit::setUp(!options.firstSetup);
         PlainKit::setUp(!options.firstSetup);
         return options.script.empty() ? playAtRandom(options) : playFile(options);
-    } catch (const std::invalid_argument& problem) {
-        std::cerr << problem.what() << '\n' << usage;
-        return misused;
     } catch (const std::exception& problem) {
         std::cerr << problem.what() << '\n';
-        return misused;
+        return differed;
     }
 }

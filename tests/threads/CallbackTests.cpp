@@ -8,7 +8,7 @@ using namespace zel;
 
 using Provider = ZelStyleDefaultValueProvider;
 
-/// The same in what is called outside deliveries and updates.
+/// Every operation, done in what the library calls besides handlers and observers.
 class CallbackTests : public OperationTests {};
 
 /// Stands in the registry of providers as long as the scope lasts.

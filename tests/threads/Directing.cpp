@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/threads/Stage.h"
+#include "tests/threads/Parts.h"
 
 namespace zeltest {
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/threads/Run.h"
 
-#include "tests/threads/Stage.h"
+#include "tests/threads/Parts.h"
 
 #include <thread>
 

@@ -82,9 +82,11 @@ const std::set<std::string> everything{
 
 TEST(Threads, MayDoAtOnceWhatTheHeadersAllowThem) {
     std::set<std::string> done;
-    for (const auto& [what, times] : runThreads(3s, 1)) {
-        if (times > 0) {
-            done.insert(what);
+    for (std::uint64_t seed = 1; seed <= 10 && done.size() < everything.size(); ++seed) {
+        for (const auto& [what, times] : runThreads(3s, seed)) { // more than once if it's slow
+            if (times > 0) {
+                done.insert(what);
+            }
         }
     }
     EXPECT_EQ(done, everything);

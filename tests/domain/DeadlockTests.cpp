@@ -281,28 +281,5 @@ TEST_F(DeadlockTests, AnObserversOwnerMayEndElsewhereWhileTheDomainDelivers) {
     EXPECT_TRUE(weak.expired());
 }
 
-TEST_F(DeadlockTests, ParentsMayBeTurnedRoundWhileOthersReadBoth) {
-    std::atomic<bool> turning{true};
-    const auto read = [&] {
-        while (turning) {
-            for (const auto& style : {plain, cover}) {
-                style->setValue(NSColor::blackColor(), "sky"); // to be merged anew
-                (void)style->effectiveValues();
-            }
-        }
-    };
-    runAtOnce({[&] {
-                   for (int i = 0; i < 40 * rounds; ++i) {
-                       plain->setParentStyle(cover);
-                       plain->setParentStyle(nullptr);
-                       cover->setParentStyle(plain);
-                       cover->setParentStyle(nullptr);
-                   }
-                   turning = false;
-               },
-               read, read});
-    EXPECT_TRUE(plain->effectiveValues()->contains("sky"));
-}
-
 } // namespace
 } // namespace zeltest

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/style/StyleModel.h"
+#include "tests/support/Watchdog.h"
+
+#include <atomic>
 
 namespace zeltest {
 namespace {
@@ -236,6 +239,30 @@ TEST_F(StyleInheritanceTests, NoKeyOfAFormerParentIsLeftHoweverManyItHad) {
             }
         }
     }
+}
+
+TEST_F(StyleInheritanceTests, ParentsMayBeTurnedRoundWhileOthersReadBoth) {
+    const Style other = makeEmptyStyle();
+    std::atomic<bool> turning{true};
+    const auto read = [&] {
+        while (turning) {
+            for (const auto& style : {child, other}) {
+                style->setValue(NSColor::blackColor(), "sky"); // to be merged anew
+                (void)style->effectiveValues();
+            }
+        }
+    };
+    runAtOnce({[&] {
+                   for (int i = 0; i < 12'000; ++i) {
+                       child->setParentStyle(other);
+                       child->setParentStyle(nullptr);
+                       other->setParentStyle(child);
+                       other->setParentStyle(nullptr);
+                   }
+                   turning = false;
+               },
+               read, read});
+    EXPECT_TRUE(child->effectiveValues()->contains("sky"));
 }
 
 } // namespace

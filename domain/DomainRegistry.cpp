@@ -115,7 +115,7 @@ void ZelStyleDomain::setupStyles() {
         addMainStyles(*domain);
         hasStyles = true;
         domain->setSchemeFollowsSystem(true);
-    } catch (...) { // a handler's comes last; after a provider's, or without memory, it isn't done
+    } catch (...) { // a handler's, when all is done; a provider's, or for want of memory, before
         done = hasStyles && domain->schemeFollowsSystem();
         throw;
     }

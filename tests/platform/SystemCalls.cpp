@@ -90,7 +90,8 @@ int mkdir(const char* path, mode_t mode) noexcept {
 int open(const char* path, int flags, ...) {
     std::va_list further;
     va_start(further, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(further, mode_t) : 0;
+    const mode_t mode =
+        (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(further, mode_t) : 0;
     va_end(further);
     return isRefused(SystemCall::Open, -1)
                ? -1

@@ -14,8 +14,8 @@ namespace zel_tests {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long a writer waits for another process. Nobody waits for anything else, so that nothing but
-/// that takes as long, on any machine.
+/// How long a writer waits for another process. Nobody waits for anything else but the disk, so
+/// that nothing takes as long, on any machine that is fit for use.
 constexpr std::chrono::seconds kWaitForAnother{2};
 
 /// The string under a key, or what tells that there is none, or that reading was no matter of a

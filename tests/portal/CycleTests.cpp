@@ -77,5 +77,5 @@ TEST_F(CycleTests, MemoryAndDescriptorsStayAsTheyWere) {
 // A clock would tell little: a bus that is there answers within a millisecond.
 TEST_F(CycleTests, NoOperationSleeps) {
     repeat(40);
-    EXPECT_LT(host->sleepingCalls, 10); // in the kernel, for reasons of its own
+    EXPECT_LT(host->sleepingCalls, host->calls / 20); // in the kernel, for reasons of its own
 }

@@ -49,7 +49,8 @@ public:
     zel::ZelPortalOptions options;
     std::vector<ZelPortalStatus> heard; // every status in turn, repeated where the reason changed
     int rounds = 0;                     // of the loop
-    int sleepingCalls = 0;              // of operations that never block
+    int calls = 0;                      // of operations that never block
+    int sleepingCalls = 0;              // of them
     Clock::duration longestCall{0};     // of them, by the clock on the wall
     Clock::duration longestWork{0};     // of them, in processor time
     std::optional<zel::ZelPortalAppearance> appearance{std::in_place};
@@ -138,6 +139,7 @@ private:
         const Usage after;
         longestCall = std::max(longestCall, after.time - before.time);
         longestWork = std::max(longestWork, after.work - before.work);
+        ++calls;
         sleepingCalls += after.sleeps > before.sleeps ? 1 : 0;
     }
 };

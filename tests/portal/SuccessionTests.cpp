@@ -78,7 +78,7 @@ TEST_F(SuccessionTests, ARefreshIsMadeUpForThoughWhoWasAskedGivesUpItsNameAndSta
                    host->status() == ZelPortalStatus::NoPortal;
         },
         {&*portal}));
-    host->appearance->refresh(); // while the answer would be in time
+    host->refresh(); // while the answer would be in time
     const auto busWasAsked = [&] {
         return host->appearance->reason().find("ServiceUnknown") != std::string::npos;
     };

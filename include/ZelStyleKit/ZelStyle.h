@@ -73,8 +73,8 @@ public:
     [[nodiscard]] bool isChildOf(const std::shared_ptr<ZelStyle>& style) const;
 
     /// `domain`, `scheme`, `parentStyle`, `identifier`: plain accessors; setting one drops no
-    /// cache, moves no counter and re-keys the style nowhere. A style's parent is neither itself nor
-    /// a style that inherits from it.
+    /// cache, moves no counter and re-keys the style nowhere. A style's parent is neither itself
+    /// nor a style that inherits from it.
     [[nodiscard]] std::shared_ptr<ZelStyleDomain> domain() const;
     void setDomain(const std::shared_ptr<ZelStyleDomain>& domain);
     [[nodiscard]] std::shared_ptr<ZelStyleScheme> scheme() const;

@@ -196,6 +196,23 @@ TEST_F(SetupAfterExceptionTests, AProviderThatChangedTheRegistryIsAskedAgain) {
     expectTheNextSetupDoesItAll();
 }
 
+TEST_F(SetupAfterExceptionTests, AHandlerThatRaisedDidSoWhenAllWasDone) {
+    const auto failing = makePlain();
+    domain->registerChangeHandler(
+        [](const auto&, const auto&, auto event) {
+            if (event != ZelStyleChangeEventInitial) {
+                throw std::runtime_error("not now");
+            }
+        },
+        failing);
+    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
+    EXPECT_TRUE(domain->schemeFollowsSystem());
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    ASSERT_NE(light, nullptr);
+    runElsewhere([] { ZelStyleDomain::setupStyles(); });
+    EXPECT_EQ(domain->lightScheme()->styleForIdentifier("main"), light);
+}
+
 TEST_F(SetupAfterExceptionTests, ARaisedSetupLeavesEveryLockFree) {
     whenFilling("light", [] { throw std::runtime_error("no colours"); });
     EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);

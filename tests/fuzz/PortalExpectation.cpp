@@ -4,6 +4,13 @@
 #include "integrations/portal/PortalNames.h"
 
 namespace zelfuzz {
+namespace {
+
+/// In whose name a library tells its own host of its own connection: from outside, nobody may use
+/// it, and what comes in it is dropped unread.
+constexpr const char* localName = "org.freedesktop.DBus.Local";
+
+} // namespace
 
 std::optional<std::uint32_t> schemeOf(const Values& values) {
     if (values.size() != 1) {
@@ -53,8 +60,10 @@ void Expectation::getNoAnswer() {
 
 void Expectation::take(int question, const Reply& reply) {
     const bool isFromBus = reply.sender == zel::busName;
-    if (question != questions || (owner && reply.sender != *owner && !isFromBus)) {
-        return; // of the past, or of a portal of the past: as if it had never come
+    const bool isOfThePast =
+        question != questions || (owner && reply.sender != *owner && !isFromBus);
+    if (isOfThePast || reply.sender == localName) {
+        return; // as if it had never come
     }
     if (reply.error.empty()) {
         status = Status::Following;

@@ -84,9 +84,30 @@ int playFile(const Options& options) {
     return 0;
 }
 
+/// Says once in a minute how far a long run is.
+class Minutes {
+public:
+    void tell(const Progress& progress, std::uint64_t operations) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now < next_) {
+            return;
+        }
+        next_ = now + std::chrono::minutes(1);
+        std::cerr << "# " << progress.played << " of " << operations << " operations ("
+                  << 100 * progress.played / operations << " %), next seed " << progress.seed
+                  << '\n';
+    }
+
+private:
+    std::chrono::steady_clock::time_point next_ =
+        std::chrono::steady_clock::now() + std::chrono::minutes(1);
+};
+
 /// Plays scripts until one ends otherwise than both sides agreeing.
 End playAll(const Options& options, Progress& progress) {
+    Minutes minutes;
     for (; progress.played < options.operations; ++progress.seed) {
+        minutes.tell(progress, options.operations);
         const Script script = drawScript(progress.seed, options.steps, vocabulary());
         Verdict verdict;
         verdict.played = script.steps.size();

@@ -34,6 +34,31 @@ TEST_F(StyleValuesTests, AKeyWrittenToAnotherStyleIsAbsentHere) {
     EXPECT_TRUE(style->effectiveValues()->empty());
 }
 
+// Names are numbered in the order of their first use: those of one style lie anywhere among those
+// of all styles, so that many share a place wherever they are kept by number.
+TEST_F(StyleValuesTests, EveryNameIsFoundWhereverItWasFirstUsed) {
+    const auto name = [](unsigned index) { return "name" + std::to_string(index); };
+    constexpr unsigned count = 3000;
+    const Style others = makeEmptyStyle();
+    for (unsigned index = 0; index < count; ++index) {
+        others->setValue(gray(0.5), name(index));
+    }
+    std::map<std::string, Value> written;
+    for (unsigned i = 0; i < 300; ++i) {
+        const std::string key = name((7 * i * i + 13 * i) % count);
+        written[key] = NSNumber::numberWithUnsignedLong(i);
+        style->setValue(written[key], key);
+        ASSERT_EQ(style->effectiveValueForAttribute(key), written[key]) << key;
+    }
+    for (unsigned index = 0; index < count; ++index) {
+        const auto found = written.find(name(index));
+        EXPECT_EQ(style->effectiveValueForAttribute(name(index)),
+                  found == written.end() ? std::nullopt : found->second)
+            << name(index);
+    }
+    EXPECT_EQ(style->effectiveValues()->size(), written.size());
+}
+
 TEST_F(StyleValuesTests, ALaterWriteReplacesAnEarlierOne) {
     style->setValue(gray(0.25), "paperColor");
     style->setValue(NSNumber::numberWithUnsignedLong(7), "paperColor");

@@ -30,6 +30,7 @@ void stopObserving(const Object* observer) {
 namespace {
 
 void post() {
+    std::erase_if(world().center, [](const auto& each) { return each->observer.expired(); });
     const auto now = world().center;
     for (const auto& each : now) {
         const auto held = each->observer.lock();
@@ -59,6 +60,7 @@ void Tracker::determineFromSystemAppearance() {
 }
 
 void Tracker::tellObservers(bool isPrior) {
+    std::erase_if(observers_, [](const auto& each) { return each.expired(); });
     const auto now = observers_;
     for (const auto& each : now) {
         const auto observer = each.lock();

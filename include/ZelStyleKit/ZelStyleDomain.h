@@ -104,7 +104,8 @@ public:
     /// owner: nothing.
     void registerChangeHandler(ZelStyleChangeHandler handler,
                                const std::shared_ptr<NSObject>& withOwner);
-    /// `unregisterChangeHandlersWithOwner:`
+    /// `unregisterChangeHandlersWithOwner:`. The handlers, and what they captured, end here; while
+    /// one of them runs, when it has returned.
     void unregisterChangeHandlersWithOwner(const std::shared_ptr<NSObject>& owner);
     /// `registerChangeHandler:`. The object must answer `style:changedWithEvent:`, which is called
     /// at once with event 0, also when it was registered before.

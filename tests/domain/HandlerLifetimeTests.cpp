@@ -138,6 +138,32 @@ TEST_F(HandlerLifetimeTests, ARunningHandlerKeepsWhatItCapturedUntilItReturns) {
     EXPECT_TRUE(watched.expired());
 }
 
+TEST_F(HandlerLifetimeTests, TheOwnersOtherHandlersStayUntilTheRunningOneReturns) {
+    const auto before = capture(owner);
+    bool stayed = false;
+    std::weak_ptr<int> after;
+    bool goneWhenTheNextIsCalled = false;
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
+            if (event == 1) {
+                domain->unregisterChangeHandlersWithOwner(owner);
+                stayed = !before.expired() && !after.expired();
+            }
+        },
+        owner);
+    after = capture(owner);
+    const auto next = makePlain();
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, auto) {
+            goneWhenTheNextIsCalled = before.expired() && after.expired();
+        },
+        next);
+    EXPECT_FALSE(goneWhenTheNextIsCalled);
+    forceAll();
+    EXPECT_TRUE(stayed);
+    EXPECT_TRUE(goneWhenTheNextIsCalled);
+}
+
 TEST_F(HandlerLifetimeTests, AHandlerThatUnregistersAtItsRegistrationIsLetGoWhenThatReturns) {
     auto captured = std::make_shared<int>(7);
     const std::weak_ptr<int> watched = captured;

@@ -3,8 +3,26 @@
 #include "tests/model/plain/World.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace plain {
+
+/// The time of a call to handlers of one group.
+class Domain::Calling {
+public:
+    explicit Calling(Ref<Group> group) : group_(std::move(group)) { ++group_->calls; }
+    Calling(const Calling&) = delete;
+    Calling& operator=(const Calling&) = delete;
+    ~Calling() {
+        if (--group_->calls == 0) {
+            const auto ended = std::exchange(group_->removed, {});
+        }
+    }
+
+private:
+    Ref<Group> group_;
+};
 
 Ref<Style> Domain::notifyStyleFor(const Ref<Object>& object) {
     return object->isStyleable() ? styleFor(object) : mainStyle();
@@ -35,12 +53,15 @@ void Domain::registerChangeHandler(Handler handler, const Ref<Object>& withOwner
         throw InvalidArgument("nil handler");
     }
     const auto held = weak_from_this().lock();
-    const auto listener =
-        std::make_shared<Listener>(Listener{withOwner, withOwner.get(), std::move(handler)});
     const auto latest = std::find_if(owners_.rbegin(), owners_.rend(), [&](const auto& each) {
         return each->address == withOwner.get();
     });
-    owners_.insert(latest == owners_.rend() ? owners_.end() : latest.base(), listener);
+    const bool isFirst = latest == owners_.rend();
+    const auto listener = std::make_shared<Listener>(
+        Listener{withOwner, withOwner.get(), std::move(handler),
+                 isFirst ? std::make_shared<Group>() : (*latest)->group});
+    owners_.insert(isFirst ? owners_.end() : latest.base(), listener);
+    const Calling calling(listener->group);
     call(*listener, withOwner, notifyStyleFor(withOwner), 0);
 }
 
@@ -50,9 +71,9 @@ void Domain::registerChangeHandler(const Ref<Object>& object) {
     }
     const auto held = weak_from_this().lock();
     if (std::ranges::find(objects_, object.get(), &Listener::address) == objects_.end()) {
-        objects_.push_back(std::make_shared<Listener>(Listener{object, object.get(), nullptr}));
+        objects_.push_back(std::make_shared<Listener>(Listener{object, object.get(), {}, {}}));
     }
-    call({object, object.get(), nullptr}, object, notifyStyleFor(object), 0);
+    call({object, object.get(), {}, {}}, object, notifyStyleFor(object), 0);
 }
 
 void Domain::remove(Listeners& listeners, const Object* owner) {
@@ -61,7 +82,8 @@ void Domain::remove(Listeners& listeners, const Object* owner) {
         const bool matches = owner ? each->address == owner : each->owner.expired();
         if (matches) {
             each->removed = true;
-            removed.push_back(each);
+            (each->group && each->group->calls > 0 ? each->group->removed : removed)
+                .push_back(each);
         }
         return matches;
     });
@@ -111,10 +133,12 @@ void Domain::walk(const Listeners& listeners, const Ref<Object>& styleable,
                   const Delivery& delivery) {
     const std::vector<Weak<Listener>> now(listeners.begin(), listeners.end());
     Ref<Object> owner;
+    std::optional<Calling> calling;
     Ref<Style> style;
     bool concerned = false;
     for (const auto& each : now) {
         if (const auto next = each.lock(); next && owner && owner.get() != next->address) {
+            calling.reset();
             owner.reset(); // it may end here, and what its handlers held
         }
         const auto listener = each.lock();
@@ -123,6 +147,9 @@ void Domain::walk(const Listeners& listeners, const Ref<Object>& styleable,
         }
         if (!owner) {
             owner = listener->owner.lock();
+            if (listener->group) {
+                calling.emplace(listener->group);
+            }
             concerned = owner && (!styleable ||
                                   (owner->isStyleable() && isEqualOrChildOf(owner, styleable)));
             style = concerned ? notifyStyleFor(owner) : nullptr;

@@ -61,15 +61,24 @@ public:
     void forgetTheDead();
 
 private:
+    struct Listener;
+    using Listeners = std::vector<Ref<Listener>>;
+    /// An owner's handlers, from its first registration until they are removed, all at once. While
+    /// one is called, none of them ends.
+    struct Group {
+        int calls = 0;
+        Listeners removed;
+    };
     /// One handler of an owner, or an object that is a handler itself. Replaced, never changed; a
     /// walk asks whether it still stands in its table.
     struct Listener {
         Weak<Object> owner;
         const Object* address; // of the owner, for after its end
         Handler handler;       // none: the owner's own operation
+        Ref<Group> group;      // of a handler
         bool removed = false;
     };
-    using Listeners = std::vector<Ref<Listener>>;
+    class Calling;
     using Path = std::vector<const Object*>;
 
     void enlist();

@@ -91,6 +91,7 @@ auto handlerOf(Player<Kit>& p, const Arguments& a) {
                       other.controls->number > owner.controls->number;
     return [&p, owned = owns ? other.object : nullptr, program = a[2],
             number = ++p.made](const auto& object, const auto& style, auto event) {
+        p.keepStyles();
         p.put(Mark::HandlerCalled, object);
         p.trace.put(number);
         p.put(style);

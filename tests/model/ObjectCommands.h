@@ -62,6 +62,7 @@ void equip(Player<Kit>& p, typename Player<Kit>::Thing& thing, const Arguments& 
     thing.controls->number = number;
     thing.controls->domainIdentifier = domainIdentifier(a[3]);
     thing.controls->onStyle = [&p, number, program = a[2]](const auto& style, std::uint64_t event) {
+        p.keepStyles();
         p.trace.put(Mark::ObjectCalled);
         p.trace.put(number);
         p.put(style);
@@ -90,6 +91,7 @@ void joinCrowd(Player<Kit>& p, typename Kit::Domain& domain, unsigned i, const A
     } else {
         domain.registerChangeHandler(
             [&p, number = ++p.made](const auto& owner, const auto& style, auto event) {
+                p.keepStyles();
                 p.put(Mark::HandlerCalled, owner);
                 p.trace.put(number);
                 p.put(style);

@@ -109,11 +109,14 @@ public:
     void step(const Operation& operation);
     /// What a callback does: its program, as long as there is anything left to spend on the step.
     void perform(unsigned program);
+    /// Lets no style end before the step does. For when a listener is called: whether a walk holds
+    /// a style that it has found for an earlier listener is its own affair.
+    void keepStyles();
     /// Lets everything go, silently.
     void finish();
 
     void put(Mark mark, const Ref<Object>& owner);
-    void put(const Ref<Style>& style) { trace.style(Kit::serial(style)); }
+    void put(const Ref<Style>& style);
     void put(const typename Kit::Color& color);
     void put(const std::optional<typename Kit::Value>& value);
     void putState();
@@ -126,7 +129,10 @@ private:
     void putScheme(const Ref<typename Kit::Scheme>& scheme);
 
     const Script& script_;
+    std::vector<std::weak_ptr<Style>> seen_; // styles, each once
+    std::vector<Ref<Style>> kept_;
     unsigned depth_ = 0, left_ = 0;
+    bool keeps_ = false;
     bool silent_ = false;
 };
 

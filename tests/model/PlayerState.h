@@ -4,6 +4,7 @@
 #include "tests/model/Commands.h"
 
 #include <cmath>
+#include <utility>
 
 namespace zeltest {
 
@@ -14,6 +15,29 @@ void Player<Kit>::put(Mark mark, const Ref<Object>& owner) {
         trace.put(controls->number);
     } else {
         put(std::dynamic_pointer_cast<Style>(owner));
+    }
+}
+
+template <class Kit>
+void Player<Kit>::put(const Ref<Style>& style) {
+    const auto serial = Kit::serial(style);
+    if (trace.style(serial)) {
+        seen_.emplace_back(style);
+        if (keeps_) {
+            kept_.push_back(style);
+        }
+    }
+}
+
+template <class Kit>
+void Player<Kit>::keepStyles() {
+    if (silent_ || std::exchange(keeps_, true)) {
+        return;
+    }
+    for (const auto& each : seen_) {
+        if (auto held = each.lock()) {
+            kept_.push_back(std::move(held));
+        }
     }
 }
 
@@ -166,6 +190,8 @@ void Player<Kit>::step(const Operation& operation) {
     left_ = operationsOfCallbacks;
     trace.put(Mark::Step);
     attempt(operation);
+    keeps_ = false;
+    std::exchange(kept_, {}).clear(); // ends may call back
     putState();
 }
 

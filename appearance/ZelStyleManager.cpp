@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleManager.h>
 
-#include "platform/RecursiveLock.h"
+#include "platform/locks/RecursiveLock.h"
 
 #include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/ZelStyleDomain.h>

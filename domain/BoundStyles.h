@@ -2,8 +2,8 @@
 #pragma once
 
 #include "domain/StyleForest.h"
-#include "platform/ObjectState.h"
-#include "platform/StyleBinding.h"
+#include "platform/objects/ObjectState.h"
+#include "platform/objects/StyleBinding.h"
 #include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/ZelStyle.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "domain/DomainState.h"
-#include "platform/DeliveryGate.h"
+#include "platform/locks/DeliveryGate.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleable.h>

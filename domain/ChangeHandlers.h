@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/WeakTable.h"
+#include "platform/objects/WeakTable.h"
 
 #include <ZelStyleKit/ZelStyleChangeEvent.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/DeliveryGate.h"
-#include "platform/RecursiveLock.h"
+#include "platform/locks/DeliveryGate.h"
+#include "platform/locks/RecursiveLock.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDomain.h>

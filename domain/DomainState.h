@@ -3,7 +3,7 @@
 
 #include "domain/ChangeHandlers.h"
 #include "domain/ListenersByStyle.h"
-#include "platform/RecursiveLock.h"
+#include "platform/locks/RecursiveLock.h"
 
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleScheme.h>

@@ -3,8 +3,8 @@
 
 #include "domain/ListenersByStyle.h"
 #include "domain/SortByOrder.h"
-#include "platform/StyleableTree.h"
-#include "platform/WeakTable.h"
+#include "platform/objects/WeakTable.h"
+#include "platform/views/StyleableTree.h"
 
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleable.h>

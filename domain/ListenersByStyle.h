@@ -4,8 +4,8 @@
 #include "domain/BoundStyles.h"
 #include "domain/ChangeHandlers.h"
 #include "domain/StyleForest.h"
-#include "platform/StyleableTree.h"
-#include "platform/StylingChanges.h"
+#include "platform/objects/StylingChanges.h"
+#include "platform/views/StyleableTree.h"
 #include "style/StyleLookupEpoch.h"
 
 #include <cstdint>

@@ -2,8 +2,8 @@
 #include "domain/BoundStyles.h"
 #include "domain/DomainState.h"
 #include "domain/ListenerWalk.h"
-#include "platform/DeliveryGate.h"
-#include "platform/StylingChanges.h"
+#include "platform/locks/DeliveryGate.h"
+#include "platform/objects/StylingChanges.h"
 #include "style/UpperFloor.h"
 
 #include <ZelStyleKit/ZelStyle.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "domain/BoundStyles.h"
 #include "domain/DomainState.h"
-#include "platform/ObjectState.h"
-#include "platform/StyleableTree.h"
+#include "platform/objects/ObjectState.h"
+#include "platform/views/StyleableTree.h"
 #include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/ZelStyle.h>

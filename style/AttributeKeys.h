@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/StringPool.h"
+#include "platform/text/StringPool.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/AtomicWeakReference.h"
-#include "platform/Identifier.h"
-#include "platform/RecursiveLock.h"
-#include "platform/WeakTable.h"
+#include "platform/locks/RecursiveLock.h"
+#include "platform/objects/AtomicWeakReference.h"
+#include "platform/objects/WeakTable.h"
+#include "platform/text/Identifier.h"
 #include "style/OwnValues.h"
 
 #include <ZelStyleKit/ZelStyle.h>

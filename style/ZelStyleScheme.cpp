@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleScheme.h>
 
-#include "platform/AtomicWeakReference.h"
-#include "platform/Identifier.h"
-#include "platform/RecursiveLock.h"
+#include "platform/locks/RecursiveLock.h"
+#include "platform/objects/AtomicWeakReference.h"
+#include "platform/text/Identifier.h"
 #include "style/StyleLookupEpoch.h"
 
 #include <ZelStyleKit/ZelExceptions.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/DeliveryGate.h"
+#include "platform/locks/DeliveryGate.h"
 #include "style/StyleState.h"
 #include "style/UpperFloor.h"
 #include "style/ZelStyleInternals.h"

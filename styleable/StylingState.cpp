@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/ObjectState.h"
-#include "platform/StyleableTree.h"
-#include "platform/StylingChanges.h"
+#include "platform/objects/ObjectState.h"
+#include "platform/objects/StylingChanges.h"
+#include "platform/views/StyleableTree.h"
 
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/ZelExceptions.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/StyleableTree.h"
+#include "platform/views/StyleableTree.h"
 #include "tests/domain/DomainInternals.h"
 #include "tests/support/Recorder.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/fuzz/DefaultsChecks.h"
 
-#include "platform/DefaultsFileFormat.h"
+#include "platform/defaults/DefaultsFileFormat.h"
 #include "tests/fuzz/Require.h"
 
 #include <algorithm>

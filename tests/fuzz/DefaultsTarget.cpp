@@ -2,7 +2,7 @@
 // The user's defaults file, whatever bytes it holds. An input is the file's text and, behind a line
 // "%%", writes, one in each line: a key, then s TEXT, u N, l N, d NUMBER or b N, or nothing to
 // remove the key.
-#include "platform/DefaultsFileFormat.h"
+#include "platform/defaults/DefaultsFileFormat.h"
 #include "tests/fuzz/DefaultsChecks.h"
 #include "tests/fuzz/Script.h"
 #include "tests/fuzz/TemporaryFolder.h"

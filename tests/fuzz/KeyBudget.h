@@ -3,7 +3,7 @@
 
 #include "tests/fuzz/Require.h"
 
-#include "platform/TextWords.h"
+#include "platform/text/TextWords.h"
 
 #include <string>
 #include <unordered_set>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/fuzz/Script.h"
 
-#include "platform/TextWords.h"
+#include "platform/text/TextWords.h"
 
 #include <bit>
 #include <charconv>

@@ -6,7 +6,7 @@
 //   throw KEY          has it raise
 //   key KEY            asks for the text of a key
 //   name NAME          sorts a name with the four before it, in one locale and in the next
-#include "platform/LocalizedStrings.h"
+#include "platform/text/LocalizedStrings.h"
 #include "tests/fuzz/Environment.h"
 #include "tests/fuzz/Require.h"
 #include "tests/fuzz/Script.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "SystemCalls.h"
+#include "tests/platform/SystemCalls.h"
 
 #include <array>
 #include <cerrno>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/RecursiveLock.h"
+#include "platform/locks/RecursiveLock.h"
 #include "tests/support/Watchdog.h"
 
 namespace zeltest {

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/NSUserDefaults.h>
+
+#include "platform/defaults/DefaultsFile.h"
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace zel {
+inline namespace v1 {
+
+NSUserDefaultsStore::~NSUserDefaultsStore() = default;
+
+struct NSUserDefaults::State {
+    const std::shared_ptr<NSUserDefaultsStore> file = std::make_shared<DefaultsFile>();
+
+    std::mutex mutex;                                  ///< never held while a store is called
+    std::shared_ptr<NSUserDefaultsStore> store = file; ///< guarded by mutex, never null
+    /// What the store could not write; none under a key means that it could not remove it.
+    /// Guarded by mutex.
+    std::map<std::string, std::optional<NSUserDefaultsValue>, std::less<>> unwritten;
+};
+
+NSUserDefaults::NSUserDefaults() : state_(std::make_unique<State>()) {}
+
+NSUserDefaults::~NSUserDefaults() = default;
+
+NSUserDefaults& NSUserDefaults::standardUserDefaults() {
+    // Never destroyed: objects that live as long as the process use it while they end.
+    static NSUserDefaults& defaults = *std::make_unique<NSUserDefaults>().release();
+    return defaults;
+}
+
+std::optional<NSUserDefaultsValue> NSUserDefaults::objectForKey(std::string_view key) const {
+    try {
+        std::shared_ptr<NSUserDefaultsStore> store;
+        {
+            const std::lock_guard guard(state_->mutex);
+            const auto found = state_->unwritten.find(key);
+            if (found != state_->unwritten.end()) {
+                return found->second;
+            }
+            store = state_->store;
+        }
+        return store->objectForKey(key);
+    } catch (...) { // out of memory, or a host's store that breaks its word
+        return std::nullopt;
+    }
+}
+
+bool NSUserDefaults::setObject(const std::optional<NSUserDefaultsValue>& value,
+                               std::string_view forKey) {
+    std::shared_ptr<NSUserDefaultsStore> store;
+    {
+        const std::lock_guard guard(state_->mutex);
+        store = state_->store;
+    }
+    bool written = false;
+    try {
+        written = store->setObject(value, forKey);
+    } catch (...) { // out of memory, or a host's store that breaks its word
+        written = false;
+    }
+    try {
+        const std::lock_guard guard(state_->mutex);
+        if (state_->store != store) {
+            return written; // replaced meanwhile, and with it what this process alone holds
+        }
+        const auto found = state_->unwritten.find(forKey);
+        if (found != state_->unwritten.end() && written) {
+            state_->unwritten.erase(found);
+        } else if (found != state_->unwritten.end()) {
+            found->second = value;
+        } else if (!written) {
+            state_->unwritten.emplace(forKey, value);
+        }
+    } catch (...) { // out of memory: the value can't even be held here
+        return written;
+    }
+    return written;
+}
+
+void NSUserDefaults::setStore(std::shared_ptr<NSUserDefaultsStore> store) {
+    std::map<std::string, std::optional<NSUserDefaultsValue>, std::less<>> unwritten;
+    {
+        const std::lock_guard guard(state_->mutex);
+        if (!store) {
+            store = state_->file;
+        }
+        state_->store.swap(store);
+        state_->unwritten.swap(unwritten);
+    }
+    // The former store ends here, outside the lock: it may use the defaults itself.
+}
+
+} // namespace v1
+} // namespace zel

@@ -17,11 +17,6 @@ inline namespace v1 {
 /// aside, where adding moves none, since one may be running.
 class ChangeHandlers {
 public:
-    ChangeHandlers() = default;
-    ChangeHandlers(ZelStyleChangeHandler handler, std::uint64_t serial) {
-        append(std::move(handler), serial);
-    }
-
     /// Adds a handler and answers where it stays for as long as it is kept.
     const ZelStyleChangeHandler& append(ZelStyleChangeHandler handler, std::uint64_t serial) {
         if (!first_) {

@@ -21,7 +21,6 @@ bool ListenersByStyle<Payload>::isUsable(const std::shared_ptr<Table>& table, Bo
         order(table, styles);
         isOrdered = ListenerStamp::now(table->places()) == now;
     } catch (...) { // no memory: a walk over all needs none
-        isOrdered = false;
     }
     isOrdering_ = false;
     ordered_ = isOrdered ? std::optional(now) : std::nullopt;

@@ -147,6 +147,38 @@ TEST_F(FamilyDeliveryTests, ASwitchWithinADeliveryLeavesTheOutdatedStyleAndTheNe
     EXPECT_EQ(update(aside), Names{});
 }
 
+TEST_F(FamilyDeliveryTests, AStyleAddedByAHandlerMakesNoOtherFamilyDue) {
+    bool adds = false;
+    const auto first = listen("first", "bottom", [&] {
+        if (std::exchange(adds, false)) {
+            scheme->addStyle(addChildStyle(main, "later"));
+        }
+    });
+    const auto other = listen("other", "aside");
+    const auto last = listen("last", "middle");
+    for (int round = 0; round < 4; ++round) {
+        adds = true;
+        EXPECT_EQ(update(top), (Names{"first", "last"})) << round;
+        EXPECT_EQ(update(top), (Names{"first", "last"})) << round;
+    }
+}
+
+TEST_F(FamilyDeliveryTests, AStyleRemovedByAHandlerIsNoLongerFoundInTheSameDelivery) {
+    bool removes = false;
+    const auto first = listen("first", "middle", [&] {
+        if (std::exchange(removes, false)) {
+            scheme->removeStyle(middle);
+        }
+    });
+    const auto second = listen("second", "middle");
+    EXPECT_EQ(second->lastZelStyle(), middle->token());
+    removes = true;
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(recorder.takeNames(), (Names{"first", "second"}));
+    EXPECT_EQ(first->lastZelStyle(), middle->token()); // what it was called with
+    EXPECT_EQ(second->lastZelStyle(), main->token());
+}
+
 TEST_F(FamilyDeliveryTests, ListenersThatComeAndGoBetweenUpdatesCount) {
     const auto view = listen("view", "top");
     for (int round = 0; round < 3; ++round) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Recorder.h"
 
+#include <atomic>
+#include <thread>
+
 namespace zeltest {
 namespace {
 
@@ -66,6 +69,25 @@ TEST_F(MainStyleTests, SwitchingToTheCurrentSchemeDropsNothing) {
     addStyle(domain->defaultScheme(), "main");
     domain->setCurrentScheme(domain->defaultScheme());
     EXPECT_EQ(domain->mainStyle(), former);
+}
+
+TEST_F(MainStyleTests, WhatAnotherThreadLooksUpDuringASwitchIsNotKeptAfterIt) {
+    const auto light = addStyle(domain->lightScheme(), "main");
+    const auto dark = addStyle(domain->darkScheme(), "main");
+    std::atomic<bool> isOver = false;
+    std::thread reader([&] {
+        while (!isOver) {
+            (void)domain->mainStyle();
+        }
+    });
+    bool isRight = true;
+    for (int i = 0; i < 5000 && isRight; ++i) {
+        domain->setCurrentScheme(i % 2 == 0 ? domain->darkScheme() : domain->lightScheme());
+        isRight = domain->mainStyle() == (i % 2 == 0 ? dark : light);
+    }
+    isOver = true;
+    reader.join();
+    EXPECT_TRUE(isRight);
 }
 
 TEST_F(MainStyleTests, AddingAMainStyleNotifiesNobody) {

@@ -129,6 +129,13 @@ TEST(ColorEffects, WhatIsNotANumberPassesScalingAndClamping) {
     EXPECT_EQ(grey.components()[3], 1);
 }
 
+TEST(ColorEffects, AZeroKeepsItsSign) {
+    const NSColor::Components result =
+        NSColor::colorWithSRGBRed(-0.0, 0.0, 0.5, 1).colorWithZelStyleEffect(1, false).components();
+    EXPECT_TRUE(std::signbit(result[0]));
+    EXPECT_FALSE(std::signbit(result[1]));
+}
+
 TEST(ColorEffects, AGreyIsScaledInItsSRGBForm) {
     const NSColor grey = NSColor::colorWithWhite(0.12, 1);
     expectSRGB(grey.colorWithZelStyleEffect(1, true), 0.10567331625753006467,

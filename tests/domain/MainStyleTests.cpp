@@ -2,6 +2,7 @@
 #include "tests/support/Recorder.h"
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace zeltest {
@@ -75,15 +76,24 @@ TEST_F(MainStyleTests, WhatAnotherThreadLooksUpDuringASwitchIsNotKeptAfterIt) {
     const auto light = addStyle(domain->lightScheme(), "main");
     const auto dark = addStyle(domain->darkScheme(), "main");
     std::atomic<bool> isOver = false;
+    std::atomic<int> reads = 0;
     std::thread reader([&] {
-        while (!isOver) {
+        for (; !isOver; ++reads) {
             (void)domain->mainStyle();
         }
     });
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
     bool isRight = true;
-    for (int i = 0; i < 5000 && isRight; ++i) {
-        domain->setCurrentScheme(i % 2 == 0 ? domain->darkScheme() : domain->lightScheme());
-        isRight = domain->mainStyle() == (i % 2 == 0 ? dark : light);
+    for (int switches = 1; isRight && std::chrono::steady_clock::now() < end;
+         switches = switches % 20 + 1) {
+        for (int i = 0; i < switches; ++i) {
+            domain->setCurrentScheme(domain->lightScheme());
+            domain->setCurrentScheme(domain->darkScheme());
+        }
+        for (const int before = reads; reads < before + 2;) { // what it was at is over
+            std::this_thread::yield();
+        }
+        isRight = domain->mainStyle() == dark;
     }
     isOver = true;
     reader.join();

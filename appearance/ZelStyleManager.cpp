@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleManager.h>
 
-#include "platform/locks/RecursiveLock.h"
+#include "platform/locks/Guarded.h"
 
 #include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -41,7 +41,9 @@ bool standsBefore(const std::shared_ptr<ZelStyleManagerMode>& a,
 
 struct ZelStyleManager::State {
     mutable RecursiveLock lock{LockRank::ModeList};
-    Modes modes; // changed under the lock, in the order of standsBefore
+    Guarded<Modes> guarded; // in the order of standsBefore
+
+    [[nodiscard]] Modes& modes() noexcept { return guarded.with(lock); }
 };
 
 ZelStyleManager::ZelStyleManager() : state_(std::make_unique<State>()) {}
@@ -66,7 +68,7 @@ void ZelStyleManager::setup() {
 }
 
 const ZelStyleManager::Modes& ZelStyleManager::modes() const noexcept {
-    return state_->modes;
+    return state_->guarded.withoutLock();
 }
 
 void ZelStyleManager::addMode(const std::shared_ptr<ZelStyleManagerMode>& mode) {
@@ -76,8 +78,8 @@ void ZelStyleManager::addMode(const std::shared_ptr<ZelStyleManagerMode>& mode) 
     {
         const RecursiveGuard guard(state_->lock);
         mode->setManager(std::static_pointer_cast<ZelStyleManager>(shared_from_this()));
-        state_->modes.push_back(mode);
-        std::ranges::stable_sort(state_->modes, standsBefore);
+        state_->modes().push_back(mode);
+        std::ranges::stable_sort(state_->modes(), standsBefore);
     }
     _updateActiveMode();
 }
@@ -90,7 +92,7 @@ void ZelStyleManager::removeMode(const std::shared_ptr<ZelStyleManagerMode>& mod
             kept->setActive(false);
         }
         kept->setManager(nullptr);
-        std::erase(state_->modes, kept);
+        std::erase(state_->modes(), kept);
     }
     _updateActiveMode();
 }
@@ -111,20 +113,20 @@ bool ZelStyleManager::setActiveModeIdentifier(std::optional<std::string_view> id
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
     const RecursiveGuard guard(state_->lock);
     const auto found = std::ranges::find_if(
-        state_->modes, &ZelStyleManagerMode::active,
+        state_->modes(), &ZelStyleManagerMode::active,
         [](const auto& mode) -> auto& { return *mode; });
-    return found == state_->modes.end() ? nullptr : *found;
+    return found == state_->modes().end() ? nullptr : *found;
 }
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
     const RecursiveGuard guard(state_->lock); // a store, read in it, uses nothing that locks
-    const auto modes = state_->modes;         // one that changes the list all the same does no harm
+    const auto modes = state_->modes();       // one that changes the list all the same does no harm
     for (const auto& mode : modes) {
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }
     }
-    return state_->modes.empty() ? nullptr : state_->modes.front();
+    return state_->modes().empty() ? nullptr : state_->modes().front();
 }
 
 // No mode ever says that it is active, so the chosen one is applied afresh each time.

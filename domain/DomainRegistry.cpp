@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/locks/DeliveryGate.h"
-#include "platform/locks/RecursiveLock.h"
+#include "platform/locks/Guarded.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -38,13 +38,13 @@ private:
     };
 
     std::shared_ptr<ZelStyleDomain> findOrMake(std::string_view identifier) {
-        const auto found = domains_.find(identifier);
-        if (found != domains_.end()) {
+        const auto found = domains().find(identifier);
+        if (found != domains().end()) {
             return found->second.domain;
         }
         // Made while the lock is held, so that nobody else can make the same one.
         auto domain = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
-        domains_.emplace(identifier, Registered{domain, next_++});
+        domains().emplace(identifier, Registered{domain, next_++});
         return domain;
     }
 
@@ -52,18 +52,21 @@ private:
     /// its removal and may call handlers; what they make meanwhile stays.
     void removeAll() {
         const std::uint64_t end = next_;
-        while (!domains_.empty()) {
+        while (!domains().empty()) {
             const auto oldest = std::ranges::min_element(
-                domains_, {}, [](const auto& each) { return each.second.order; });
+                domains(), {}, [](const auto& each) { return each.second.order; });
             if (oldest->second.order >= end) {
                 return;
             }
-            const auto removed = domains_.extract(oldest);
+            const auto removed = domains().extract(oldest);
         }
     }
 
+    using Domains = std::map<std::string, Registered, std::less<>>;
+    [[nodiscard]] Domains& domains() noexcept { return domains_.with(lock_); }
+
     RecursiveLock lock_{LockRank::DomainRegistry}; // the class's lock
-    std::map<std::string, Registered, std::less<>> domains_;
+    Guarded<Domains> domains_;
     std::uint64_t next_ = 0;
 };
 

@@ -3,6 +3,7 @@
 
 #include "domain/ChangeHandlers.h"
 #include "domain/ListenersByStyle.h"
+#include "platform/locks/Guarded.h"
 #include "platform/locks/RecursiveLock.h"
 
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -22,9 +23,12 @@ inline namespace v1 {
 
 /// A domain's fields.
 struct ZelStyleDomain::State {
+    using Schemes = std::map<std::string, std::shared_ptr<ZelStyleScheme>, std::less<>>;
     RecursiveLock schemesLock{LockRank::Schemes};
-    std::map<std::string, std::shared_ptr<ZelStyleScheme>, std::less<>>
-        schemesByIdentifier; // guarded by schemesLock
+    Guarded<Schemes> guardedSchemes;
+    [[nodiscard]] Schemes& schemesByIdentifier() noexcept {
+        return guardedSchemes.with(schemesLock);
+    }
 
     const std::shared_ptr<ChangeHandlerTable> changeHandlersByOwner =
         std::make_shared<ChangeHandlerTable>();

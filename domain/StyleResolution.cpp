@@ -92,8 +92,8 @@ ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
             return style;
         }
     }
-    const auto found = state_->schemesByIdentifier.find(ZelStyleSchemeIdentifierDefault);
-    return found == state_->schemesByIdentifier.end()
+    const auto found = state_->schemesByIdentifier().find(ZelStyleSchemeIdentifierDefault);
+    return found == state_->schemesByIdentifier().end()
                ? nullptr
                : found->second->styleForIdentifier(identifier);
 }

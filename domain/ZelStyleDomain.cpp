@@ -62,14 +62,14 @@ ZelStyleDomain::schemeForIdentifier(std::optional<std::string_view> identifier) 
         throw ZelInvalidArgument("a scheme identifier must not be nil");
     }
     const RecursiveGuard guard(state_->schemesLock);
-    const auto found = state_->schemesByIdentifier.find(*identifier);
-    if (found != state_->schemesByIdentifier.end()) {
+    const auto found = state_->schemesByIdentifier().find(*identifier);
+    if (found != state_->schemesByIdentifier().end()) {
         return found->second;
     }
     // Nil while the domain ends, when it may still have to make its light scheme.
     const auto self = std::static_pointer_cast<ZelStyleDomain>(weak_from_this().lock());
     auto scheme = alloc<ZelStyleScheme>()->initWithIdentifier(identifier, self);
-    state_->schemesByIdentifier.emplace(*identifier, scheme);
+    state_->schemesByIdentifier().emplace(*identifier, scheme);
     return scheme;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/locks/Guarded.h"
 #include "platform/locks/RecursiveLock.h"
 #include "platform/objects/AtomicWeakReference.h"
 #include "platform/objects/WeakTable.h"
@@ -34,11 +35,11 @@ struct StyleState {
     AtomicWeakReference<ZelStyle> parentStyle;
     AtomicIdentifier identifier;
 
-    RecursiveLock updateLock{LockRank::StyleUpdate}; ///< the style's own lock
-    std::shared_ptr<UpdateFollowers> followers;      ///< guarded by updateLock
+    RecursiveLock updateLock{LockRank::StyleUpdate};     ///< the style's own lock
+    Guarded<std::shared_ptr<UpdateFollowers>> followers; ///< by updateLock
 
     RecursiveLock valuesLock{LockRank::StyleValues};
-    OwnValues own; ///< guarded by valuesLock, as the merged values are
+    Guarded<OwnValues> own; ///< by valuesLock, as the merged values are
 };
 
 } // namespace v1

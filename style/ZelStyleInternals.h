@@ -49,6 +49,8 @@ struct ZelStyleInternals {
         const MergedValues* merged = style.merged_.load(std::memory_order_acquire);
         return merged && merged->isComputed();
     }
+    /// Both under the style's values lock.
+    static OwnValues& ownValues(const ZelStyle& style);
     static MergedValues& mergedValues(const ZelStyle& style);
     static std::shared_ptr<ZelStyle> self(const ZelStyle& style) { return style.self(); }
 };

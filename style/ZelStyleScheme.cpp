@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleScheme.h>
 
-#include "platform/locks/RecursiveLock.h"
+#include "platform/locks/Guarded.h"
 #include "platform/objects/AtomicWeakReference.h"
 #include "platform/text/Identifier.h"
 #include "style/StyleLookupEpoch.h"
@@ -37,7 +37,9 @@ struct ZelStyleScheme::State {
     AtomicWeakReference<ZelStyleDomain> domain;
     AtomicIdentifier identifier;
     mutable RecursiveLock lock{LockRank::SchemeStyles};
-    Styles styles; // guarded by lock
+    Guarded<Styles> guarded;
+
+    [[nodiscard]] Styles& styles() noexcept { return guarded.with(lock); }
 };
 
 ZelStyleScheme::ZelStyleScheme() : state_(std::make_unique<State>()) {}
@@ -65,7 +67,7 @@ void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
     const RecursiveGuard guard(state_->lock);
     added->setDomain(owner);
     added->setScheme(std::static_pointer_cast<ZelStyleScheme>(shared_from_this()));
-    state_->styles[keyOf(*added)].swap(added);
+    state_->styles()[keyOf(*added)].swap(added);
     StyleLookupEpoch::advance();
 }
 
@@ -77,7 +79,7 @@ void ZelStyleScheme::removeStyle(const std::shared_ptr<ZelStyle>& style) {
     const RecursiveGuard guard(state_->lock);
     style->setDomain(nullptr);
     style->setScheme(nullptr);
-    removed = state_->styles.extract(keyOf(*style));
+    removed = state_->styles().extract(keyOf(*style));
     StyleLookupEpoch::advance();
 }
 
@@ -87,8 +89,8 @@ ZelStyleScheme::styleForIdentifier(std::optional<std::string_view> identifier) c
         return nullptr;
     }
     const RecursiveGuard guard(state_->lock);
-    const auto found = state_->styles.find(*identifier);
-    return found == state_->styles.end() ? nullptr : found->second;
+    const auto found = state_->styles().find(*identifier);
+    return found == state_->styles().end() ? nullptr : found->second;
 }
 
 std::shared_ptr<ZelStyleDomain> ZelStyleScheme::domain() const {
@@ -101,12 +103,12 @@ std::optional<std::string> ZelStyleScheme::identifier() const {
 
 ZelStyleScheme::Styles ZelStyleScheme::stylesByIdentifier() const {
     const RecursiveGuard guard(state_->lock);
-    return state_->styles;
+    return state_->styles();
 }
 
 void ZelStyleScheme::setStylesByIdentifier(Styles styles) {
     const RecursiveGuard guard(state_->lock);
-    state_->styles.swap(styles);
+    state_->styles().swap(styles);
     StyleLookupEpoch::advance();
 }
 

@@ -13,6 +13,12 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
+/// A style's followers, none where it has had none; its lock is held.
+std::shared_ptr<UpdateFollowers>& followersOf(const ZelStyle& style) {
+    StyleState& state = ZelStyleInternals::state(style);
+    return state.followers.with(state.updateLock);
+}
+
 /// One style's update under way: its lock is held; once it is accepted, its followers are called.
 class RunningUpdate {
 public:
@@ -32,7 +38,7 @@ public:
         if (!begun_) {
             begun_ = true;
             ZelStyleInternals::incrementSeed(*style);
-            if (const auto& followers = ZelStyleInternals::state(*style).followers) {
+            if (const auto& followers = followersOf(*style)) {
                 walk_.emplace(followers);
                 mutations_ = followers->mutations();
             }
@@ -42,7 +48,7 @@ public:
     [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return walk_->owner(); }
     void endFollowers() noexcept { walk_.reset(); }
     void requireUnchangedFollowers() const {
-        if (ZelStyleInternals::state(*style).followers->mutations() != mutations_) {
+        if (followersOf(*style)->mutations() != mutations_) {
             throw ZelEnumerationMutation("update observers changed while an update called them");
         }
     }
@@ -145,24 +151,19 @@ private:
     const std::size_t below_;
 };
 
-/// The style's followers, made where it has none; its lock is held.
-UpdateFollowers& followersOf(StyleState& state) {
-    if (!state.followers) {
-        state.followers = std::make_shared<UpdateFollowers>();
-    }
-    return *state.followers;
-}
-
-/// Stores an owner's follower and hands out the one that it replaces.
-UpdateFollower follow(StyleState& state, const std::shared_ptr<NSObject>& owner,
+/// Stores an owner's follower and hands out the one that it replaces; the style's lock is held.
+UpdateFollower follow(const ZelStyle& style, const std::shared_ptr<NSObject>& owner,
                       UpdateFollower follower) {
-    UpdateFollowers& followers = followersOf(state);
-    const RecursiveGuard guard(followers.lock);
-    if (auto* entry = followers.find(*owner)) {
-        followers.noteMutation();
+    auto& followers = followersOf(style);
+    if (!followers) {
+        followers = std::make_shared<UpdateFollowers>();
+    }
+    const RecursiveGuard guard(followers->lock);
+    if (auto* entry = followers->find(*owner)) {
+        followers->noteMutation();
         return std::exchange(entry->payload, std::move(follower));
     }
-    followers.insert(owner, std::move(follower));
+    followers->insert(owner, std::move(follower));
     return {};
 }
 
@@ -204,7 +205,7 @@ ZelStyle::inheritedStyleWithChanges(InheritedChanges changes,
         const auto shared = std::make_shared<const InheritedChanges>(std::move(changes));
         UpdateFollower replaced;
         const RecursiveGuard guard(state_->updateLock);
-        replaced = follow(*state_, child, {nullptr, shared});
+        replaced = follow(*this, child, {nullptr, shared});
         const RecursiveGuard childGuard(child->state_->updateLock);
         computeChild(*shared, child); // an update that is not accepted: it only writes
     }
@@ -226,7 +227,7 @@ void ZelStyle::addStyleUpdateObserver(UpdateObserver observer,
     const auto shared = std::make_shared<const UpdateObserver>(std::move(observer));
     UpdateFollower replaced; // ends after the lock is released
     const RecursiveGuard guard(state_->updateLock);
-    replaced = follow(*state_, owner, {shared, nullptr});
+    replaced = follow(*this, owner, {shared, nullptr});
     if (initialCall) {
         (*shared)(owner, style, true);
     }
@@ -235,12 +236,13 @@ void ZelStyle::addStyleUpdateObserver(UpdateObserver observer,
 void ZelStyle::removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject>& owner) {
     UpdateFollower removed; // ends after the lock is released
     const RecursiveGuard guard(state_->updateLock);
-    if (!owner || !state_->followers) {
+    const auto& followers = followersOf(*this);
+    if (!owner || !followers) {
         return;
     }
-    const RecursiveGuard tableGuard(state_->followers->lock);
-    if (auto* entry = state_->followers->find(*owner)) {
-        removed = state_->followers->remove(*entry);
+    const RecursiveGuard tableGuard(followers->lock);
+    if (auto* entry = followers->find(*owner)) {
+        removed = followers->remove(*entry);
     }
 }
 

@@ -16,7 +16,7 @@ struct LockedStyle {
     explicit LockedStyle(const ZelStyle& style)
         : guard(ZelStyleInternals::state(style).valuesLock),
           values(&ZelStyleInternals::mergedValues(style)),
-          own(&ZelStyleInternals::state(style).own) {}
+          own(&ZelStyleInternals::ownValues(style)) {}
 
     RecursiveGuard guard;
     MergedValues* values;
@@ -90,6 +90,10 @@ private:
 
 } // namespace
 
+OwnValues& ZelStyleInternals::ownValues(const ZelStyle& style) {
+    return style.state_->own.with(style.state_->valuesLock);
+}
+
 MergedValues& ZelStyleInternals::mergedValues(const ZelStyle& style) {
     MergedValues* present = style.merged_.load(std::memory_order_acquire);
     if (present == nullptr) { // made once, under the values lock
@@ -125,7 +129,7 @@ ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
         return std::nullopt;
     }
     const RecursiveGuard guard(state_->valuesLock);
-    const ZelAttributeValue* value = state_->own.find(known->index);
+    const ZelAttributeValue* value = ZelStyleInternals::ownValues(*this).find(known->index);
     return value ? std::optional<ZelAttributeValue>(*value) : std::nullopt;
 }
 
@@ -148,7 +152,7 @@ void ZelStyleInternals::setValueAt(ZelStyle& style, AttributeIndex key,
     MergedValues::Dropped dropped;
     const RecursiveGuard guard(style.state_->valuesLock);
     const ZelAttributeValue stored = value ? *value : ZelAttributeValue(NSNull{});
-    replaced = style.state_->own.set(key, stored);
+    replaced = ownValues(style).set(key, stored);
     MergedValues* merged = style.merged_.load(std::memory_order_acquire);
     if (merged && !merged->dropButKeepOwn(key, stored)) {
         dropped = merged->drop();

@@ -31,6 +31,12 @@ void printReason(const char* before, LockRank rank) {
     std::fprintf(stderr, "%s%.*s\n", before, static_cast<int>(reason.size()), reason.data());
 }
 
+[[noreturn]] void failNotHeld(const char* before, const RecursiveLock& lock, LockRank rank) {
+    printLock(before, lock, rank, "\n");
+    CallStack::printPresent();
+    std::abort();
+}
+
 [[noreturn]] void fail(const HeldLock& held, LockRank heldRank, const RecursiveLock& lock,
                        LockRank rank, const CallStack* otherWayRound) noexcept {
     printLock("locks out of order: ", lock, rank, " is taken inside ");
@@ -118,9 +124,7 @@ void HeldLocks::noteTaken(RecursiveLock& lock) noexcept {
 void HeldLocks::noteReleased(RecursiveLock& lock) noexcept {
     HeldLock* held = find(lock);
     if (held == nullptr) {
-        printLock("a lock is released by a thread that doesn't hold it: ", lock, lock.rank_, "\n");
-        CallStack::printPresent();
-        std::abort();
+        failNotHeld("a lock is released by a thread that doesn't hold it: ", lock, lock.rank_);
     }
     if (--held->count > 0) {
         return;
@@ -135,6 +139,13 @@ void HeldLocks::noteReleased(RecursiveLock& lock) noexcept {
         std::free(more_); // NOLINT(cppcoreguidelines-no-malloc)
         more_ = nullptr;
         moreCapacity_ = 0;
+    }
+}
+
+void HeldLocks::requireHeld(const RecursiveLock& lock) noexcept {
+    if (!find(lock)) {
+        failNotHeld("what a lock guards is used by a thread that doesn't hold it: ", lock,
+                    lock.rank_);
     }
 }
 
@@ -169,6 +180,10 @@ bool RecursiveLock::try_lock() { // never waits: in any order
 void RecursiveLock::unlock() {
     HeldLocks::ofThisThread().noteReleased(*this);
     mutex_.unlock();
+}
+
+void RecursiveLock::requireHeld() const noexcept {
+    HeldLocks::ofThisThread().requireHeld(*this);
 }
 
 void RecursiveLock::forgetOrder() noexcept {

@@ -22,8 +22,8 @@ struct HeldLock {
 /// check that order. Allocates nothing for as many as anybody holds but a chain of styles, of which
 /// each holds a lock.
 /// Threads: each thread has its own.
-/// Failure: a lock that is taken against the order ends the process, after both stacks were
-/// printed.
+/// Failure: a lock that is taken against the order, or not held where it has to be, ends the
+/// process, after the stacks were printed.
 class HeldLocks {
 public:
     static HeldLocks& ofThisThread() noexcept;
@@ -32,6 +32,7 @@ public:
     void check(RecursiveLock& lock) noexcept;
     void noteTaken(RecursiveLock& lock) noexcept;
     void noteReleased(RecursiveLock& lock) noexcept;
+    void requireHeld(const RecursiveLock& lock) noexcept;
 
 private:
     static constexpr std::uint32_t usual = 32;

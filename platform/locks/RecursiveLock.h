@@ -13,7 +13,7 @@ inline namespace v1 {
 /// The lock of a table or an object: a thread may take it again while it holds it. Taken only by
 /// scoped guards, so that an exception that passes releases it. Its rank costs nothing but in a
 /// build that checks the order of locks (ZELSTYLEKIT_CHECK_LOCK_ORDER), which ends the process
-/// where a thread takes one against `lockRules`.
+/// where a thread takes one against `lockRules`, or uses what one guards without it.
 #ifndef ZELSTYLEKIT_CHECK_LOCK_ORDER
 class RecursiveLock : public std::recursive_mutex {
 public:
@@ -21,6 +21,8 @@ public:
     void setRank(LockRank /*rank*/) noexcept {}
     /// Forgets the order in which this lock was seen with others of its rank, which changes now.
     void forgetOrder() noexcept {}
+    /// For what the lock guards: the present thread holds it.
+    void requireHeld() const noexcept {}
 };
 #else
 class RecursiveLock {
@@ -37,6 +39,7 @@ public:
     /// Before the lock is used.
     void setRank(LockRank rank) noexcept { rank_ = rank; }
     void forgetOrder() noexcept;
+    void requireHeld() const noexcept;
 
 private:
     friend class HeldLocks;

@@ -37,15 +37,22 @@ public:
         }
     }
 
-    [[nodiscard]] bool isEmpty() const noexcept { return live_ == 0; }
+    [[nodiscard]] bool isEmpty() const noexcept {
+        lock.requireHeld();
+        return live_ == 0;
+    }
     [[nodiscard]] std::size_t size() const noexcept { return live_; }
     /// Moves with every insertion, replacement and removal by hand, not with an owner's end.
     [[nodiscard]] std::uint64_t mutations() const noexcept { return mutations_; }
-    void noteMutation() noexcept { ++mutations_; }
+    void noteMutation() noexcept {
+        lock.requireHeld();
+        ++mutations_;
+    }
     /// Moves whenever an entry came, or one may have moved or have left its place for good.
     [[nodiscard]] std::uint64_t places() const noexcept { return places_; }
 
     [[nodiscard]] Entry* find(const NSObject& owner) const noexcept {
+        lock.requireHeld();
         const ObjectState* state = ObjectState::find(owner);
         const bool mayHave = state && !state->entries.isUnused();
         return mayHave ? static_cast<Entry*>(entryOf(*state)) : nullptr;
@@ -53,6 +60,7 @@ public:
 
     /// Adds an owner that has no entry yet, at the end; a marked one is found again by `marked`.
     Entry& insert(const std::shared_ptr<NSObject>& owner, Payload payload, bool isMarked = false) {
+        lock.requireHeld();
         ObjectState& state = ObjectState::of(*owner);
         compactIfWorthwhile();
         if (chunks_.empty() || chunks_.back().size() == chunks_.back().capacity()) {
@@ -85,12 +93,14 @@ public:
     /// Removes an entry and hands out its payload, or leaves that in place while it is being called
     /// (see `Call`).
     [[nodiscard]] Payload remove(Entry& entry) {
+        lock.requireHeld();
         ++mutations_;
         unlink(entry);
         return takeOut(entry);
     }
     /// The same of an owner's entry, if it has one.
     [[nodiscard]] Payload remove(const NSObject& owner) {
+        lock.requireHeld();
         ObjectState* state = ObjectState::find(owner);
         auto* entry = state ? static_cast<Entry*>(unlinkFrom(*state)) : nullptr;
         mutations_ += entry ? 1 : 0;

@@ -47,10 +47,12 @@ struct ZelStyleDomainInternals {
                domain.state_->changeHandlers->scratch.size();
     }
     static std::size_t schemes(ZelStyleDomain& domain) {
-        return domain.state_->schemesByIdentifier.size();
+        const RecursiveGuard guard(domain.state_->schemesLock);
+        return domain.state_->schemesByIdentifier().size();
     }
     static bool hasScheme(ZelStyleDomain& domain, std::string_view identifier) {
-        return domain.state_->schemesByIdentifier.contains(identifier);
+        const RecursiveGuard guard(domain.state_->schemesLock);
+        return domain.state_->schemesByIdentifier().contains(identifier);
     }
 };
 

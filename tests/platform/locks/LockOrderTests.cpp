@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/locks/DeliveryGate.h"
+#include "platform/locks/Guarded.h"
 #include "platform/locks/RecursiveLock.h"
 #include "tests/support/Counts.h"
 #include "tests/support/Watchdog.h"
@@ -10,8 +11,10 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 
 using zel::DeliveryGate;
+using zel::Guarded;
 using zel::LockRank;
 using zel::LockRule;
 using zel::lockRules;
@@ -248,6 +251,21 @@ TEST_F(LockOrderDeathTests, ALockReleasedByAThreadThatDoesNotHoldItEndsTheProces
                  "released by a thread that doesn't hold it: \"schemes of a domain\"");
     EXPECT_DEATH(std::thread([this] { schemes.unlock(); }).join(),
                  "released by a thread that doesn't hold it: \"schemes of a domain\"");
+}
+
+TEST_F(LockOrderDeathTests, WhatALockGuardsIsUsedByItsHolderAlone) {
+    const std::string message = "what a lock guards is used by a thread that doesn't hold it: "
+                                "\"schemes of a domain\"";
+    Guarded<int> field;
+    EXPECT_DEATH(field.with(schemes) = 1, message);
+    {
+        const RecursiveGuard guard(schemes);
+        field.with(schemes) = 7;
+        EXPECT_EQ(std::as_const(field).with(schemes), 7);
+        EXPECT_DEATH(std::thread([&] { field.with(schemes) = 1; }).join(), message);
+    }
+    EXPECT_DEATH((void)std::as_const(field).with(schemes), message);
+    EXPECT_EQ(field.withoutLock(), 7);
 }
 
 } // namespace

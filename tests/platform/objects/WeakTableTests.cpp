@@ -27,9 +27,21 @@ class WeakTable : public testing::Test {
 protected:
     std::shared_ptr<NSObject> add(int number) {
         auto owner = zel::alloc<NSObject>();
+        insert(owner, number);
+        return owner;
+    }
+    void insert(const std::shared_ptr<NSObject>& owner, int number) {
         const RecursiveGuard guard(table->lock);
         table->insert(owner, std::make_shared<int>(number));
-        return owner;
+    }
+    /// An owner's payload in a table; null where it has none.
+    static Payload payloadOf(const NSObject& owner, Table& in) {
+        const RecursiveGuard guard(in.lock);
+        const auto* entry = in.find(owner);
+        return entry ? entry->payload : nullptr;
+    }
+    [[nodiscard]] Payload payloadOf(const NSObject& owner) const {
+        return payloadOf(owner, *table);
     }
     std::vector<int> walk(const std::function<void(int)>& visit = nullptr) {
         std::vector<int> visited;
@@ -41,9 +53,9 @@ protected:
         }
         return visited;
     }
-    void remove(const NSObject& owner) {
+    Payload remove(const NSObject& owner) {
         const RecursiveGuard guard(table->lock);
-        (void)table->remove(*table->find(owner));
+        return table->remove(*table->find(owner));
     }
 
     std::shared_ptr<Table> table = std::make_shared<Table>();
@@ -52,23 +64,29 @@ protected:
 TEST_F(WeakTable, AnOwnersPayloadIsFoundAgain) {
     const auto a = add(1);
     const auto b = add(2);
-    ASSERT_NE(table->find(*a), nullptr);
-    EXPECT_EQ(*table->find(*a)->payload, 1);
-    EXPECT_EQ(*table->find(*b)->payload, 2);
-    EXPECT_EQ(table->find(*zel::alloc<NSObject>()), nullptr);
+    ASSERT_NE(payloadOf(*a), nullptr);
+    EXPECT_EQ(*payloadOf(*a), 1);
+    EXPECT_EQ(*payloadOf(*b), 2);
+    EXPECT_EQ(payloadOf(*zel::alloc<NSObject>()), nullptr);
     EXPECT_EQ(table->size(), 2U);
 }
 
 TEST_F(WeakTable, AnOwnerMayStandInManyTables) {
     const auto a = add(1);
     const auto other = std::make_shared<Table>();
-    EXPECT_EQ(other->find(*a), nullptr);
-    other->insert(a, std::make_shared<int>(9));
-    EXPECT_EQ(*table->find(*a)->payload, 1);
-    EXPECT_EQ(*other->find(*a)->payload, 9);
-    (void)other->remove(*other->find(*a));
-    EXPECT_EQ(other->find(*a), nullptr);
-    EXPECT_EQ(*table->find(*a)->payload, 1);
+    EXPECT_EQ(payloadOf(*a, *other), nullptr);
+    {
+        const RecursiveGuard guard(other->lock);
+        other->insert(a, std::make_shared<int>(9));
+    }
+    EXPECT_EQ(*payloadOf(*a), 1);
+    EXPECT_EQ(*payloadOf(*a, *other), 9);
+    {
+        const RecursiveGuard guard(other->lock);
+        EXPECT_EQ(*other->remove(*other->find(*a)), 9);
+    }
+    EXPECT_EQ(payloadOf(*a, *other), nullptr);
+    EXPECT_EQ(*payloadOf(*a), 1);
 }
 
 TEST_F(WeakTable, AWalkVisitsOwnersInTheOrderInWhichTheyCame) {
@@ -84,7 +102,7 @@ TEST_F(WeakTable, AWalkVisitsOwnersInTheOrderInWhichTheyCame) {
 TEST_F(WeakTable, AnEndingOwnerTakesItsPayloadWithItAtOnce) {
     auto a = add(1);
     const auto b = add(2);
-    const std::weak_ptr<int> payload = table->find(*a)->payload;
+    const std::weak_ptr<int> payload = payloadOf(*a);
     a.reset();
     EXPECT_TRUE(payload.expired());
     EXPECT_EQ(table->size(), 1U);
@@ -93,11 +111,11 @@ TEST_F(WeakTable, AnEndingOwnerTakesItsPayloadWithItAtOnce) {
 
 TEST_F(WeakTable, RemovingHandsThePayloadOut) {
     const auto a = add(1);
-    const Payload removed = table->remove(*table->find(*a));
+    const Payload removed = remove(*a);
     EXPECT_EQ(*removed, 1);
-    EXPECT_TRUE(table->isEmpty());
-    EXPECT_EQ(table->find(*a), nullptr);
-    table->insert(a, std::make_shared<int>(3));
+    EXPECT_EQ(table->size(), 0U);
+    EXPECT_EQ(payloadOf(*a), nullptr);
+    insert(a, 3);
     EXPECT_EQ(walk(), std::vector<int>{3});
 }
 
@@ -149,7 +167,7 @@ TEST_F(WeakTable, AnOwnerRemovedAndAddedAgainDuringAWalkIsNotVisitedASecondTime)
                       return; // as it was added: it should not have come here
                   }
                   remove(*a);
-                  table->insert(a, std::make_shared<int>(5));
+                  insert(a, 5);
               }),
               std::vector<int>{1});
 }
@@ -198,7 +216,7 @@ TEST_F(WeakTable, AWalkHoldsTheLockAndReleasesItWhenAnExceptionPasses) {
 
 TEST_F(WeakTable, APayloadThatIsBeingCalledStaysUntilTheCallIsOver) {
     auto a = add(1);
-    const std::weak_ptr<int> payload = table->find(*a)->payload;
+    const std::weak_ptr<int> payload = payloadOf(*a);
     {
         const RecursiveGuard guard(table->lock);
         Table::Call outer(*table);
@@ -228,20 +246,20 @@ TEST_F(WeakTable, ManyComingsAndGoingsKeepTheOrderAndEveryPayload) {
     }
     EXPECT_EQ(walk(), expected);
     for (std::size_t i = 0; i < 1000; i += 10) {
-        ASSERT_NE(table->find(*owners[i]), nullptr);
-        EXPECT_EQ(*table->find(*owners[i])->payload, static_cast<int>(i));
+        ASSERT_NE(payloadOf(*owners[i]), nullptr);
+        EXPECT_EQ(*payloadOf(*owners[i]), static_cast<int>(i));
     }
     EXPECT_EQ(table->size(), 100U);
 }
 
 TEST_F(WeakTable, ATableThatEndsFirstLeavesItsOwnersAlone) {
     const auto a = add(1);
-    const std::weak_ptr<int> payload = table->find(*a)->payload;
+    const std::weak_ptr<int> payload = payloadOf(*a);
     table.reset();
     EXPECT_TRUE(payload.expired());
     table = std::make_shared<Table>();
-    EXPECT_EQ(table->find(*a), nullptr);
-    table->insert(a, std::make_shared<int>(2));
+    EXPECT_EQ(payloadOf(*a), nullptr);
+    insert(a, 2);
     EXPECT_EQ(walk(), std::vector<int>{2});
 }
 
@@ -251,7 +269,7 @@ TEST_F(WeakTable, OwnersMayEndOnOtherThreadsWhileTheTableIsWalkedAndEnds) {
         std::vector<std::weak_ptr<int>> payloads;
         for (int i = 0; i < 60; ++i) {
             owners.push_back(add(i));
-            payloads.emplace_back(table->find(*owners.back())->payload);
+            payloads.emplace_back(payloadOf(*owners.back()));
         }
         zeltest::runAtOnce({[&] { owners.clear(); },
                             [&] {

@@ -79,7 +79,7 @@ void takeEveryLock(const Lockable& found) {
 
 } // namespace
 
-bool locksAreFree(const Player<LibraryKit>& player, std::chrono::seconds patience) {
+bool locksAreFree(const Player<LibraryKit>& player, std::chrono::duration<double> patience) {
     std::packaged_task<void()> task([found = lockableOf(player)] { takeEveryLock(found); });
     auto done = task.get_future();
     std::thread thread(std::move(task));

@@ -13,6 +13,6 @@ namespace zeltest {
 /// of; it changes nothing that can be observed. False where one isn't free: that thread is then
 /// stuck for good. The locks of what the script has let go, and mutexes under which nothing can
 /// raise, aren't looked at.
-bool locksAreFree(const Player<LibraryKit>& player, std::chrono::seconds patience);
+bool locksAreFree(const Player<LibraryKit>& player, std::chrono::duration<double> patience);
 
 } // namespace zeltest

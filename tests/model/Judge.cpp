@@ -61,31 +61,32 @@ bool hasRaised(const Trace& trace) {
 
 } // namespace
 
-Verdict judge(const Script& script, const LockChecks& locks) {
+Verdict judge(const Script& script, const Judging& judging) {
     Verdict verdict;
-    auto library = std::make_unique<Player<LibraryKit>>(script);
-    auto model = std::make_unique<Player<PlainKit>>(script);
-    for (std::size_t i = 0; i <= script.steps.size() && !verdict.parted; ++i) {
-        if (i < script.steps.size()) {
-            library->step(script.steps[i]);
-            model->step(script.steps[i]);
-        } else {
-            library->putReads();
-            model->putReads();
+    auto library = std::make_unique<Player<LibraryKit>>(script, judging.compares);
+    auto model = judging.compares ? std::make_unique<Player<PlainKit>>(script, true) : nullptr;
+    const auto onBothSides = [&](auto play) {
+        play(*library);
+        if (model) {
+            play(*model);
         }
-        if (library->trace.entries != model->trace.entries) {
+    };
+    for (std::size_t i = 0; i <= script.steps.size() && !verdict.parted; ++i) {
+        onBothSides([&](auto& player) {
+            i < script.steps.size() ? player.step(script.steps[i]) : player.putReads();
+        });
+        if (model && library->trace.entries != model->trace.entries) {
             verdict.parted = i;
             verdict.difference = describe(library->trace, model->trace);
-        } else if (i % locks.interval == 0 && hasRaised(library->trace) &&
-                   !locksAreFree(*library, locks.patience)) {
+        } else if (i % judging.lockInterval == 0 && hasRaised(library->trace) &&
+                   !locksAreFree(*library, judging.patience)) {
             verdict.parted = i;
             verdict.hasLeftALock = true;
             verdict.difference = "  library: an exception has left a lock\n";
             (void)library.release(); // a thread is stuck in it: nothing of it ends any more
             return verdict;
         }
-        library->trace.entries.clear();
-        model->trace.entries.clear();
+        onBothSides([](auto& player) { player.trace.entries.clear(); });
     }
     verdict.played = library->played;
     library.reset();

@@ -21,15 +21,16 @@ struct Verdict {
     bool hasLeftALock = false; // the difference; a thread is then stuck, and the process of no use
 };
 
-/// How locks are looked for that an exception has left behind, which takes a thread each time:
-/// after every so manieth step, if it raised one.
-struct LockChecks {
-    std::size_t interval = 16;
-    std::chrono::seconds patience{20}; // far longer than it takes
+/// How a script is judged. Locks that an exception has left behind are looked for, which takes a
+/// thread each time, after every so manieth step, if it raised one.
+struct Judging {
+    bool compares; // else the library plays alone, and styles may end at any time
+    std::size_t lockInterval = 1;
+    std::chrono::duration<double> patience; // until a lock that isn't free is one that was left
 };
 
 /// Plays a script on the library and on the model, step by step, and compares all that can be
 /// observed after each.
-Verdict judge(const Script& script, const LockChecks& locks = {});
+Verdict judge(const Script& script, const Judging& judging);
 
 } // namespace zeltest

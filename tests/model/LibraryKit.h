@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/locks/DeliveryGate.h"
 #include "tests/support/Providers.h"
 #include "tests/support/Styling.h"
 
@@ -9,13 +10,24 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <memory>
 #include <string>
 
 namespace zeltest {
 
+/// What the library's side does wrong on request.
+enum class Mistake {
+    None,
+    ForgottenDrain, ///< tasks on the main queue aren't run
+    LockKept,       ///< after an exception
+    Crash,          ///< when a colour's effect is asked for
+};
+
 /// The library as the player uses it.
 struct LibraryKit {
+    inline static Mistake mistake = Mistake::None;
+
     using Object = zel::NSObject;
     using Style = zel::ZelStyle;
     using Scheme = zel::ZelStyleScheme;
@@ -103,6 +115,9 @@ struct LibraryKit {
     }
     static const std::string* text(const Value& value) { return value.as<std::string>(); }
     static Color effect(const Color& color, unsigned effect, bool dark) {
+        if (mistake == Mistake::Crash) {
+            std::abort();
+        }
         return color.colorWithZelStyleEffect(effect, dark);
     }
     static std::optional<Color> modifiable(const Color& color) { return color.modifiableColor(); }
@@ -142,7 +157,17 @@ struct LibraryKit {
     static void setDarkAppearanceExists(bool exists) {
         zel::NSProcessInfo::setOperatingSystemVersion({10, exists ? 14 : 13, 0});
     }
-    static void drain() { zel::NSMainQueue::mainQueue().drain(); }
+    static void drain() {
+        if (mistake != Mistake::ForgottenDrain) {
+            zel::NSMainQueue::mainQueue().drain();
+        }
+    }
+    /// An exception has reached the script.
+    static void noteRaise() {
+        if (mistake == Mistake::LockKept) {
+            new zel::DeliveryGate; // for good
+        }
+    }
     static void store(std::optional<std::uint64_t> number) {
         zel::NSUserDefaults::standardUserDefaults().setObject(
             number ? std::optional<zel::NSUserDefaultsValue>(

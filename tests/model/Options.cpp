@@ -3,17 +3,35 @@
 
 #include "tests/support/CommandLine.h"
 
+#include <map>
+
 namespace zeltest {
+
+namespace {
+
+const std::map<std::string, Mistake> mistakes = {{"none", Mistake::None},
+                                                 {"drain", Mistake::ForgottenDrain},
+                                                 {"lock", Mistake::LockKept},
+                                                 {"crash", Mistake::Crash}};
+
+} // namespace
+
+std::string Options::ways() const {
+    std::string words = firstSetup ? " --first-setup" : "";
+    words += libraryOnly ? " --library-only" : "";
+    for (const auto& [name, each] : mistakes) {
+        words += each == mistake && each != Mistake::None ? " --mistake " + name : "";
+    }
+    return words;
+}
 
 std::string Options::again(std::uint64_t fromSeed, std::uint64_t count) const {
     return "zelstylekit_model --seed " + std::to_string(fromSeed) + " --operations " +
-           std::to_string(count) + " --steps " + std::to_string(steps) +
-           (firstSetup ? " --first-setup" : "");
+           std::to_string(count) + " --steps " + std::to_string(steps) + ways();
 }
 
 std::string Options::againByScript() const {
-    return std::string("zelstylekit_model") + (firstSetup ? " --first-setup" : "") +
-           " --script FILE";
+    return "zelstylekit_model" + ways() + " --script FILE";
 }
 
 Options optionsOf(int count, const char* const* words) {
@@ -30,6 +48,16 @@ Options optionsOf(int count, const char* const* words) {
         ->check(CLI::ExistingFile);
     program.add_flag("--first-setup", options.firstSetup,
                      "Each script has a process of its own, in which nothing was set up");
+    program.add_flag("--library-only", options.libraryOnly,
+                     "Compares nothing, and looks for left locks and ended processes alone");
+    program
+        .add_option("--patience", options.patience,
+                    "Seconds after which a lock is taken to be left")
+        ->check(CLI::PositiveNumber);
+    program
+        .add_option("--mistake", options.mistake,
+                    "One that the library's side makes, to show that it is found")
+        ->transform(CLI::CheckedTransformer(mistakes));
     program.read(count, words);
     return options;
 }

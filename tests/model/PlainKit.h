@@ -97,6 +97,7 @@ struct PlainKit {
         plain::stopObserving(observer.get());
     }
     static void setDarkAppearanceExists(bool exists) { plain::world().hasDarkAppearance = exists; }
+    static void noteRaise() {}
     static void drain() { plain::drain(); }
     static void store(std::optional<std::uint64_t> number) {
         plain::world().stored.reset();

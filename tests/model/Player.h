@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <stdexcept>
+#include <unordered_set>
 
 namespace zeltest {
 
@@ -87,7 +88,8 @@ public:
         Ref<typename Kit::Controller> controller;
     };
 
-    explicit Player(const Script& script) : script_(script) {}
+    /// `keeps` whether styles are kept for the time of a step, see `keepStyles`.
+    Player(const Script& script, bool keeps) : script_(script), mayKeep_(keeps) {}
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
     ~Player() { finish(); }
@@ -129,7 +131,9 @@ private:
     void putScheme(const Ref<typename Kit::Scheme>& scheme);
 
     const Script& script_;
-    std::vector<std::weak_ptr<Style>> seen_; // styles, each once
+    const bool mayKeep_;
+    std::unordered_set<std::uint64_t> seenSerials_;
+    std::vector<std::weak_ptr<Style>> seen_; // in the order in which they were first seen
     std::vector<Ref<Style>> kept_;
     unsigned depth_ = 0, left_ = 0;
     bool keeps_ = false;

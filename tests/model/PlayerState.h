@@ -21,7 +21,8 @@ void Player<Kit>::put(Mark mark, const Ref<Object>& owner) {
 template <class Kit>
 void Player<Kit>::put(const Ref<Style>& style) {
     const auto serial = Kit::serial(style);
-    if (trace.style(serial)) {
+    trace.style(serial);
+    if (style && seenSerials_.insert(serial).second) {
         seen_.emplace_back(style);
         if (keeps_) {
             kept_.push_back(style);
@@ -31,7 +32,7 @@ void Player<Kit>::put(const Ref<Style>& style) {
 
 template <class Kit>
 void Player<Kit>::keepStyles() {
-    if (silent_ || std::exchange(keeps_, true)) {
+    if (!mayKeep_ || silent_ || std::exchange(keeps_, true)) {
         return;
     }
     for (const auto& each : seen_) {
@@ -73,7 +74,8 @@ void Player<Kit>::putStyle(Style& style) {
     put(style.parentStyle());
     trace.object(style.scheme());
     trace.object(style.domain());
-    for (const char* key : {"styleType", "labelColor", "mine"}) {
+    for (const char* key :
+         {"styleType", "labelColor", "mine", "accentColor", "indigoColor", "grayColor3", ""}) {
         put(style.valueForAttribute(key));
     }
 }
@@ -139,6 +141,11 @@ void Player<Kit>::putState() {
     putModes(Kit::Manager::sharedStyleManager());
     trace.put(Kit::tracker().currentAppearanceType());
     trace.lives();
+    std::uint64_t living = 0; // styles; wraps
+    for (std::size_t i = 0; i < seen_.size(); ++i) {
+        living = seen_[i].expired() ? living : living * 31 + i + 1;
+    }
+    trace.put(living);
 }
 
 template <class Kit>
@@ -170,6 +177,7 @@ void Player<Kit>::attempt(const Operation& operation) {
         ++played;
         commands<Kit>()[operation.command].run(*this, operation.arguments);
     } catch (const Raised& raised) {
+        Kit::noteRaise();
         trace.put(Mark::Raised);
         trace.put(std::uint64_t{raised.number});
     } catch (const typename Kit::InvalidArgument&) {

@@ -8,6 +8,7 @@
 #include <random>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace zeltest {
 
@@ -75,6 +76,17 @@ void furnish(Script& script, Drawing& drawing) {
     each("newMode", 2);
 }
 
+/// Merged values and what applies to an object are computed when they are read: most scripts read
+/// them now and then, so that they are found in all states, and some after each step.
+void lookAfterEachStep(Script& script, Drawing& drawing) {
+    std::vector<Operation> steps;
+    for (const Operation& each : script.steps) {
+        steps.push_back(each);
+        steps.push_back(drawing.operation("look", 0));
+    }
+    script.steps = std::move(steps);
+}
+
 } // namespace
 
 Script drawScript(std::uint64_t seed, std::size_t steps, const Vocabulary& vocabulary) {
@@ -90,6 +102,9 @@ Script drawScript(std::uint64_t seed, std::size_t steps, const Vocabulary& vocab
         for (unsigned count = drawing.below(most); count > 0; --count) {
             program.push_back(drawing.operation());
         }
+    }
+    if (drawing.below(4) == 0) {
+        lookAfterEachStep(script, drawing);
     }
     return script;
 }

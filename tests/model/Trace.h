@@ -42,15 +42,11 @@ public:
     void put(const std::optional<std::string>& text) {
         put(text ? static_cast<std::int64_t>(std::hash<std::string>()(*text) >> 1) : -1);
     }
-    /// A style by its serial number; 0 is nil. Whether it is one that wasn't seen before.
-    bool style(std::uint64_t serial) {
-        if (serial == 0) {
-            put(std::int64_t{0});
-            return false;
-        }
-        const auto [found, isNew] = styles_.try_emplace(serial, styles_.size() + 1);
-        put(static_cast<std::int64_t>(found->second));
-        return isNew;
+    /// A style by its serial number; 0 is nil.
+    void style(std::uint64_t serial) {
+        put(serial == 0 ? 0
+                        : static_cast<std::int64_t>(
+                              styles_.try_emplace(serial, styles_.size() + 1).first->second));
     }
     /// An object that can be asked whether it lives.
     void object(const std::shared_ptr<const void>& object) {

@@ -6,6 +6,7 @@
 #include "tests/model/Processes.h"
 #include "tests/model/Shrink.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
@@ -44,15 +45,23 @@ struct Progress {
     }
 };
 
-/// Plays one script in a process of its own, where the library hasn't played any. Locks are looked
-/// for after each step: a script with steps taken away leaves them after another one.
-End playAlone(const Script& script, Output output, const LockChecks& locks = {.interval = 1}) {
-    return runInAProcess([&] { return endOf(judge(script, locks)); }, output);
+/// Plays one script in a process of its own, where the library hasn't played any.
+End playAlone(const Script& script, Output output, const Judging& judging) {
+    return runInAProcess([&] { return endOf(judge(script, judging)); }, output);
+}
+
+/// As one script by itself is judged. Locks are looked for after each step: a script with steps
+/// taken away leaves them after another one.
+Judging thorough(const Options& options) {
+    return {.compares = !options.libraryOnly,
+            .lockInterval = 1,
+            .patience = std::chrono::duration<double>(options.patience)};
 }
 
 /// Prints the least script that ends in that way, then how.
 int report(const Options& options, const Script& script, End end) {
-    const LockChecks impatient{1, std::chrono::seconds(1)}; // each try that leaves a lock takes it
+    Judging impatient = thorough(options);
+    impatient.patience = std::min(impatient.patience, std::chrono::duration<double>(1));
     const Script least = shrink(script, [&](const Script& each) {
         return playAlone(each, Output::Hidden, impatient) == end;
     });
@@ -60,7 +69,7 @@ int report(const Options& options, const Script& script, End end) {
     print(std::cout, least, vocabulary());
     const End again = runInAProcess(
         [&] {
-            const Verdict verdict = judge(least, {.interval = 1});
+            const Verdict verdict = judge(least, thorough(options));
             std::cout << "# the sides part after step " << verdict.parted.value_or(0) << '\n'
                       << verdict.difference;
             return endOf(verdict);
@@ -76,7 +85,7 @@ int playFile(const Options& options) {
         throw std::invalid_argument("no file " + options.script);
     }
     const Script script = parse(file, vocabulary());
-    const End end = playAlone(script, Output::Shown);
+    const End end = playAlone(script, Output::Shown, thorough(options));
     if (end != agreed) {
         return report(options, script, end);
     }
@@ -106,13 +115,15 @@ private:
 /// Plays scripts until one ends otherwise than both sides agreeing.
 End playAll(const Options& options, Progress& progress) {
     Minutes minutes;
+    Judging judging = thorough(options);
+    judging.lockInterval = 16;
     for (; progress.played < options.operations; ++progress.seed) {
         minutes.tell(progress, options.operations);
         const Script script = drawScript(progress.seed, options.steps, vocabulary());
         Verdict verdict;
         verdict.played = script.steps.size();
-        const End end =
-            options.firstSetup ? playAlone(script, Output::Shown) : endOf(verdict = judge(script));
+        const End end = options.firstSetup ? playAlone(script, Output::Shown, thorough(options))
+                                           : endOf(verdict = judge(script, judging));
         if (end != agreed) {
             return end;
         }
@@ -129,7 +140,8 @@ int reportSeed(const Options& options, const Progress& progress, End end) {
         return differed;
     }
     const Script script = drawScript(progress.seed, options.steps, vocabulary());
-    const End alone = playAlone(script, Output::Hidden); // which may see it sooner
+    const End alone =
+        playAlone(script, Output::Hidden, thorough(options)); // which may see it sooner
     if (alone == agreed) {
         std::cout << "# alone it shows nothing; with all before it: "
                   << options.again(options.seed, progress.played + 1) << '\n';
@@ -159,7 +171,8 @@ int playAtRandom(const Options& options) {
     const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - begin;
     std::cout << progress.played << " operations, " << progress.steps << " of them steps of "
               << progress.seed - options.seed << " scripts, in " << spent.count()
-              << " s: both sides agree\n";
+              << " s: " << (options.libraryOnly ? "every lock is free" : "both sides agree")
+              << '\n';
     return 0;
 }
 
@@ -168,6 +181,7 @@ int playAtRandom(const Options& options) {
 int main(int count, char** words) {
     try {
         const Options options = optionsOf(count, words);
+        LibraryKit::mistake = options.mistake;
         LibraryKit::setUp(!options.firstSetup);
         PlainKit::setUp(!options.firstSetup);
         return options.script.empty() ? playAtRandom(options) : playFile(options);

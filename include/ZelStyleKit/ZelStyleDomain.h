@@ -104,8 +104,8 @@ public:
     /// owner: nothing.
     void registerChangeHandler(ZelStyleChangeHandler handler,
                                const std::shared_ptr<NSObject>& withOwner);
-    /// `unregisterChangeHandlersWithOwner:`. The handlers, and what they captured, end here; while
-    /// one of them runs, when it has returned.
+    /// `unregisterChangeHandlersWithOwner:`. The handlers, and what they captured, end here; where
+    /// any of them runs, when the outermost such call has returned.
     void unregisterChangeHandlersWithOwner(const std::shared_ptr<NSObject>& owner);
     /// `registerChangeHandler:`. The object must answer `style:changedWithEvent:`, which is called
     /// at once with event 0, also when it was registered before.
@@ -117,7 +117,8 @@ public:
     /// (nil) or of those at and below the styleable, and calls those to whom it is new or whom the
     /// delivery forces: first the owners of handlers, then the handler objects. A listener removed
     /// meanwhile is not called any more; one added while its kind is being served is called by its
-    /// registration alone. Deliberate: an unforced change reaches only an owner's first handler.
+    /// registration alone. A style that was found for a listener may be held until all are called.
+    /// Deliberate: an unforced change reaches only an owner's first handler.
     void notifyForStyleChangeOf(const std::shared_ptr<NSObject>& styleable,
                                 const ZelStyleDelivery& delivery);
 

@@ -210,7 +210,7 @@ TEST_F(HandlerLifetimeTests, ACaptureMayOwnAnotherOwner) {
     EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
 }
 
-TEST_F(HandlerLifetimeTests, CapturesEndWithNoTableLocked) {
+TEST_F(HandlerLifetimeTests, CapturesEndWithNoTableLockedUnlessAWalkIsOn) {
     int ended = 0;
     int endedLocked = 0;
     const auto handler = [&] {

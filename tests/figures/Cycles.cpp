@@ -3,6 +3,7 @@
 // whether the heap is as large at the end as it was after the first tenth of them.
 #include "tests/figures/AllocationCounter.h"
 #include "tests/support/CommandLine.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/Styling.h"
 
 #include <cstdio>
@@ -11,6 +12,8 @@
 #include <malloc.h>
 #endif
 
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // where there is a sanitizer
+
 namespace {
 
 using namespace zel;
@@ -18,9 +21,16 @@ using namespace zeltest;
 
 /// Bytes in use: what was asked of operator new, and what the C library has given out in all.
 struct Heap {
-    std::size_t asked = Allocations::now().liveBytes;
+    std::size_t asked = inUseByNew();
     std::size_t given = inUse();
 
+    static std::size_t inUseByNew() {
+        if constexpr (kSanitized) {
+            return __sanitizer_get_current_allocated_bytes();
+        } else {
+            return Allocations::now().liveBytes;
+        }
+    }
     static std::size_t inUse() {
 #if defined(__GLIBC__)
         const auto info = mallinfo2();

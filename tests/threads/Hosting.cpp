@@ -27,7 +27,7 @@ public:
     using Part::Part;
 
     void act() override {
-        switch (any(10)) {
+        switch (any(11)) {
         case 0:
             return askForDomains();
         case 1:
@@ -46,6 +46,8 @@ public:
             return describeModes();
         case 8:
             return describeTheHost();
+        case 9:
+            return endADomain();
         default:
             return convertColors();
         }
@@ -158,6 +160,28 @@ private:
         provider->willApply(provider, anyPainted().style, nullptr);
         provider->didApply(provider, anyPainted().style, nullptr);
         require(provider->providerBlock() != nullptr, "a provider has lost its block");
+    }
+    void endADomain() {
+        progress.begin("make a domain that ends");
+        auto made = alloc<ZelStyleDomain>()->initWithDomainIdentifier("ending");
+        const std::weak_ptr<ZelStyleDomain> watched = made;
+        const auto scheme = made->defaultScheme();
+        const auto style =
+            alloc<ZelStyle>()->initWithIdentifier("main", scheme, anyPainted().style);
+        scheme->addStyle(style);
+        const auto owner = alloc<NSObject>();
+        auto held = std::make_shared<int>(); // by the handler
+        const std::weak_ptr<int> watchedToo = held;
+        bool isTold = false;
+        made->registerChangeHandler(
+            [&isTold, held = std::move(held), &style](const auto&, const auto& told, auto) {
+                isTold = told == style;
+            },
+            owner);
+        require(isTold, "a new domain's listener isn't told");
+        made.reset();
+        require(watched.expired() && watchedToo.expired(), "a domain outlives whoever made it");
+        require(!scheme->domain() && !style->domain(), "a domain that ended is still known");
     }
     void describeTheHost() {
         progress.begin("describe the host");

@@ -33,6 +33,7 @@ const std::set<std::string> everything{
     "have handlers work in an update",
     "let a listener end",
     "look a style up in its scheme",
+    "make a domain that ends",
     "make a chain of styles",
     "make a style that follows",
     "make a style that inherits, and move it",

@@ -91,30 +91,29 @@ void BusPeer::reply(sd_bus_message* call) {
             "the bus can answer");
 }
 
-bool BusPeer::emit(Message signal, const std::vector<BusValue>& values, const char* sender) {
-    return sd_bus_message_set_sender(signal.get(), sender) >= 0 &&
-           appendAll(values, signal.get()) && sd_bus_send(bus_.get(), signal.get(), nullptr) >= 0;
-}
-
-bool BusPeer::emitSettingChanged(const std::vector<BusValue>& values, const char* sender) {
+bool BusPeer::emit(const SignalName& name, const std::vector<BusValue>& values,
+                   const char* sender) {
+    if (!isAllowed(name.path, sd_bus_object_path_is_valid) ||
+        !isAllowed(name.interface, sd_bus_interface_name_is_valid) ||
+        !isAllowed(name.member, sd_bus_member_name_is_valid)) {
+        return false;
+    }
     sd_bus_message* made = nullptr;
-    require(sd_bus_message_new_signal(bus_.get(), &made, zel::portalPath, zel::settingsInterface,
-                                      "SettingChanged") >= 0,
-            "a signal can be made");
-    return emit(taken(made), values, sender);
-}
-
-bool BusPeer::emitNameOwnerChanged(const std::vector<BusValue>& values, const char* sender) {
-    sd_bus_message* made = nullptr;
-    require(sd_bus_message_new_signal(bus_.get(), &made, zel::busPath, zel::busName,
-                                      "NameOwnerChanged") >= 0,
-            "a signal can be made");
-    return emit(taken(made), values, sender);
+    require(sd_bus_message_new_signal(bus_.get(), &made, name.path.c_str(), name.interface.c_str(),
+                                      name.member.c_str()) >= 0,
+            "a signal can be made", name.path);
+    const Message signal = taken(made);
+    return sd_bus_message_set_sender(made, sender) >= 0 && appendAll(values, made) &&
+           sd_bus_send(bus_.get(), made, nullptr) >= 0;
 }
 
 bool appendAll(const std::vector<BusValue>& values, sd_bus_message* message) {
     return std::ranges::all_of(values,
                                [&](const BusValue& value) { return value.appendTo(message); });
+}
+
+bool isAllowed(const std::string& name, int (*isValid)(const char*)) {
+    return name.find('\0') == std::string::npos && isValid(name.c_str()) > 0;
 }
 
 } // namespace zelfuzz

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/fuzz/BusValue.h"
+#include "tests/fuzz/SignalName.h"
 
 #include <systemd/sd-bus.h>
 
@@ -33,14 +34,12 @@ public:
     /// Handles what has come in; false where that was nothing.
     bool process();
 
-    /// Sends a signal of the portal's settings, or of the bus, in a sender's name. False where the
-    /// bus allows no such values, or no such name: then nothing was sent.
-    bool emitSettingChanged(const std::vector<BusValue>& values, const char* sender);
-    bool emitNameOwnerChanged(const std::vector<BusValue>& values, const char* sender);
+    /// Sends a signal in a sender's name. False where the bus allows no such values, or no such
+    /// name: then nothing was sent.
+    bool emit(const SignalName& name, const std::vector<BusValue>& values, const char* sender);
 
 private:
     static int received(sd_bus_message* message, void* self, sd_bus_error*);
-    bool emit(Message signal, const std::vector<BusValue>& values, const char* sender);
     bool acceptConnection();
     void reply(sd_bus_message* call);
 
@@ -52,5 +51,8 @@ private:
 
 /// Appends values to a message, all or nothing that could be sent.
 [[nodiscard]] bool appendAll(const std::vector<BusValue>& values, sd_bus_message* message);
+
+/// Whether the bus allows a name, by one of its checks for a kind of names.
+[[nodiscard]] bool isAllowed(const std::string& name, int (*isValid)(const char*));
 
 } // namespace zelfuzz

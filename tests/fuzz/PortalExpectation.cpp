@@ -91,6 +91,14 @@ void Expectation::waitForHalfTheTime() {
     waitNoMore();
 }
 
+void Expectation::hear(const SignalName& name, const Values& values, const std::string& sender) {
+    if (name == settingChanged) {
+        hearOfChange(values, sender);
+    } else if (name == nameOwnerChanged) {
+        hearOfOwner(values, sender);
+    }
+}
+
 void Expectation::hearOfChange(const Values& values, const std::string& sender) {
     const bool isHeard = sender.starts_with(':') || sender == zel::portalName;
     if (isHeard && (!owner || *owner == sender) && values.size() >= 2 && values[0].type == 's' &&

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/fuzz/BusValue.h"
+#include "tests/fuzz/SignalName.h"
 
 #include <ZelStyleKit/ZelPortalAppearance.h>
 
@@ -39,14 +40,15 @@ struct Expectation {
 
     /// Takes the reply to a question, by the question's number; the first one's is 1.
     void take(int question, const Reply& reply);
-    void hearOfChange(const Values& values, const std::string& sender);
-    void hearOfOwner(const Values& values, const std::string& sender);
+    void hear(const SignalName& name, const Values& values, const std::string& sender);
     /// The host, or a change, wants the portal asked.
     void askSoon();
     /// Half of the time goes by that an answer may take.
     void waitForHalfTheTime();
 
 private:
+    void hearOfChange(const Values& values, const std::string& sender);
+    void hearOfOwner(const Values& values, const std::string& sender);
     void ask();
     void waitNoMore();
     void leave();

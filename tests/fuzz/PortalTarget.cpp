@@ -7,6 +7,8 @@
 //   late VALUE...        the answer to the question that has been left open for longest
 //   changed VALUE...     the signal that a setting has changed
 //   owner VALUE...       the signal that a name has got another owner
+//   signal PATH INTERFACE MEMBER VALUE...
+//                        any signal, where the bus allows its names
 //   refresh              the host wants the portal asked again
 //   wait                 half of the time that an answer may take goes by
 // with values as in BusValue.h. How a question is answered stands behind the line that it follows
@@ -50,9 +52,18 @@ namespace {
 /// Reads a name on the bus; one that the bus doesn't allow changes nothing.
 void readSender(Script& script, std::string& sender) {
     const std::string name = script.text();
-    if (name.find('\0') == std::string::npos && sd_bus_service_name_is_valid(name.c_str()) > 0) {
+    if (isAllowed(name, sd_bus_service_name_is_valid)) {
         sender = name;
     }
+}
+
+/// Reads the name of the signal that a line is about; one that the bus doesn't allow where there is
+/// none.
+SignalName readSignalName(std::string_view word, Script& script) {
+    if (word == "signal") {
+        return {script.text(), script.text(), script.text()};
+    }
+    return word == "changed" ? settingChanged : word == "owner" ? nameOwnerChanged : SignalName{};
 }
 
 /// Makes the message of a reply; of the plainest error where the bus doesn't allow this one, and
@@ -64,11 +75,11 @@ Message messageOf(Reply& reply, sd_bus_message* question) {
                            ? sd_bus_message_new_method_return(question, &made)
                            : sd_bus_message_new_method_error(question, &made, &error);
     Message message(made, sd_bus_message_unref);
-    const bool isAllowed =
-        reply.error.empty() || (reply.error.find('\0') == std::string::npos &&
-                                reply.text.find('\0') == std::string::npos &&
-                                sd_bus_interface_name_is_valid(reply.error.c_str()) > 0);
-    if (result >= 0 && isAllowed && sd_bus_message_set_sender(made, reply.sender.c_str()) >= 0 &&
+    const bool errorIsAllowed =
+        reply.error.empty() || (isAllowed(reply.error, sd_bus_interface_name_is_valid) &&
+                                reply.text.find('\0') == std::string::npos);
+    if (result >= 0 && errorIsAllowed &&
+        sd_bus_message_set_sender(made, reply.sender.c_str()) >= 0 &&
         (!reply.error.empty() || appendAll(reply.values, made))) {
         return message;
     }
@@ -178,13 +189,12 @@ private:
             return false;
         }
         const std::string_view word = script_.word();
+        const SignalName signal = readSignalName(word, script_);
         const Values values = BusValue::readAll(script_);
         const std::string sender = sender_; // what follows is about replies to come
         readReply();
-        if (word == "changed" && peer_.emitSettingChanged(values, sender.c_str())) {
-            expected_.hearOfChange(values, sender);
-        } else if (word == "owner" && peer_.emitNameOwnerChanged(values, sender.c_str())) {
-            expected_.hearOfOwner(values, sender);
+        if (peer_.emit(signal, values, sender.c_str())) {
+            expected_.hear(signal, values, sender);
         } else if (word == "late" && !open_.empty()) {
             answer(open_.front(), {sender, {}, values, {}});
             open_.erase(open_.begin());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Runs a fuzz target once on each file named, or in a folder named: what libFuzzer does with them
-// too, for builds without it. Options of libFuzzer's are passed over.
+// Runs a fuzz target once on each file named, or in or below a folder named: what libFuzzer does
+// with them too, for builds without it. Options of libFuzzer's are passed over.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -22,8 +22,10 @@ std::vector<std::filesystem::path> filesNamedBy(const std::filesystem::path& pat
         return {path};
     }
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(path)) {
-        files.push_back(entry.path());
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
+        if (entry.is_regular_file()) {
+            files.push_back(entry.path());
+        }
     }
     std::ranges::sort(files);
     return files;

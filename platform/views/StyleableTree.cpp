@@ -102,9 +102,7 @@ ZelStyleableNode::~ZelStyleableNode() {
 
 void ZelStyleableNode::leave() noexcept {
     const std::scoped_lock guard(ZelStyleableTree::lock());
-    if (firstChild_) {
-        BindingEpoch::advance();
-    }
+    ZelStyleableTree::forgetBindings(*this);
     while (ZelStyleableNode* child = firstChild_) {
         firstChild_ = child->nextSibling_;
         child->parent_ = child->nextSibling_ = child->previousSibling_ = nullptr;

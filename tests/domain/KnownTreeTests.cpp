@@ -216,6 +216,20 @@ TEST_F(KnownTreeTests, ANodeInTheMiddleThatEndsLeavesThoseBelowAsRoots) {
     EXPECT_EQ(forcedBelow(top), Names{});
 }
 
+TEST_F(KnownTreeTests, ANodeThatLeavesIsBoundNoLongerByThoseAboveIt) {
+    const auto top = alloc<Companion>();
+    const auto leaf = alloc<Companion>();
+    top->setCustomZelStyleSchemeIdentifier("dark");
+    leaf->setParent(top);
+    listen(leaf, "leaf");
+    EXPECT_EQ(domain->styleFor(leaf), dark);
+    leaf->parent.reset();
+    leaf->node.leave();
+    EXPECT_EQ(domain->styleFor(leaf), plain);
+    domain->notifyForStyleChangeOf(nullptr, {});
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"leaf", plain, 1}}));
+}
+
 TEST_F(KnownTreeTests, AnObjectWithANodeIsNotAskedForItsParentEvenWhereLinksChangeMeanwhile) {
     const auto top = alloc<Companion>();
     const auto middle = alloc<Companion>();

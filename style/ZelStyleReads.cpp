@@ -12,9 +12,8 @@ std::optional<ZelAttributeValue>
 ZelStyle::effectiveValueForAttribute(const std::optional<std::string_view>& key) const {
     const PooledString* known = key ? attributeKeys().find(*key) : nullptr;
     if (known == nullptr) {
-        if (key) { // a key that no style has yet: reading it merges the values all the same
-            (void)ZelStyleInternals::predefinedSlot(*this, ZelStyleAttribute{});
-        }
+        // Nil, or a key that no style has yet: reading it merges the values all the same.
+        (void)ZelStyleInternals::predefinedSlot(*this, ZelStyleAttribute{});
         return std::nullopt;
     }
     AttributeSlot slot;

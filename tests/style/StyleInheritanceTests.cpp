@@ -91,11 +91,15 @@ TEST_F(StyleInheritanceTests, MergedValuesStayWhenOnlyTheParentIsWrittenTo) {
     EXPECT_EQ(parent->effectiveValueForAttribute("blueColor"), gray(0.75));
 }
 
-TEST_F(StyleInheritanceTests, AReadUnderAKeyThatNoStyleHasMergesTheValuesToo) {
+TEST_F(StyleInheritanceTests, AReadThatFindsNothingMergesTheValuesToo) {
     parent->setValue(gray(0.5), "blueColor");
     EXPECT_EQ(child->effectiveValueForAttribute("a key that nobody has written"), std::nullopt);
     parent->setValue(gray(0.75), "blueColor");
     EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5)) << "merged by the read";
+    child->setValue(gray(0.25), "paperColor");
+    EXPECT_EQ(child->effectiveValueForAttribute(std::nullopt), std::nullopt);
+    parent->setValue(gray(0.5), "blueColor");
+    EXPECT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.75)) << "under nil as well";
 }
 
 TEST_F(StyleInheritanceTests, AnOwnWriteMergesTheParentsPresentValuesAfresh) {

@@ -75,11 +75,8 @@ const Values& Style::effectiveValues() {
 }
 
 std::optional<Value> Style::effectiveValueForAttribute(const Id& key) {
-    if (!key) {
-        return std::nullopt;
-    }
-    const Values& merged = effectiveValues();
-    const auto found = merged.find(*key);
+    const Values& merged = effectiveValues(); // merged for a nil key as well
+    const auto found = key ? merged.find(*key) : merged.end();
     return found == merged.end() || std::holds_alternative<std::monostate>(found->second)
                ? std::nullopt
                : std::optional(found->second);

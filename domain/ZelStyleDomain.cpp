@@ -91,9 +91,9 @@ std::shared_ptr<ZelStyleScheme> ZelStyleDomain::currentScheme() const {
 }
 
 void ZelStyleDomain::setCurrentScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
-    std::shared_ptr<ZelStyleScheme> former = scheme; // these two end after the mutex is released
-    std::shared_ptr<ZelStyle> formerMain;
-    {
+    { // what is dropped ends after the mutex is released and before anybody is told
+        std::shared_ptr<ZelStyleScheme> former = scheme;
+        std::shared_ptr<ZelStyle> formerMain;
         const std::scoped_lock guard(state_->mutex);
         if (scheme == state_->currentScheme) {
             return;
@@ -101,8 +101,8 @@ void ZelStyleDomain::setCurrentScheme(const std::shared_ptr<ZelStyleScheme>& sch
         state_->currentScheme.swap(former);
         state_->mainStyle.swap(formerMain);
         ++state_->mainStyleDrops;
+        StyleLookupEpoch::advance();
     }
-    StyleLookupEpoch::advance();
     notifyForStyleChangeOf(nullptr, {.withEvent = ZelStyleChangeEventChanged});
 }
 

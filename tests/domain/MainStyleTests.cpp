@@ -110,5 +110,32 @@ TEST_F(MainStyleTests, AddingAMainStyleNotifiesNobody) {
     EXPECT_EQ(recorder.take(), StyleCalls{});
 }
 
+TEST_F(MainStyleTests, WhatASwitchLetsGoHasEndedWhenListenersAreTold) {
+    auto main = addStyle(domain->defaultScheme(), "main");
+    const auto child = addChildStyle(main, "child");
+    const std::weak_ptr<ZelStyle> formerMain = main;
+    EXPECT_EQ(domain->mainStyle(), main);
+    domain->defaultScheme()->removeStyle(main);
+    main.reset();
+    auto loose = alloc<ZelStyleScheme>()->initWithIdentifier("loose", domain);
+    const std::weak_ptr<ZelStyleScheme> formerScheme = loose;
+    std::vector<bool> ended;
+    const auto owner = makePlain();
+    addStyle(domain->lightScheme(), "main");
+    addStyle(loose, "main");
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, auto) {
+            ended.push_back(formerMain.expired() && child->parentStyle() == nullptr);
+            ended.push_back(formerScheme.expired());
+        },
+        owner);
+    EXPECT_EQ(std::exchange(ended, {}), (std::vector{false, false}));
+    domain->setCurrentScheme(loose);
+    loose.reset();
+    EXPECT_EQ(std::exchange(ended, {}), (std::vector{true, false}));
+    domain->setCurrentScheme(domain->lightScheme());
+    EXPECT_EQ(ended, (std::vector{true, true}));
+}
+
 } // namespace
 } // namespace zeltest

@@ -126,8 +126,10 @@ void Domain::setCurrentScheme(const Ref<Scheme>& scheme) {
     if (scheme == current_) {
         return;
     }
-    const auto outdatedScheme = std::exchange(current_, scheme);
-    const auto outdatedStyle = std::exchange(main_, nullptr);
+    { // what is dropped ends before anybody is told
+        const auto outdatedScheme = std::exchange(current_, scheme);
+        const auto outdatedStyle = std::exchange(main_, nullptr);
+    }
     notifyForStyleChangeOf(nullptr, {.withEvent = 1});
 }
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <new>
 
 namespace zel {
 inline namespace v1 {
@@ -80,8 +81,9 @@ std::shared_ptr<ZelStyle> mainStyleFor(const std::shared_ptr<ZelStyleScheme>& sc
     return alloc<ZelStyle>()->initWithIdentifier(ZelStyleIdentifierMain, scheme);
 }
 
-/// The light one stands in two schemes, the light and the default one.
-void addMainStyles(ZelStyleDomain& domain) {
+/// The light one stands in two schemes, the light and the default one. Once per process: small
+/// rather than fast.
+[[gnu::cold]] void addMainStyles(ZelStyleDomain& domain) {
     const auto light = mainStyleFor(domain.lightScheme());
     domain.defaultScheme()->addStyle(light);
     domain.lightScheme()->addStyle(light);
@@ -118,8 +120,11 @@ void ZelStyleDomain::setupStyles() {
         addMainStyles(*domain);
         hasStyles = true;
         domain->setSchemeFollowsSystem(true);
-    } catch (...) { // a handler's, when all is done; a provider's, or for want of memory, before
+    } catch (const std::bad_alloc&) { // it may not follow yet
         done = hasStyles && domain->schemeFollowsSystem();
+        throw;
+    } catch (...) { // a handler's, when all is done, or a provider's before
+        done = hasStyles;
         throw;
     }
 }

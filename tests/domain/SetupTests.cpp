@@ -213,6 +213,24 @@ TEST_F(SetupAfterExceptionTests, AHandlerThatRaisedDidSoWhenAllWasDone) {
     EXPECT_EQ(domain->lightScheme()->styleForIdentifier("main"), light);
 }
 
+TEST_F(SetupAfterExceptionTests, AHandlerThatEndedFollowingBeforeItRaisedIsNotOverruled) {
+    const auto failing = makePlain();
+    domain->registerChangeHandler(
+        [this](const auto&, const auto&, auto event) {
+            if (event != ZelStyleChangeEventInitial && domain->schemeFollowsSystem()) {
+                domain->setSchemeFollowsSystem(false);
+                throw std::runtime_error("not now");
+            }
+        },
+        failing);
+    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
+    const auto light = domain->lightScheme()->styleForIdentifier("main");
+    ASSERT_NE(light, nullptr);
+    ZelStyleDomain::setupStyles();
+    EXPECT_EQ(domain->lightScheme()->styleForIdentifier("main"), light);
+    EXPECT_FALSE(domain->schemeFollowsSystem());
+}
+
 TEST_F(SetupAfterExceptionTests, ARaisedSetupLeavesEveryLockFree) {
     whenFilling("light", [] { throw std::runtime_error("no colours"); });
     EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);

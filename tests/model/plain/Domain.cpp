@@ -98,15 +98,22 @@ void Domain::setupStyles() {
         return;
     }
     const auto domain = domainForIdentifier("default");
+    bool hasStyles = false;
     const auto make = [&](const char* scheme) {
         return std::make_shared<Style>()->initWithIdentifier(
             "main", domain->schemeForIdentifier(scheme), nullptr);
     };
-    const auto light = make("light");
-    domain->schemeForIdentifier("default")->addStyle(light);
-    domain->schemeForIdentifier("light")->addStyle(light);
-    domain->schemeForIdentifier("dark")->addStyle(make("dark"));
-    domain->setSchemeFollowsSystem(true);
+    try {
+        const auto light = make("light");
+        domain->schemeForIdentifier("default")->addStyle(light);
+        domain->schemeForIdentifier("light")->addStyle(light);
+        domain->schemeForIdentifier("dark")->addStyle(make("dark"));
+        hasStyles = true;
+        domain->setSchemeFollowsSystem(true);
+    } catch (...) { // what a provider kept from being made, the next setup makes
+        world().stylesAreSetUp = hasStyles;
+        throw;
+    }
 }
 
 Ref<Scheme> Domain::schemeForIdentifier(const Id& identifier) {

@@ -29,8 +29,8 @@ struct Judging {
     std::chrono::duration<double> patience; // until a lock that isn't free is one that was left
 };
 
-/// Plays a script on the library and on the model, step by step, and compares all that can be
-/// observed after each.
+/// Plays a script on the library and on the model, step by step, and compares after each what can
+/// be observed without changing it; what reading changes, where the script reads.
 Verdict judge(const Script& script, const Judging& judging);
 
 } // namespace zeltest

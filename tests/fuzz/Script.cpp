@@ -3,12 +3,15 @@
 
 #include "platform/text/TextWords.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <optional>
 
 namespace zelfuzz {
 namespace {
+
+bool isFuzzing = false; // else inputs are replayed
 
 constexpr std::size_t longestText = std::size_t{64} << 10;
 
@@ -114,12 +117,15 @@ TwoParts::TwoParts(std::string_view input) : first(input) {
     }
 }
 
-bool isOneOf([[maybe_unused]] std::uint64_t many, [[maybe_unused]] std::string_view input) {
-#ifdef ZELSTYLEKIT_FUZZING
-    return zel::TextWords::hashOf(input) % many == 0;
-#else
-    return true;
-#endif
+bool isOneOf(std::uint64_t many, std::string_view input) {
+    return !isFuzzing || zel::TextWords::hashOf(input) % many == 0;
 }
 
 } // namespace zelfuzz
+
+// libFuzzer calls it before anything else; what replays inputs without libFuzzer doesn't.
+extern "C" int LLVMFuzzerInitialize(const int* count, char*** arguments) {
+    const auto end = *arguments + *count;
+    zelfuzz::isFuzzing = std::find(*arguments, end, std::string_view("-runs=0")) == end;
+    return 0;
+}

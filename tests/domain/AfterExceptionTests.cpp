@@ -173,6 +173,83 @@ TEST_F(AfterExceptionTests, ObserversThatRaisedForChangingTheirTableLeaveDeliver
     EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c"}));
 }
 
+/// Raises, once each time it is told to, instead of answering.
+class Unsure : public Styled {
+public:
+    mutable bool raises = false;
+
+    std::shared_ptr<NSObject> parentZelStyleable() const override {
+        return answer(Styled::parentZelStyleable());
+    }
+    std::optional<std::string> domainIdentifierOfZelStyleable() const override {
+        return answer(Styled::domainIdentifierOfZelStyleable());
+    }
+    std::optional<std::vector<std::shared_ptr<NSObject>>> associatedZelStyleables() const override {
+        return answer(Styled::associatedZelStyleables());
+    }
+
+private:
+    template <class Answer>
+    Answer answer(Answer given) const {
+        if (std::exchange(raises, false)) {
+            throw Failure();
+        }
+        return given;
+    }
+};
+
+/// An object that raises when it is asked stands among those that don't.
+class AfterAnAnswerThatRaisedTests : public AfterExceptionTests {
+protected:
+    AfterAnAnswerThatRaisedTests() { unsure->parent = b; }
+
+    void registerIt() {
+        domain->registerChangeHandler(recorder.handler("unsure"), unsure);
+        recorder.take();
+    }
+
+    const std::shared_ptr<Unsure> unsure = alloc<Unsure>();
+};
+
+TEST_F(AfterAnAnswerThatRaisedTests, ItsParentIsAskedForAgainNextTime) {
+    registerIt();
+    unsure->raises = true;
+    EXPECT_THROW(domain->notifyForStyleChangeOf(a, {.force = true}), Failure);
+    recorder.take();
+    EXPECT_EQ(calledNext(a), (Names{"a", "b", "c", "unsure"}));
+    unsure->raises = true;
+    EXPECT_THROW((void)domain->styleFor(unsure), Failure);
+    EXPECT_EQ(domain->styleFor(unsure), main);
+    EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "unsure"}));
+}
+
+TEST_F(AfterAnAnswerThatRaisedTests, AtItsRegistrationItIsRegisteredAndNotCalled) {
+    unsure->raises = true;
+    EXPECT_THROW(domain->registerChangeHandler(recorder.handler("unsure"), unsure), Failure);
+    EXPECT_EQ(recorder.takeNames(), Names{});
+    EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "unsure"}));
+}
+
+TEST_F(AfterAnAnswerThatRaisedTests, ItsAssociatedObjectsAreServedNextTime) {
+    unsure->parent = nullptr;
+    unsure->associated = {{c}};
+    unsure->raises = true;
+    EXPECT_THROW(domain->notifyForStyleChangeOf(unsure, {.force = true}), Failure);
+    recorder.take();
+    EXPECT_EQ(calledNext(unsure), (Names{"c"}));
+}
+
+TEST_F(AfterAnAnswerThatRaisedTests, AnIdentifierIsKeptThoughItsDomainIsNotTold) {
+    registerIt();
+    const auto accent = addStyle(domain->defaultScheme(), "accent");
+    unsure->raises = true;
+    EXPECT_THROW(unsure->setCustomZelStyleIdentifier("accent"), Failure);
+    EXPECT_EQ(recorder.takeNames(), Names{});
+    EXPECT_EQ(unsure->customZelStyleIdentifier(), "accent");
+    runElsewhere([this] { domain->notifyForStyleChangeOf(nullptr, {}); });
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"unsure", accent, 1}}));
+}
+
 /// A second domain that follows the system, asked after the default one.
 class AfterExceptionInADrainTests : public AfterExceptionTests {
 protected:

@@ -98,6 +98,26 @@ TEST_F(CallbackTests, ACallbackMayProcess) {
     EXPECT_EQ(depth, 1);
 }
 
+TEST_F(CallbackTests, ACallbackMayAskThePortalAgain) {
+    int times = 0;
+    whenFollowing([&] {
+        ++times;
+        host->appearance->refresh();
+        portal->setScheme(1);
+    });
+    host->start();
+    EXPECT_TRUE(host->runUntilDark(true, {&*portal}));
+    EXPECT_EQ(times, 1);
+    EXPECT_EQ(portal->questions(), 2);
+}
+
+TEST_F(CallbackTests, ACallbackMayWaitForTheAnswerThatItHas) {
+    std::optional<ZelPortalStatus> awaited;
+    whenFollowing([&] { awaited = host->appearance->waitForFirstAnswer(1000ms); });
+    followDark();
+    EXPECT_EQ(awaited, ZelPortalStatus::Following);
+}
+
 TEST_F(CallbackTests, AnExceptionOfACallbackPassesAndFollowingGoesOn) {
     whenFollowing([] { throw std::runtime_error("the host's own"); });
     host->start();

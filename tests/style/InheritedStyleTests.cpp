@@ -92,6 +92,28 @@ TEST_F(InheritedStyleTests, AChildStandsInTheGivenSchemeOnceItsValuesAreThere) {
     EXPECT_EQ(child->identifier(), "child");
 }
 
+TEST_F(InheritedStyleTests, AChildsDomainIsThatOfTheGivenSchemeFromTheStart) {
+    const auto other = ZelStyleDomain::domainForIdentifier("terminal");
+    std::vector<std::shared_ptr<ZelStyleDomain>> domains;
+    const auto child = parent->inheritedStyleWithChanges(
+        [&](const Style&, const Style& made) { domains.push_back(made->domain()); }, "child",
+        other->darkScheme());
+    EXPECT_EQ(domains, (std::vector{other}));
+    EXPECT_EQ(child->domain(), other);
+}
+
+TEST_F(InheritedStyleTests, WhatTheFirstChangesReadStaysMergedAsTheyReadIt) {
+    parent->setBlueColor(NSColor::colorWithWhite(0.5, 1));
+    const auto child = parent->inheritedStyleWithChanges(
+        [](const Style& from, const Style& made) {
+            EXPECT_EQ(made->blueColor(), NSColor::colorWithWhite(0.5, 1));
+            from->setBlueColor(NSColor::colorWithWhite(0.75, 1));
+        },
+        "child", scheme);
+    EXPECT_EQ(child->blueColor(), NSColor::colorWithWhite(0.5, 1));
+    EXPECT_EQ(parent->blueColor(), NSColor::colorWithWhite(0.75, 1));
+}
+
 TEST_F(InheritedStyleTests, TheSameSchemeAndIdentifierAnswerTheSameChild) {
     const auto child = parent->inheritedStyleWithChanges(copyBlue(), "child", scheme);
     bool called = false;

@@ -54,6 +54,18 @@ TEST_F(ProviderSetupTests, CallbacksAreGivenTheSchemeNamedAtInitialisation) {
     EXPECT_EQ(given.back(), nullptr);
 }
 
+TEST_F(ProviderSetupTests, AStyleKnowsItsDomainAndNoParentWhenItIsFilled) {
+    const auto domain = ZelStyleDomain::domainForIdentifier("editor");
+    int filled = 0;
+    addProvider("icons", std::nullopt, [&](const Style& style, auto&&) {
+        ++filled;
+        EXPECT_EQ(style->domain(), domain);
+        EXPECT_EQ(style->parentStyle(), nullptr);
+    });
+    (void)makeRoot(domain->darkScheme());
+    EXPECT_EQ(filled, 1);
+}
+
 TEST_F(ProviderSetupTests, ASetupMovesNoCounterAndCallsNoObserver) {
     const auto domain = ZelStyleDomain::domainForIdentifier("editor");
     const auto owner = makePlain();

@@ -95,6 +95,18 @@ TEST_F(StyleReadTests, AReadWaitsForNoUpdate) {
     });
 }
 
+TEST_F(StyleReadTests, ASeedIsReadWithoutALock) {
+    style->updateStyleWithChanges(nullptr);
+    child->updateStyleWithChanges(nullptr);
+    for (const Style& each : {style, child}) {
+        for (RecursiveLock* const lock : {&ZelStyleInternals::state(*each).updateLock,
+                                          &ZelStyleInternals::state(*each).valuesLock}) {
+            const RecursiveGuard guard(*lock);
+            runElsewhere([this] { EXPECT_EQ(child->seed(), 2U); });
+        }
+    }
+}
+
 TEST_F(StyleReadTests, AStyleThatNobodyReadsMergesNothing) {
     child->setValue(gray(0.5), "blueColor");
     child->updateStyleWithChanges(nullptr);

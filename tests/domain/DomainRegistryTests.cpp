@@ -161,6 +161,23 @@ TEST_F(DomainRegistryTests, ThreadsThatAskAtOnceGetOneDomain) {
     }
 }
 
+TEST_F(DomainRegistryTests, ADomainHasItsSchemeButNoIdentifierYetWhileItsInitRuns) {
+    class Particular : public ZelStyleDomain {
+    public:
+        std::optional<std::string> during = "not asked";
+        std::shared_ptr<NSObject> init() override {
+            const auto self = ZelStyleDomain::init();
+            during = domainIdentifier();
+            EXPECT_EQ(currentScheme(), defaultScheme());
+            return self;
+        }
+    };
+    const auto particular = alloc<Particular>();
+    EXPECT_EQ(particular->initWithDomainIdentifier("editor"), particular);
+    EXPECT_EQ(particular->during, std::nullopt);
+    EXPECT_EQ(particular->domainIdentifier(), "editor");
+}
+
 TEST_F(DomainRegistryTests, ADomainWhoseInitFailsIsNil) {
     class FailingDomain : public ZelStyleDomain {
         std::shared_ptr<NSObject> init() override { return nullptr; }

@@ -197,5 +197,24 @@ TEST_F(FollowingTests, AHandlerOfTheSwitchMayEndTheFollowing) {
     EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
 }
 
+TEST(FollowingSchemeTests, FollowingMakesTheLightSchemeAndTheDarkOneWhenItIsDark) {
+    const auto makes = [](const std::shared_ptr<ZelStyleDomain>& domain) {
+        return std::pair(ZelStyleDomainInternals::hasScheme(*domain, "light"),
+                         ZelStyleDomainInternals::hasScheme(*domain, "dark"));
+    };
+    const auto domain = alloc<ZelStyleDomain>()->initWithDomainIdentifier("loose");
+    EXPECT_EQ(makes(domain), std::pair(false, false));
+    domain->setSchemeFollowsSystem(true);
+    EXPECT_EQ(makes(domain), std::pair(true, false));
+    domain->setSchemeFollowsSystem(false);
+    EXPECT_EQ(makes(domain), std::pair(true, false));
+    const auto tracker = ZelStyleSystemAppearance::sharedSystemAppearance();
+    tracker->setCurrentAppearanceType(1);
+    domain->setSchemeFollowsSystem(true);
+    EXPECT_EQ(makes(domain), std::pair(true, true));
+    tracker->setCurrentAppearanceType(0);
+    NSMainQueue::mainQueue().drain();
+}
+
 } // namespace
 } // namespace zeltest

@@ -54,6 +54,54 @@ TEST_F(RegistrationTests, ANewHandlerIsCalledAtOnceWithTheOwnersStyle) {
     EXPECT_EQ(owner->lastZelStyle(), dark->token());
 }
 
+/// An object that does something whenever it is asked for its parent.
+class Asked : public Styled {
+public:
+    std::function<void()> whenAsked;
+    std::shared_ptr<NSObject> parentZelStyleable() const override {
+        if (whenAsked) {
+            whenAsked();
+        }
+        return Styled::parentZelStyleable();
+    }
+};
+
+TEST_F(RegistrationTests, AnOwnerStandsInItsTableAndNothingIsLockedWhenItIsAskedForItsParent) {
+    const auto asked = alloc<Asked>();
+    std::vector<std::size_t> registered;
+    asked->whenAsked = [&] {
+        registered.push_back(ZelStyleDomainInternals::owners(*domain));
+        registered.push_back(ZelStyleDomainInternals::objects(*domain));
+        EXPECT_TRUE(ZelStyleDomainInternals::ownersAreFree(*domain));
+        EXPECT_TRUE(ZelStyleDomainInternals::objectsAreFree(*domain));
+    };
+    domain->registerChangeHandler(recorder.handler("owner"), asked);
+    EXPECT_EQ(std::exchange(registered, {}), (std::vector<std::size_t>{1, 0}));
+    domain->registerChangeHandler(asked);
+    EXPECT_EQ(registered, (std::vector<std::size_t>{1, 1}));
+}
+
+TEST_F(RegistrationTests, AnOwnerUnregisteredWhileItIsAskedIsToldOnceAndForgotten) {
+    const auto asked = alloc<Asked>();
+    asked->whenAsked = [&] { domain->unregisterChangeHandlersWithOwner(asked); };
+    domain->registerChangeHandler(recorder.handler("owner"), asked);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", plain, 0}}));
+    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+    forceAll();
+    EXPECT_EQ(recorder.take(), StyleCalls{});
+}
+
+TEST_F(RegistrationTests, ANotificationWhileAnOwnerIsAskedComesBeforeItsFirstCall) {
+    const auto asked = alloc<Asked>();
+    asked->whenAsked = [&] {
+        if (std::exchange(asked->whenAsked, nullptr)) {
+            forceAll();
+        }
+    };
+    domain->registerChangeHandler(recorder.handler("owner"), asked);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", plain, 1}, {"owner", plain, 0}}));
+}
+
 TEST_F(RegistrationTests, ANewHandlerIsCalledEvenWhereItsStyleWasDeliveredBefore) {
     owner->setLastZelStyle(plain);
     domain->registerChangeHandler(recorder.handler("owner"), owner);

@@ -142,6 +142,18 @@ TEST_F(SchemeTests, AStyleMissingFromTheCurrentSchemeIsFoundInTheDefaultOne) {
     EXPECT_EQ(domain->styleForIdentifier("cover"), lightCover);
 }
 
+TEST_F(SchemeTests, LookingForAStyleMakesNoDefaultScheme) {
+    const auto former = std::exchange(ZelStyleSchemeIdentifierDefault, "elsewhere");
+    EXPECT_EQ(domain->styleForIdentifier("main"), nullptr);
+    domain->setCurrentScheme(nullptr);
+    EXPECT_EQ(domain->styleForIdentifier("main"), nullptr);
+    EXPECT_FALSE(ZelStyleDomainInternals::hasScheme(*domain, "elsewhere"));
+    const auto found = addStyle(domain->defaultScheme(), "main");
+    EXPECT_EQ(found->scheme()->identifier(), "elsewhere");
+    EXPECT_EQ(domain->styleForIdentifier("main"), found);
+    ZelStyleSchemeIdentifierDefault = former;
+}
+
 TEST_F(SchemeTests, AStyleOfTheDarkSchemeAloneIsNotFoundWhileLightIsCurrent) {
     const auto cover = addStyle(domain->darkScheme(), "cover");
     domain->setCurrentScheme(domain->lightScheme());

@@ -70,6 +70,23 @@ TEST_F(SetupTests, ADarkSystemMakesDarkCurrentAtOnce) {
     EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
 }
 
+TEST_F(SetupTests, TheLightStyleStandsInItsSchemesBeforeTheDarkOneIsFilled) {
+    const ProvidersRestored restored;
+    Names filled;
+    addProvider("looking", std::nullopt, [&](const auto&, const auto& scheme) {
+        filled.push_back(scheme->identifier().value_or(""));
+        const auto light = domain->lightScheme()->styleForIdentifier("main");
+        EXPECT_EQ(light != nullptr, filled.size() == 2);
+        EXPECT_EQ(domain->defaultScheme()->styleForIdentifier("main"), light);
+        EXPECT_EQ(domain->darkScheme()->styleForIdentifier("main"), nullptr);
+        EXPECT_FALSE(domain->schemeFollowsSystem());
+        EXPECT_EQ(domain->currentScheme(), domain->defaultScheme());
+    });
+    ZelStyleDomain::setupStyles();
+    EXPECT_EQ(filled, (Names{"light", "dark"}));
+    EXPECT_TRUE(domain->schemeFollowsSystem());
+}
+
 TEST_F(SetupTests, ListenersHearOfItOnce) {
     Recorder recorder;
     const auto owner = makePlain();

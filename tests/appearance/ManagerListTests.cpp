@@ -196,7 +196,14 @@ TEST_F(ManagerList, TheListIsNotLockedWhileHandlersRun) {
     seen.clear();
     manager->setActiveModeIdentifier("always-dark");
     ASSERT_EQ(seen.size(), 1U);
-    EXPECT_EQ(seen[0]->identifier(), "always-dark");
+    const auto chosen = seen[0];
+    EXPECT_EQ(chosen->identifier(), "always-dark");
+    manager->removeMode(chosen);
+    ASSERT_EQ(seen.size(), 2U);
+    EXPECT_EQ(seen[1]->identifier(), "always-light");
+    manager->addMode(chosen);
+    ASSERT_EQ(seen.size(), 3U);
+    EXPECT_EQ(seen[2], chosen);
 }
 
 TEST_F(ManagerList, AHandlersExceptionPassesAndEveryLockIsFree) {

@@ -3,6 +3,8 @@
 // wants a process of its own, and is skipped in one that has its application.
 #include <ZelStyleKit/NSApplication.h>
 #include <ZelStyleKit/NSMainQueue.h>
+#include <ZelStyleKit/ZelStyleDomain.h>
+#include <ZelStyleKit/ZelStyleScheme.h>
 #include <ZelStyleKit/ZelStyleSystemAppearance.h>
 
 #include <gtest/gtest.h>
@@ -55,6 +57,32 @@ TEST_F(NoApplication, DeterminingOnceTheApplicationIsThereBringsTheTrackerUpToDa
     tracker->determineFromSystemAppearance();
     EXPECT_EQ(tracker->currentAppearanceType(), 1U);
     EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 1U);
+}
+
+TEST_F(NoApplication, ADomainThatFollowsIsLightUntilTheSharedTrackerLooksAgain) {
+    const auto domain = zel::alloc<zel::ZelStyleDomain>()->initWithDomainIdentifier("loose");
+    domain->setSchemeFollowsSystem(true);
+    EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
+    makeSystemDark();
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 0U);
+    EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
+    const auto tracker = zel::ZelStyleSystemAppearance::sharedSystemAppearance();
+    tracker->determineFromSystemAppearance();
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 1U);
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+    tracker->setCurrentAppearanceType(0);
+}
+
+TEST_F(NoApplication, NothingObservesTheSystemBeforeADomainBeginsToFollowIt) {
+    makeSystemDark();
+    const auto domain = zel::alloc<zel::ZelStyleDomain>()->initWithDomainIdentifier("loose");
+    domain->setCurrentScheme(domain->lightScheme());
+    domain->setSchemeFollowsSystem(false);
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 0U) << "no tracker has found it dark";
+    domain->setSchemeFollowsSystem(true);
+    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
+    EXPECT_EQ(zel::NSMainQueue::mainQueue().drain(), 1U);
+    zel::ZelStyleSystemAppearance::sharedSystemAppearance()->setCurrentAppearanceType(0);
 }
 
 TEST_F(NoApplication, ATrackerMayEndBeforeTheApplicationComesOrAfterIt) {

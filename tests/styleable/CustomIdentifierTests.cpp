@@ -155,6 +155,29 @@ TEST_F(CustomIdentifiers, TheNotificationGoesToTheDomainThatTheObjectNames) {
     EXPECT_EQ(recorder.take(), (StyleCalls{{"its own", otherAccent, 1}}));
 }
 
+/// Belongs to the domain that its own style identifier names.
+class Wanderer : public Target {
+public:
+    std::optional<std::string> domainIdentifierOfZelStyleable() const override {
+        return customZelStyleIdentifier();
+    }
+};
+
+TEST_F(CustomIdentifiers, TheDomainIsAskedForOnceTheIdentifierIsInPlace) {
+    const auto wanderer = zel::alloc<Wanderer>();
+    const auto next = zel::ZelStyleDomain::domainForIdentifier("next");
+    const auto its = addStyle(next->defaultScheme(), "main");
+    const auto named = addStyle(next->defaultScheme(), "next");
+    next->registerChangeHandler(recorder.handler("next"), wanderer);
+    domain->registerChangeHandler(recorder.handler("default"), wanderer);
+    recorder.take();
+    wanderer->setCustomZelStyleIdentifier("next");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"next", named, 1}}));
+    wanderer->setCustomZelStyleIdentifier(std::nullopt);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"default", main, 1}}));
+    EXPECT_EQ(next->styleFor(wanderer), its);
+}
+
 TEST_F(CustomIdentifiers, ADomainThatDoesNotExistYetIsMadeForTheNotification) {
     const auto elsewhere = zel::alloc<Target>();
     elsewhere->domainIdentifier = "not yet made";

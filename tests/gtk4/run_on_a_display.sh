@@ -40,8 +40,6 @@ export DISPLAY=":$display" HOME="$work/home" XDG_CONFIG_HOME="$work/home" \
     XDG_DATA_HOME="$work/home" XDG_CACHE_HOME="$work/home" \
     GDK_BACKEND=x11 GSK_RENDERER=cairo GTK_A11Y=none GSETTINGS_BACKEND=memory \
     DBUS_SESSION_BUS_ADDRESS="unix:path=$work/nobody"
-# What GTK and the libraries below it keep for good is no leak of ours.
-export ASAN_OPTIONS="${ASAN_OPTIONS:+$ASAN_OPTIONS:}detect_leaks=0"
 unset WAYLAND_DISPLAY GTK_THEME XDG_CURRENT_DESKTOP
 # Before a test's own time is over: whoever ends it then leaves this no time to clean up.
 timeout --foreground --kill-after=5 110 "$@"

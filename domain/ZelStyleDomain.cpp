@@ -91,7 +91,8 @@ std::shared_ptr<ZelStyleScheme> ZelStyleDomain::currentScheme() const {
 }
 
 void ZelStyleDomain::setCurrentScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
-    { // what is dropped ends after the mutex is released and before anybody is told
+    const auto self = weak_from_this().lock(); // what is dropped may hold the last reference
+    { // it ends after the mutex is released and before anybody is told
         std::shared_ptr<ZelStyleScheme> former = scheme;
         std::shared_ptr<ZelStyle> formerMain;
         const std::scoped_lock guard(state_->mutex);

@@ -207,6 +207,39 @@ TEST_F(DomainEndTests, AWalkGoesOnWhereAHandlerTakesTheDomainsLastReferenceAway)
     EXPECT_TRUE(weak.expired());
 }
 
+/// Does something when it ends.
+class LastWill {
+public:
+    explicit LastWill(std::function<void()> act) : act_(std::move(act)) {}
+    LastWill(const LastWill&) = delete;
+    LastWill& operator=(const LastWill&) = delete;
+    ~LastWill() { act_(); }
+
+private:
+    const std::function<void()> act_;
+};
+
+TEST_F(DomainEndTests, ASwitchGoesOnWhereTheStyleThatItLetsGoTakesTheLastReferenceAway) {
+    auto domain = ZelStyleDomain::domainForIdentifier("editor");
+    const std::weak_ptr<ZelStyleDomain> weak = domain;
+    auto former = addStyle(domain->defaultScheme(), "main");
+    const auto next = addStyle(domain->darkScheme(), "main");
+    domain->registerChangeHandler(recorder.handler("owner"), owner);
+    former->addStyleUpdateObserver([will = std::make_shared<LastWill>([&] {
+                                        domain.reset();
+                                        reset();
+                                    })](auto&&...) {},
+                                   owner, false);
+    ASSERT_EQ(domain->mainStyle(), former);
+    domain->defaultScheme()->removeStyle(former);
+    former.reset();
+    recorder.take();
+    ZelStyleDomain* const borrowed = domain.get();
+    borrowed->setCurrentScheme(borrowed->darkScheme());
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", next, 1}}));
+    EXPECT_TRUE(weak.expired());
+}
+
 TEST_F(DomainEndTests, AnExceptionOfAHandlerThatAnEndingDomainCallsGoesNowhere) {
     bool throws = false;
     const std::weak_ptr<ZelStyleDomain> weak = followInTheDark("editor", [&] {

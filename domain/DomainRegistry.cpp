@@ -81,8 +81,8 @@ std::shared_ptr<ZelStyle> mainStyleFor(const std::shared_ptr<ZelStyleScheme>& sc
     return alloc<ZelStyle>()->initWithIdentifier(ZelStyleIdentifierMain, scheme);
 }
 
-/// The light one stands in two schemes, the light and the default one. Once per process: small
-/// rather than fast.
+/// The light one stands in two schemes, the light and the default one. Hardly ever called: told to
+/// be small, it takes a kilobyte less of a file that is compiled for speed.
 [[gnu::cold]] void addMainStyles(ZelStyleDomain& domain) {
     const auto light = mainStyleFor(domain.lightScheme());
     domain.defaultScheme()->addStyle(light);
@@ -120,7 +120,7 @@ void ZelStyleDomain::setupStyles() {
         addMainStyles(*domain);
         hasStyles = true;
         domain->setSchemeFollowsSystem(true);
-    } catch (const std::bad_alloc&) { // it may not follow yet
+    } catch (const std::bad_alloc&) { // a handler's as well, or it doesn't follow yet
         done = hasStyles && domain->schemeFollowsSystem();
         throw;
     } catch (...) { // a handler's, when all is done, or a provider's before

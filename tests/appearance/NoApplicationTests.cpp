@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Before anybody asks for the application object, which happens once in a process: each of these
-// wants a process of its own, and is skipped in one that has its application.
+// wants a process of its own, and is skipped in one that has its application. Those that make the
+// shared tracker leave one that observes nothing, which spoils the process for other tests.
 #include <ZelStyleKit/NSApplication.h>
 #include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/ZelStyleDomain.h>

@@ -173,25 +173,27 @@ TEST_F(AfterExceptionTests, ObserversThatRaisedForChangingTheirTableLeaveDeliver
     EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c"}));
 }
 
-/// Raises, once each time it is told to, instead of answering.
+/// Raises, once each time it is told to, instead of answering what it is told.
 class Unsure : public Styled {
 public:
-    mutable bool raises = false;
+    enum class Question { None, Parent, Domain, Associated };
+    mutable Question raisesAt = Question::None;
 
     std::shared_ptr<NSObject> parentZelStyleable() const override {
-        return answer(Styled::parentZelStyleable());
+        return answer(Question::Parent, Styled::parentZelStyleable());
     }
     std::optional<std::string> domainIdentifierOfZelStyleable() const override {
-        return answer(Styled::domainIdentifierOfZelStyleable());
+        return answer(Question::Domain, Styled::domainIdentifierOfZelStyleable());
     }
     std::optional<std::vector<std::shared_ptr<NSObject>>> associatedZelStyleables() const override {
-        return answer(Styled::associatedZelStyleables());
+        return answer(Question::Associated, Styled::associatedZelStyleables());
     }
 
 private:
     template <class Answer>
-    Answer answer(Answer given) const {
-        if (std::exchange(raises, false)) {
+    Answer answer(Question question, Answer given) const {
+        if (raisesAt == question) {
+            raisesAt = Question::None;
             throw Failure();
         }
         return given;
@@ -213,18 +215,18 @@ protected:
 
 TEST_F(AfterAnAnswerThatRaisedTests, ItsParentIsAskedForAgainNextTime) {
     registerIt();
-    unsure->raises = true;
+    unsure->raisesAt = Unsure::Question::Parent;
     EXPECT_THROW(domain->notifyForStyleChangeOf(a, {.force = true}), Failure);
     recorder.take();
     EXPECT_EQ(calledNext(a), (Names{"a", "b", "c", "unsure"}));
-    unsure->raises = true;
+    unsure->raisesAt = Unsure::Question::Parent;
     EXPECT_THROW((void)domain->styleFor(unsure), Failure);
     EXPECT_EQ(domain->styleFor(unsure), main);
     EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "unsure"}));
 }
 
 TEST_F(AfterAnAnswerThatRaisedTests, AtItsRegistrationItIsRegisteredAndNotCalled) {
-    unsure->raises = true;
+    unsure->raisesAt = Unsure::Question::Parent;
     EXPECT_THROW(domain->registerChangeHandler(recorder.handler("unsure"), unsure), Failure);
     EXPECT_EQ(recorder.takeNames(), Names{});
     EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "unsure"}));
@@ -233,7 +235,7 @@ TEST_F(AfterAnAnswerThatRaisedTests, AtItsRegistrationItIsRegisteredAndNotCalled
 TEST_F(AfterAnAnswerThatRaisedTests, ItsAssociatedObjectsAreServedNextTime) {
     unsure->parent = nullptr;
     unsure->associated = {{c}};
-    unsure->raises = true;
+    unsure->raisesAt = Unsure::Question::Associated;
     EXPECT_THROW(domain->notifyForStyleChangeOf(unsure, {.force = true}), Failure);
     recorder.take();
     EXPECT_EQ(calledNext(unsure), (Names{"c"}));
@@ -242,7 +244,7 @@ TEST_F(AfterAnAnswerThatRaisedTests, ItsAssociatedObjectsAreServedNextTime) {
 TEST_F(AfterAnAnswerThatRaisedTests, AnIdentifierIsKeptThoughItsDomainIsNotTold) {
     registerIt();
     const auto accent = addStyle(domain->defaultScheme(), "accent");
-    unsure->raises = true;
+    unsure->raisesAt = Unsure::Question::Domain;
     EXPECT_THROW(unsure->setCustomZelStyleIdentifier("accent"), Failure);
     EXPECT_EQ(recorder.takeNames(), Names{});
     EXPECT_EQ(unsure->customZelStyleIdentifier(), "accent");

@@ -197,7 +197,10 @@ TEST_F(FollowingTests, AHandlerOfTheSwitchMayEndTheFollowing) {
     EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
 }
 
-TEST(FollowingSchemeTests, FollowingMakesTheLightSchemeAndTheDarkOneWhenItIsDark) {
+/// A domain that has neither scheme yet.
+class FollowingSchemeTests : public StylingTests {};
+
+TEST_F(FollowingSchemeTests, FollowingMakesTheLightSchemeAndTheDarkOneWhenItIsDark) {
     const auto makes = [](const std::shared_ptr<ZelStyleDomain>& domain) {
         return std::pair(ZelStyleDomainInternals::hasScheme(*domain, "light"),
                          ZelStyleDomainInternals::hasScheme(*domain, "dark"));
@@ -208,12 +211,9 @@ TEST(FollowingSchemeTests, FollowingMakesTheLightSchemeAndTheDarkOneWhenItIsDark
     EXPECT_EQ(makes(domain), std::pair(true, false));
     domain->setSchemeFollowsSystem(false);
     EXPECT_EQ(makes(domain), std::pair(true, false));
-    const auto tracker = ZelStyleSystemAppearance::sharedSystemAppearance();
-    tracker->setCurrentAppearanceType(1);
+    makeSystemDark();
     domain->setSchemeFollowsSystem(true);
     EXPECT_EQ(makes(domain), std::pair(true, true));
-    tracker->setCurrentAppearanceType(0);
-    NSMainQueue::mainQueue().drain();
 }
 
 } // namespace

@@ -11,7 +11,11 @@
 namespace zelfuzz {
 namespace {
 
-bool isFuzzing = false; // else inputs are replayed
+/// Whether inputs are made up; else they are replayed.
+bool& isFuzzing() {
+    static bool is = false;
+    return is;
+}
 
 constexpr std::size_t longestText = std::size_t{64} << 10;
 
@@ -118,7 +122,7 @@ TwoParts::TwoParts(std::string_view input) : first(input) {
 }
 
 bool isOneOf(std::uint64_t many, std::string_view input) {
-    return !isFuzzing || zel::TextWords::hashOf(input) % many == 0;
+    return !isFuzzing() || zel::TextWords::hashOf(input) % many == 0;
 }
 
 } // namespace zelfuzz
@@ -126,6 +130,6 @@ bool isOneOf(std::uint64_t many, std::string_view input) {
 // libFuzzer calls it before anything else; what replays inputs without libFuzzer doesn't.
 extern "C" int LLVMFuzzerInitialize(const int* count, char*** arguments) {
     const auto end = *arguments + *count;
-    zelfuzz::isFuzzing = std::find(*arguments, end, std::string_view("-runs=0")) == end;
+    zelfuzz::isFuzzing() = std::find(*arguments, end, std::string_view("-runs=0")) == end;
     return 0;
 }

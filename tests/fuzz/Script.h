@@ -46,8 +46,8 @@ struct TwoParts {
     std::string_view second;
 };
 
-/// Whether an input is one of those that get the slow checks as well. Every one does when seeds are
-/// replayed; a fuzzer takes one of so many, always the same ones.
+/// Whether an input is one of those that get the slow checks as well. Every one does when inputs
+/// are replayed (by libFuzzer: with -runs=0); else it is one of so many, always the same ones.
 [[nodiscard]] bool isOneOf(std::uint64_t many, std::string_view input);
 
 } // namespace zelfuzz

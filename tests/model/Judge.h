@@ -30,7 +30,7 @@ struct Judging {
 };
 
 /// Plays a script on the library and on the model, step by step, and compares after each what can
-/// be observed without changing it; what reading changes, where the script reads.
+/// be observed without changing it; what reading changes, where the script reads, and at its end.
 Verdict judge(const Script& script, const Judging& judging);
 
 } // namespace zeltest

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Styling.h"
+
 #include <ZelStyleKit/NSColor.h>
 
 #include <gtest/gtest.h>
@@ -124,9 +126,27 @@ TEST(ColorEffects, WhatIsNotANumberPassesScalingAndClamping) {
         EXPECT_FALSE(std::isnan(result[2])) << effect;
         EXPECT_TRUE(std::isnan(result[3])) << effect;
     }
+    const NSColor others = NSColor::colorWithSRGBRed(0.5, notANumber, notANumber, 1);
+    for (const unsigned long effect : {1UL, 2UL, 3UL, 4UL, 5UL}) {
+        const NSColor::Components result =
+            others.colorWithZelStyleEffect(effect, false).components();
+        EXPECT_FALSE(std::isnan(result[0])) << effect;
+        EXPECT_TRUE(std::isnan(result[1])) << effect;
+        EXPECT_TRUE(std::isnan(result[2])) << effect;
+        EXPECT_FALSE(std::isnan(result[3])) << effect;
+    }
     const NSColor grey = NSColor::colorWithWhite(notANumber, 1).colorWithZelStyleEffect(1, false);
     EXPECT_TRUE(std::isnan(grey.components()[0]));
     EXPECT_EQ(grey.components()[3], 1);
+}
+
+TEST(ColorEffects, WhatIsInfiniteIsClamped) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const NSColor color = NSColor::colorWithSRGBRed(infinity, -infinity, 0.5, infinity);
+    for (const bool dark : {false, true}) {
+        EXPECT_EQ(color.colorWithZelStyleEffect(7, dark), NSColor::colorWithSRGBRed(1, 0, 0.5, 1));
+    }
+    expectSRGB(color.colorWithZelStyleEffect(1, false), 1, 0, 0.45, 1);
 }
 
 TEST(ColorEffects, AZeroKeepsItsSign) {
@@ -174,7 +194,16 @@ TEST(ColorEffects, AColourWithoutAnRGBFormBecomesTransparentBlack) {
     }
 }
 
-TEST(ColorEffects, TheShortFormIsNeverDark) {
+/// In the dark: the system is, and so is the current scheme.
+class ColorEffectsInTheDark : public zeltest::StylingTests {
+protected:
+    ColorEffectsInTheDark() {
+        makeSystemDark();
+        zel::ZelStyleDomain::defaultDomain()->setSchemeFollowsSystem(true);
+    }
+};
+
+TEST_F(ColorEffectsInTheDark, TheShortFormIsNeverDark) {
     const NSColor white = NSColor::colorWithSRGBRed(1, 1, 1, 1);
     EXPECT_EQ(white.colorWithZelStyleEffect(1), NSColor::colorWithSRGBRed(0.9, 0.9, 0.9, 1));
     EXPECT_EQ(white.colorWithZelStyleEffect(2), NSColor::colorWithSRGBRed(0.8, 0.8, 0.8, 1));

@@ -185,19 +185,18 @@ TEST_F(PresetTests, EveryCopyFollowsItsSourceInItsScheme) {
     }
 }
 
-TEST_F(PresetTests, SelectedBackgroundsAreEffectsOnThePresetBackground) {
-    const NSColor background = sRGB(0.5, 0.6, 0.7, 0.8);
-    presetBefore("main", [&](ZelStyle& style) {
-        style.setBackgroundColor(background);
-        style.setGrayColor9(background);
-        style.setWhiteColor(background);
+TEST_F(PresetTests, SelectedBackgroundsAreEffectsOnThePresetColours) {
+    presetBefore("main", [](ZelStyle& style) {
+        style.setBackgroundColor(sRGB(0.5, 0.6, 0.7, 0.8));
+        style.setGrayColor9(sRGB(0.3, 0.3, 0.3, 1));
+        style.setWhiteColor(sRGB(0.2, 0.4, 0.6, 0.8));
     });
     const auto dark = makeStyle("dark");
     expectColor(*dark, "tableBackgroundSelectedColor", sRGB(0.55, 0.66, 0.77, 0.8));
-    expectColor(*dark, "overlayTableBackgroundSelectedColor", sRGB(0.55, 0.66, 0.77, 0.8));
+    expectColor(*dark, "overlayTableBackgroundSelectedColor", sRGB(0.33, 0.33, 0.33, 1));
     const auto light = makeStyle("light");
     expectColor(*light, "tableBackgroundSelectedColor", sRGB(0.45, 0.54, 0.63, 0.8));
-    expectColor(*light, "overlayTableBackgroundSelectedColor", sRGB(0.45, 0.54, 0.63, 0.8));
+    expectColor(*light, "overlayTableBackgroundSelectedColor", sRGB(0.18, 0.36, 0.54, 0.8));
 }
 
 TEST_F(PresetTests, ThePaletteGoesByTheSchemeAndNotByTheStyleType) {

@@ -56,6 +56,28 @@ TEST_F(StyleTypeTests, ANumberOfAnotherKindIsReadAsAnUnsignedOne) {
     expectType(false, false, false);
 }
 
+TEST_F(StyleTypeTests, AllBitsOfTheNumberCount) {
+    for (const std::uint64_t low : {0U, 1U, 2U}) {
+        style->setStyleType(NSNumber::numberWithUnsignedLong((std::uint64_t{1} << 32) + low));
+        expectType(false, false, false);
+    }
+}
+
+TEST_F(StyleTypeTests, ATypedWriteStoresTheNumberAsItIsUnderItsKeyAlone) {
+    for (const NSNumber& number :
+         {NSNumber::numberWithUnsignedLong(7), NSNumber::numberWithLong(-1),
+          NSNumber::numberWithDouble(1.75), NSNumber::numberWithBool(true)}) {
+        style->setStyleType(number);
+        EXPECT_EQ(style->styleType(), number);
+        EXPECT_EQ(style->valueForAttribute("styleType"), ZelAttributeValue(number));
+        EXPECT_EQ(style->effectiveValues()->size(), 1U);
+    }
+    style->setStyleType(std::nullopt);
+    const auto stored = style->valueForAttribute("styleType");
+    ASSERT_TRUE(stored);
+    EXPECT_TRUE(stored->isNull());
+}
+
 TEST_F(StyleTypeTests, ATypeThatIsNoNumberReadsAsCustom) {
     style->setValue(ZelAttributeValue(white(0.5)), "styleType");
     EXPECT_EQ(style->styleType(), std::nullopt);

@@ -1,66 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/domain/AfterExceptionFixture.h"
 #include "tests/support/Providers.h"
-#include "tests/support/Recorder.h"
-#include "tests/support/Watchdog.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
-
-#include <stdexcept>
 
 namespace zeltest {
 namespace {
 
 using namespace zel;
-
-struct Failure : std::runtime_error {
-    Failure() : std::runtime_error("on purpose") {}
-};
-
-/// A handler changes the tables, then raises; whatever comes next finds them as they were left.
-class AfterExceptionTests : public StylingTests {
-protected:
-    AfterExceptionTests() {
-        for (const auto& [name, owner] :
-             {std::pair("a", a), std::pair("b", b), std::pair("c", c)}) {
-            domain->registerChangeHandler(
-                recorder.handler(name, [this, which = name] { act(which); }), owner);
-        }
-        recorder.take();
-    }
-
-    void act(const std::string& name) {
-        if (name == acting) {
-            acting.clear(); // once
-            if (action) {
-                action();
-            }
-            throw Failure();
-        }
-    }
-    /// Has a listener do something and raise in a forced notification to all or to a target.
-    void raiseIn(const std::string& name, std::function<void()> then,
-                 const std::shared_ptr<NSObject>& target = nullptr) {
-        acting = name;
-        action = std::move(then);
-        EXPECT_THROW(domain->notifyForStyleChangeOf(target, {.force = true}), Failure);
-        recorder.take();
-    }
-    /// Who is called next, by a notification that another thread sends.
-    Names calledNext(const std::shared_ptr<NSObject>& target = nullptr) {
-        runElsewhere([&] { domain->notifyForStyleChangeOf(target, {.force = true}); });
-        return recorder.takeNames();
-    }
-
-    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
-    const std::shared_ptr<ZelStyle> main = addStyle(domain->defaultScheme(), "main");
-    const std::shared_ptr<ZelStyle> dark = addStyle(domain->darkScheme(), "main");
-    std::shared_ptr<Styled> a = makeStyled();
-    std::shared_ptr<Styled> b = makeStyled(a);
-    std::shared_ptr<Styled> c = makeStyled(b);
-    Recorder recorder;
-    std::string acting;
-    std::function<void()> action;
-};
 
 TEST_F(AfterExceptionTests, AListenerUnregisteredBeforeItStaysAway) {
     raiseIn("b", [this] { domain->unregisterChangeHandlersWithOwner(a); });
@@ -171,85 +118,6 @@ TEST_F(AfterExceptionTests, ObserversThatRaisedForChangingTheirTableLeaveDeliver
     runElsewhere([this] { main->updateStyleWithChanges(nullptr); });
     EXPECT_EQ(main->seed(), 2U);
     EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c"}));
-}
-
-/// Raises, once each time it is told to, instead of answering what it is told.
-class Unsure : public Styled {
-public:
-    enum class Question { None, Parent, Domain, Associated };
-    mutable Question raisesAt = Question::None;
-
-    std::shared_ptr<NSObject> parentZelStyleable() const override {
-        return answer(Question::Parent, Styled::parentZelStyleable());
-    }
-    std::optional<std::string> domainIdentifierOfZelStyleable() const override {
-        return answer(Question::Domain, Styled::domainIdentifierOfZelStyleable());
-    }
-    std::optional<std::vector<std::shared_ptr<NSObject>>> associatedZelStyleables() const override {
-        return answer(Question::Associated, Styled::associatedZelStyleables());
-    }
-
-private:
-    template <class Answer>
-    Answer answer(Question question, Answer given) const {
-        if (raisesAt == question) {
-            raisesAt = Question::None;
-            throw Failure();
-        }
-        return given;
-    }
-};
-
-/// An object that raises when it is asked stands among those that don't.
-class AfterAnAnswerThatRaisedTests : public AfterExceptionTests {
-protected:
-    AfterAnAnswerThatRaisedTests() { unsure->parent = b; }
-
-    void registerIt() {
-        domain->registerChangeHandler(recorder.handler("unsure"), unsure);
-        recorder.take();
-    }
-
-    const std::shared_ptr<Unsure> unsure = alloc<Unsure>();
-};
-
-TEST_F(AfterAnAnswerThatRaisedTests, ItsParentIsAskedForAgainNextTime) {
-    registerIt();
-    unsure->raisesAt = Unsure::Question::Parent;
-    EXPECT_THROW(domain->notifyForStyleChangeOf(a, {.force = true}), Failure);
-    recorder.take();
-    EXPECT_EQ(calledNext(a), (Names{"a", "b", "c", "unsure"}));
-    unsure->raisesAt = Unsure::Question::Parent;
-    EXPECT_THROW((void)domain->styleFor(unsure), Failure);
-    EXPECT_EQ(domain->styleFor(unsure), main);
-    EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "unsure"}));
-}
-
-TEST_F(AfterAnAnswerThatRaisedTests, AtItsRegistrationItIsRegisteredAndNotCalled) {
-    unsure->raisesAt = Unsure::Question::Parent;
-    EXPECT_THROW(domain->registerChangeHandler(recorder.handler("unsure"), unsure), Failure);
-    EXPECT_EQ(recorder.takeNames(), Names{});
-    EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "unsure"}));
-}
-
-TEST_F(AfterAnAnswerThatRaisedTests, ItsAssociatedObjectsAreServedNextTime) {
-    unsure->parent = nullptr;
-    unsure->associated = {{c}};
-    unsure->raisesAt = Unsure::Question::Associated;
-    EXPECT_THROW(domain->notifyForStyleChangeOf(unsure, {.force = true}), Failure);
-    recorder.take();
-    EXPECT_EQ(calledNext(unsure), (Names{"c"}));
-}
-
-TEST_F(AfterAnAnswerThatRaisedTests, AnIdentifierIsKeptThoughItsDomainIsNotTold) {
-    registerIt();
-    const auto accent = addStyle(domain->defaultScheme(), "accent");
-    unsure->raisesAt = Unsure::Question::Domain;
-    EXPECT_THROW(unsure->setCustomZelStyleIdentifier("accent"), Failure);
-    EXPECT_EQ(recorder.takeNames(), Names{});
-    EXPECT_EQ(unsure->customZelStyleIdentifier(), "accent");
-    runElsewhere([this] { domain->notifyForStyleChangeOf(nullptr, {}); });
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"unsure", accent, 1}}));
 }
 
 /// A second domain that follows the system, asked after the default one.

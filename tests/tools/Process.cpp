@@ -29,6 +29,17 @@ using Clock = std::chrono::steady_clock;
 /// Far longer than anything here takes; reached only where a test fails.
 constexpr std::chrono::seconds patience{60};
 
+bool holdsInTime(const std::function<bool()>& condition) {
+    const auto end = Clock::now() + patience;
+    while (!condition()) {
+        if (Clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
 /// What the user's own surroundings would change.
 constexpr std::array<std::string_view, 8> usersOwn{
     "LANGUAGE=", "LANG=", "LC_", "NO_COLOR=", "TERM=", "XDG_", "DBUS_", "HOME="};
@@ -233,14 +244,16 @@ std::string Process::errors() const {
 }
 
 bool Process::waitForError(std::string_view text) const {
-    const auto end = Clock::now() + patience;
-    while (errors().find(text) == std::string::npos) {
-        if (Clock::now() >= end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
+    return holdsInTime([&] { return errors().find(text) != std::string::npos; });
+}
+
+bool Process::waitUntilItWaits() const {
+    const std::string path = "/proc/" + std::to_string(process_) + "/stat"; // "… (name) S …"
+    return holdsInTime([&] {
+        const std::string status = contentOf(path);
+        const std::size_t name = status.rfind(") ");
+        return name != std::string::npos && status.compare(name + 2, 1, "S") == 0;
+    });
 }
 
 Outcome Process::finish() {

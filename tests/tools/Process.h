@@ -54,6 +54,8 @@ public:
 
     /// Waits for a text on standard error; false where it doesn't come.
     [[nodiscard]] bool waitForError(std::string_view text) const;
+    /// Waits until the program waits for something itself; false where it doesn't.
+    [[nodiscard]] bool waitUntilItWaits() const;
 
     /// Closes the input, reads the rest of the output and waits for the end.
     Outcome finish();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/domain/DomainInternals.h"
+#include "tests/support/AtEnd.h"
 #include "tests/support/Recorder.h"
 
 namespace zeltest {
@@ -207,25 +208,13 @@ TEST_F(DomainEndTests, AWalkGoesOnWhereAHandlerTakesTheDomainsLastReferenceAway)
     EXPECT_TRUE(weak.expired());
 }
 
-/// Does something when it ends.
-class LastWill {
-public:
-    explicit LastWill(std::function<void()> act) : act_(std::move(act)) {}
-    LastWill(const LastWill&) = delete;
-    LastWill& operator=(const LastWill&) = delete;
-    ~LastWill() { act_(); }
-
-private:
-    const std::function<void()> act_;
-};
-
 TEST_F(DomainEndTests, ASwitchGoesOnWhereTheStyleThatItLetsGoTakesTheLastReferenceAway) {
     auto domain = ZelStyleDomain::domainForIdentifier("editor");
     const std::weak_ptr<ZelStyleDomain> weak = domain;
     auto former = addStyle(domain->defaultScheme(), "main");
     const auto next = addStyle(domain->darkScheme(), "main");
     domain->registerChangeHandler(recorder.handler("owner"), owner);
-    former->addStyleUpdateObserver([will = std::make_shared<LastWill>([&] {
+    former->addStyleUpdateObserver([atEnd = std::make_shared<AtEnd>([&] {
                                         domain.reset();
                                         reset();
                                     })](auto&&...) {},

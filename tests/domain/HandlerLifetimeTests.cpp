@@ -1,23 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/domain/DomainInternals.h"
+#include "tests/support/AtEnd.h"
 #include "tests/support/Recorder.h"
 
 namespace zeltest {
 namespace {
 
 using namespace zel;
-
-/// Runs a function when the last copy of what holds it ends.
-class AtEnd {
-public:
-    explicit AtEnd(std::function<void()> then) : then_(std::move(then)) {}
-    AtEnd(const AtEnd&) = delete;
-    AtEnd& operator=(const AtEnd&) = delete;
-    ~AtEnd() { then_(); }
-
-private:
-    std::function<void()> then_;
-};
 
 class HandlerLifetimeTests : public StylingTests {
 protected:

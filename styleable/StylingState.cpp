@@ -33,8 +33,7 @@ void setIdentifier(NSObject& object, AttachedIdentifier attached,
             const std::scoped_lock guard(ZelStyleableTree::lock());
             ZelStyleableTree::forgetBindings(*node);
         }
-        if (const auto target =
-                object.weak_from_this().lock()) { // else it is ending: nobody is told
+        if (const auto target = object.weak_from_this().lock()) { // else it ends: nobody is told
             ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
                 ->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});
         }

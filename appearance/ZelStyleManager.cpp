@@ -4,6 +4,7 @@
 #include "platform/locks/Guarded.h"
 
 #include <ZelStyleKit/NSBundle.h>
+#include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleManagerMode.h>
 
@@ -73,7 +74,7 @@ const ZelStyleManager::Modes& ZelStyleManager::modes() const noexcept {
 
 void ZelStyleManager::addMode(const std::shared_ptr<ZelStyleManagerMode>& mode) {
     if (!mode) {
-        return;
+        throw ZelInvalidArgument("a mode must not be nil");
     }
     {
         const RecursiveGuard guard(state_->lock);

@@ -8,7 +8,8 @@
 namespace zel {
 inline namespace v1 {
 
-/// Raised where nil is given for what must not be nil: an attribute key, a handler, a provider.
+/// Raised where nil is given for what must not be nil: an attribute key, a handler, a provider, a
+/// mode.
 class ZEL_EXPORT ZelInvalidArgument : public std::invalid_argument {
 public:
     using std::invalid_argument::invalid_argument;

@@ -21,7 +21,8 @@ class ZelStyleManagerMode;
 /// Threads: the list has a lock, recursive; modes are applied outside it, on the calling thread,
 /// which is the one that switches the default domain's schemes, the main thread; in handlers and
 /// destructors as well.
-/// Failure: none; an identifier that no mode has selects the lowest-ranked mode.
+/// Failure: adding nil raises ZelInvalidArgument; an identifier that no mode has selects the
+/// lowest-ranked mode.
 class ZEL_EXPORT ZelStyleManager : public NSObject {
 public:
     using Modes = std::vector<std::shared_ptr<ZelStyleManagerMode>>;
@@ -38,8 +39,8 @@ public:
     /// `modes`: the list itself, read without the lock; hold on to a copy where other threads
     /// change it.
     [[nodiscard]] const Modes& modes() const noexcept;
-    /// `addMode:` and `removeMode:` (every occurrence); both apply the chosen mode again. Adding
-    /// nil does nothing.
+    /// `addMode:` and `removeMode:` (every occurrence); both apply the chosen mode again.
+    /// Adding nil raises and changes nothing; removing nil removes nothing.
     void addMode(const std::shared_ptr<ZelStyleManagerMode>& mode);
     void removeMode(const std::shared_ptr<ZelStyleManagerMode>& mode);
 

@@ -171,13 +171,27 @@ TEST_F(ManagerList, RemovingTheLastModeAppliesNothing) {
     EXPECT_EQ(ZelStyleManagerInternals::shouldBeActiveMode(*manager), nullptr);
 }
 
-TEST_F(ManagerList, NilIsNeitherAddedNorRemoved) {
+TEST_F(ManagerList, AddingNilRaisesChangesNothingAndLeavesTheListFree) {
     addStandardModes();
+    manager->setActiveModeIdentifier("always-dark");
+    domain->setCurrentScheme(domain->lightScheme());
     listen();
-    manager->addMode(nullptr);
-    manager->removeMode(nullptr);
+    EXPECT_THROW(manager->addMode(nullptr), zel::ZelInvalidArgument);
     EXPECT_EQ(manager->modes().size(), 3U);
-    EXPECT_TRUE(recorder.take().empty());
+    EXPECT_TRUE(recorder.take().empty()); // not even applied again
+    runElsewhere([&] { manager->addMode(makeMode("sepia", 5)); });
+    EXPECT_EQ(identifiersOf(*manager),
+              (Names{"always-light", "sepia", "always-dark", "follow-system"}));
+}
+
+TEST_F(ManagerList, RemovingNilRemovesNothingAndAppliesTheChosenMode) {
+    addStandardModes();
+    manager->setActiveModeIdentifier("always-dark");
+    domain->setCurrentScheme(domain->lightScheme());
+    listen();
+    EXPECT_NO_THROW(manager->removeMode(nullptr));
+    EXPECT_EQ(manager->modes().size(), 3U);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
 }
 
 TEST_F(ManagerList, TheListIsNotLockedWhileHandlersRun) {

@@ -121,7 +121,7 @@ const std::vector<Command<Kit>>& managerCommands() {
          [](P& p, const A& a) {
              const auto manager = managerOf(p, a[0]);
              const auto mode = at(p.modes, a[1]);
-             if (manager && mode && manager->modes().size() < 12) {
+             if (manager && manager->modes().size() < 12) {
                  manager->addMode(mode);
              }
          }},
@@ -129,7 +129,7 @@ const std::vector<Command<Kit>>& managerCommands() {
          [](P& p, const A& a) {
              const auto manager = managerOf(p, a[0]);
              const auto mode = at(p.modes, a[1]);
-             if (manager && mode) {
+             if (manager) {
                  manager->removeMode(mode);
              }
          }},

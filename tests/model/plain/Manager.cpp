@@ -28,7 +28,7 @@ void Manager::setup() {
 
 void Manager::addMode(const Ref<Mode>& mode) {
     if (!mode) {
-        return;
+        throw InvalidArgument("nil mode");
     }
     const auto key = [](const Ref<Mode>& each) {
         std::string name = each->name(); // in the tests ASCII alone
@@ -42,9 +42,10 @@ void Manager::addMode(const Ref<Mode>& mode) {
 }
 
 void Manager::removeMode(const Ref<Mode>& mode) {
-    const auto held = mode;
-    held->setManager(nullptr);
-    std::erase(modes_, held);
+    if (const auto held = mode) {
+        held->setManager(nullptr);
+        std::erase(modes_, held);
+    }
     updateActiveMode();
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleManager.h>
 
-#include "platform/locks/Guarded.h"
-
 #include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -10,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 
 namespace zel {
 inline namespace v1 {
@@ -30,21 +29,57 @@ constexpr std::array standardModes{
     StandardMode{ZelStyleManagerModeIdentifierFollowSystem, 100, "Follow system appearance"},
 };
 
-bool standsBefore(const std::shared_ptr<ZelStyleManagerMode>& a,
-                  const std::shared_ptr<ZelStyleManagerMode>& b) {
-    const std::uint64_t rankA = a->rank();
-    const std::uint64_t rankB = b->rank();
-    return rankA != rankB ? rankA < rankB
-                          : localizedCaseInsensitiveCompare(a->name(), b->name()) < 0;
+/// A mode and what it sorts by, read once: another thread may change it during the sorting.
+struct RankedMode {
+    std::shared_ptr<ZelStyleManagerMode> mode;
+    std::uint64_t rank = mode->rank();
+    std::string name = mode->name();
+};
+
+bool isBefore(const RankedMode& a, const RankedMode& b) {
+    return a.rank != b.rank ? a.rank < b.rank : localizedCaseInsensitiveCompare(a.name, b.name) < 0;
+}
+
+/// What compares equal stays in its order.
+ZelStyleManager::Modes sorted(const ZelStyleManager::Modes& modes) {
+    std::vector<RankedMode> ranked;
+    for (const auto& mode : modes) {
+        RankedMode next{mode};
+        // Inserted one by one: any order is safe to ask here, also one that contradicts itself.
+        ranked.insert(std::ranges::upper_bound(ranked, next, isBefore), std::move(next));
+    }
+    ZelStyleManager::Modes result;
+    std::ranges::transform(ranked, std::back_inserter(result), &RankedMode::mode);
+    return result;
 }
 
 } // namespace
 
 struct ZelStyleManager::State {
-    mutable RecursiveLock lock{LockRank::ModeList};
-    Guarded<Modes> guarded; // in the order of standsBefore
+    mutable std::mutex mutex; // nobody is called under it, and no mode ends
+    Modes modes;              // guarded by the mutex, but for `ZelStyleManager::modes`
 
-    [[nodiscard]] Modes& modes() noexcept { return guarded.with(lock); }
+    [[nodiscard]] Modes copy() const {
+        const std::scoped_lock guard(mutex);
+        return modes;
+    }
+
+    /// Makes the list what `change` makes of a copy, and sets a mode's manager in the same moment.
+    /// Changes again where the list has become another one meanwhile.
+    void update(ZelStyleManagerMode& mode, const std::shared_ptr<ZelStyleManager>& manager,
+                const auto& change) {
+        for (;;) {
+            const Modes former = copy();
+            Modes changed = former;
+            change(changed);
+            const std::scoped_lock guard(mutex); // ends before the lists above, and their modes
+            if (modes == former) {
+                mode.setManager(manager);
+                modes.swap(changed);
+                return;
+            }
+        }
+    }
 };
 
 ZelStyleManager::ZelStyleManager() : state_(std::make_unique<State>()) {}
@@ -69,31 +104,28 @@ void ZelStyleManager::setup() {
 }
 
 const ZelStyleManager::Modes& ZelStyleManager::modes() const noexcept {
-    return state_->guarded.withoutLock();
+    return state_->modes;
 }
 
 void ZelStyleManager::addMode(const std::shared_ptr<ZelStyleManagerMode>& mode) {
     if (!mode) {
         throw ZelInvalidArgument("a mode must not be nil");
     }
-    {
-        const RecursiveGuard guard(state_->lock);
-        mode->setManager(std::static_pointer_cast<ZelStyleManager>(shared_from_this()));
-        state_->modes().push_back(mode);
-        std::ranges::stable_sort(state_->modes(), standsBefore);
-    }
+    const auto added = mode; // it may be a reference into the list
+    state_->update(*added, std::static_pointer_cast<ZelStyleManager>(shared_from_this()),
+                   [&](Modes& modes) {
+                       modes.push_back(added);
+                       modes = sorted(modes);
+                   });
     _updateActiveMode();
 }
 
 void ZelStyleManager::removeMode(const std::shared_ptr<ZelStyleManagerMode>& mode) {
-    const auto kept = mode; // the list may be the only one to hold it
-    if (kept) {
-        const RecursiveGuard guard(state_->lock);
-        if (kept->active()) {
-            kept->setActive(false);
+    if (const auto removed = mode) { // it may be a reference into the list
+        if (removed->active()) {
+            removed->setActive(false);
         }
-        kept->setManager(nullptr);
-        std::erase(state_->modes(), kept);
+        state_->update(*removed, nullptr, [&](Modes& modes) { std::erase(modes, removed); });
     }
     _updateActiveMode();
 }
@@ -112,22 +144,19 @@ bool ZelStyleManager::setActiveModeIdentifier(std::optional<std::string_view> id
 }
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
-    const RecursiveGuard guard(state_->lock);
-    const auto found = std::ranges::find_if(
-        state_->modes(), &ZelStyleManagerMode::active,
-        [](const auto& mode) -> auto& { return *mode; });
-    return found == state_->modes().end() ? nullptr : *found;
+    const Modes modes = state_->copy();
+    const auto found = std::ranges::find_if(modes, [](const auto& mode) { return mode->active(); });
+    return found == modes.end() ? nullptr : *found;
 }
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
-    const RecursiveGuard guard(state_->lock); // a store, read in it, uses nothing that locks
-    const auto modes = state_->modes();       // one that changes the list all the same does no harm
-    for (const auto& mode : modes) {
+    for (const auto& mode : state_->copy()) {
         if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
             return mode;
         }
     }
-    return state_->modes().empty() ? nullptr : state_->modes().front();
+    const Modes modes = state_->copy(); // a store may have changed the list
+    return modes.empty() ? nullptr : modes.front();
 }
 
 // No mode ever says that it is active, so the chosen one is applied afresh each time.

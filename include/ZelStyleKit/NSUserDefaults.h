@@ -17,10 +17,9 @@ inline namespace v1 {
 using NSUserDefaultsValue = std::variant<std::string, NSNumber>;
 
 /// A persistent key-value store for each user and application.
-/// Threads: called from any thread; a store guards itself. The manager reads it with its list of
-/// modes locked: reading uses nothing of the library but values, and tells no change handlers. In
-/// writing, all is allowed that is in a handler. Failure: never throws. What can't be read is
-/// absent; a store that can't write answers false and leaves what it holds as it was.
+/// Threads: called from any thread, with no lock held; a store guards itself. All is allowed in it
+/// that is in a handler. Failure: never throws. What can't be read is absent; a store that can't
+/// write answers false and leaves what it holds as it was.
 class ZEL_EXPORT NSUserDefaultsStore {
 public:
     virtual ~NSUserDefaultsStore();

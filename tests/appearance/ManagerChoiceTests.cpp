@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/appearance/ManagerFixture.h"
+#include "tests/support/Watchdog.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -35,6 +38,19 @@ public:
     bool setObject(const std::optional<zel::NSUserDefaultsValue>& value,
                    std::string_view forKey) override {
         return !refuses && DefaultsInMemory::setObject(value, forKey);
+    }
+};
+
+/// Does something where it is read next, once.
+class CallingDefaults : public DefaultsInMemory {
+public:
+    std::function<void()> onRead;
+
+    std::optional<zel::NSUserDefaultsValue> objectForKey(std::string_view key) override {
+        if (const auto once = std::exchange(onRead, nullptr)) {
+            once();
+        }
+        return DefaultsInMemory::objectForKey(key);
     }
 };
 
@@ -185,6 +201,33 @@ TEST_F(ManagerChoice, TheStoredIdentifierIsReadForEachModeThatIsCompared) {
     defaults->reads = 0;
     EXPECT_EQ(chosen(), "always-light");
     EXPECT_EQ(defaults->reads, 1);
+}
+
+TEST_F(ManagerChoice, TheListIsNotLockedWhileTheStoreIsRead) {
+    addStandardModes();
+    const auto defaults = std::make_shared<CallingDefaults>();
+    zel::NSUserDefaults::standardUserDefaults().setStore(defaults);
+    listen();
+    defaults->onRead = [&] {
+        domain->notifyForStyleChangeOf(nullptr, {.force = true});
+        runElsewhere([&] { EXPECT_EQ(manager->activeMode(), nullptr); });
+    };
+    EXPECT_EQ(chosen(), "follow-system");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", light, 1}}));
+}
+
+TEST_F(ManagerChoice, AStoreMayChangeTheListWhereItIsRead) {
+    addStandardModes();
+    const auto defaults = std::make_shared<CallingDefaults>();
+    zel::NSUserDefaults::standardUserDefaults().setStore(defaults);
+    store("sepia");
+    defaults->onRead = [&] {
+        while (!manager->modes().empty()) {
+            manager->removeMode(manager->modes().front());
+        }
+        manager->addMode(makeMode("ink", 7));
+    };
+    EXPECT_EQ(chosen(), "ink"); // the lowest-ranked mode that there is now
 }
 
 TEST_F(ManagerChoice, AChoiceThatTheStoreRefusesHoldsInThisProcessAndSaysSo) {

@@ -161,6 +161,35 @@ TEST_F(ManagerList, AModeMayBeRemovedByTheListsOwnReference) {
     EXPECT_TRUE(manager->modes().empty());
 }
 
+TEST_F(ManagerList, AModeMayBeAddedByTheListsOwnReference) {
+    manager->addMode(makeMode("sepia", 0));
+    manager->addMode(manager->modes().front());
+    EXPECT_EQ(identifiersOf(*manager), (Names{"sepia", "sepia"}));
+}
+
+TEST_F(ManagerList, TheListIsNotLockedWhileAModeEnds) {
+    class Ending : public zel::ZelStyleManagerMode {
+    public:
+        std::function<void()> last;
+        Ending() = default;
+        Ending(const Ending&) = delete;
+        Ending& operator=(const Ending&) = delete;
+        ~Ending() override { last(); }
+    };
+    int ended = 0;
+    {
+        const auto ending = zel::alloc<Ending>();
+        ending->last = [&] {
+            runElsewhere([&] { manager->addMode(makeMode("ink", 1)); });
+            ++ended;
+        };
+        manager->addMode(ending->initWithIdentifier("sepia", 0, ""));
+    }
+    manager->removeMode(manager->modes().front());
+    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(identifiersOf(*manager), Names{"ink"});
+}
+
 TEST_F(ManagerList, RemovingTheLastModeAppliesNothing) {
     makeSystemDark();
     manager->addMode(makeMode("follow-system", 0));

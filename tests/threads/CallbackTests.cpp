@@ -104,7 +104,7 @@ TEST_F(CallbackTests, AllAreDoneInAHostsStringTable) {
     NSBundle::setStringTable(nullptr);
 }
 
-TEST_F(CallbackTests, AllAreDoneInAHostsStoreThatNoManagerReads) {
+TEST_F(CallbackTests, AllAreDoneInAHostsStore) {
     class Store : public DefaultsInMemory {
     public:
         std::function<void()> onRead = [] {};
@@ -125,6 +125,13 @@ TEST_F(CallbackTests, AllAreDoneInAHostsStoreThatNoManagerReads) {
     doEach([&] {
         defaults.setStore(reading); // one of the operations brings another
         (void)defaults.objectForKey("key");
+    });
+    const auto manager = alloc<ZelStyleManager>();
+    manager->init();
+    manager->addMode(alloc<ZelStyleManagerMode>()->initWithIdentifier("own", 1, "Own"));
+    doEach([&] {
+        defaults.setStore(reading);
+        manager->setActiveModeIdentifier("own");
     });
     const auto writing = std::make_shared<Store>();
     writing->onWrite = [this] { now(); };

@@ -51,27 +51,6 @@ TEST_F(WaitingTests, WhoAsksForADomainWaitsForAReset) {
     EXPECT_FALSE(made.expired()) << "a domain that was made during a reset is gone";
 }
 
-TEST_F(WaitingTests, WhoAsksForTheActiveModeWaitsForTheListThatIsBeingCompared) {
-    class Store : public DefaultsInMemory {
-    public:
-        std::function<void()> onRead;
-        std::optional<NSUserDefaultsValue> objectForKey(std::string_view key) override {
-            if (const auto once = std::exchange(onRead, nullptr)) {
-                once();
-            }
-            return DefaultsInMemory::objectForKey(key);
-        }
-    };
-    const auto manager = alloc<ZelStyleManager>();
-    manager->init();
-    manager->addMode(alloc<ZelStyleManagerMode>()->initWithIdentifier("own", 1, "Own"));
-    const auto store = std::make_shared<Store>();
-    store->onRead = [&] { doMeanwhile([&] { EXPECT_EQ(manager->activeMode(), nullptr); }); };
-    NSUserDefaults::standardUserDefaults().setStore(store);
-    manager->setActiveModeIdentifier("own");
-    expectDone();
-}
-
 TEST_F(WaitingTests, WhoAddsAnObserverToAStyleWaitsForADelivery) {
     const auto domain = ZelStyleDomain::defaultDomain();
     addStyle(domain->defaultScheme(), "main");

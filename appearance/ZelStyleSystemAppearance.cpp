@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleSystemAppearance.h>
 
-#include "domain/SystemAppearance.h"
-
 #include <ZelStyleKit/NSApplication.h>
 #include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/NSNotificationCenter.h>
@@ -90,15 +88,6 @@ void ZelStyleSystemAppearance::setCurrentAppearanceType(std::uint64_t type) {
         NSNotificationCenter::defaultCenter().postNotificationName(
             ZelStyleSystemAppearanceChangedNotification, tracker);
     });
-}
-
-bool systemAppearanceIsDark() {
-    return ZelStyleSystemAppearance::sharedSystemAppearance()->currentAppearanceType() ==
-           ZelStyleSystemAppearanceTypeDark;
-}
-
-std::string_view systemAppearanceChangedNotification() {
-    return ZelStyleSystemAppearanceChangedNotification;
 }
 
 } // namespace v1

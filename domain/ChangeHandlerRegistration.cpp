@@ -1,48 +1,88 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "domain/DomainState.h"
-#include "platform/locks/DeliveryGate.h"
+#include "domain/DomainInternals.h"
+#include "domain/HandlerCalls.h"
+#include "style/StylingLock.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
-#include <optional>
 #include <utility>
 
 namespace zel {
 inline namespace v1 {
 namespace {
 
-/// The call that a registration makes: outside the table's lock, its handler kept in place, even
-/// where another thread unregisters it meanwhile.
-class RegistrationCall {
+/// Keeps a table's listeners where they are for the time of a registration's call.
+class RegistrationWalk {
 public:
-    RegistrationCall(ChangeHandlerTable& table, ChangeHandlerTable::Entry& entry,
-                     RecursiveGuard& guard)
-        : guard_(guard) {
-        call_.emplace(table).begin(entry);
-        guard_.unlock();
+    RegistrationWalk(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
+                     ZelStyleChangeHandler&& handler)
+        : table_(table) {
+        auto& state = Attachment::of<StylingState>(*owner);
+        const ZelStyleable* styleable = owner->asZelStyleable();
+        const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
+        const PrivateGuard guard(linkLock);
+        state.node = node;
+        Listener* present = table.find(state);
+        listener_ = present ? present : &table.insert(owner, state, styleable);
+        if (handler) {
+            added_ = &listener_->handlers.append(std::move(handler), table.takeOrder());
+        }
+        table.beginWalk();
     }
-    RegistrationCall(const RegistrationCall&) = delete;
-    RegistrationCall& operator=(const RegistrationCall&) = delete;
-    ~RegistrationCall() {
-        guard_.lock();
-        const ChangeHandlers removed = call_->endAndTake();
-        call_.reset();
-        guard_.unlock();
-    } // what the handler held ends outside the lock
+    RegistrationWalk(const RegistrationWalk&) = delete;
+    RegistrationWalk& operator=(const RegistrationWalk&) = delete;
+    ~RegistrationWalk() {
+        RemovedListeners removed;
+        const PrivateGuard guard(linkLock);
+        table_.endWalk(removed);
+    }
+
+    [[nodiscard]] Listener& listener() const noexcept { return *listener_; }
+    /// The handler that was added; nil for a handler object.
+    [[nodiscard]] const ZelStyleChangeHandler* added() const noexcept { return added_; }
 
 private:
-    RecursiveGuard& guard_;
-    std::optional<ChangeHandlerTable::Call> call_;
+    ListenerTable& table_;
+    Listener* listener_ = nullptr;
+    const ZelStyleChangeHandler* added_ = nullptr;
 };
 
-/// Whether a target's notification has to ask the owner for its parents.
-bool hasUnknownParents(const NSObject& owner) {
-    const ZelStyleable* styleable = owner.asZelStyleable();
-    return styleable && !styleable->zelStyleableNode();
+} // namespace
+
+// Its first call and other deliveries don't mix: else a switch on another thread could be
+// overwritten by the older style that was found here.
+void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& table,
+                                       ZelStyleChangeHandler handler,
+                                       const std::shared_ptr<NSObject>& owner) {
+    const StylingLock lock;
+    const RegistrationWalk walk(table, owner, std::move(handler));
+    HandlerCalls calls(walk.listener()); // before the owner is asked, which may unregister it
+    const auto style = _notifyStyleFor(domain, owner);
+    calls.make(ZelStyleToken(style).serial(), [&] {
+        if (walk.added()) {
+            (*walk.added())(owner, style, ZelStyleChangeEventInitial);
+        } else {
+            owner->styleChangedWithEvent(style, ZelStyleChangeEventInitial);
+        }
+    });
 }
 
-} // namespace
+void DomainInternals::unregister(ListenerTable& table, const NSObject& object) {
+    const auto* state = Attachment::find<StylingState>(object);
+    if (state == nullptr) {
+        return;
+    }
+    bool mayRun = false;
+    {
+        RemovedListeners removed;
+        const PrivateGuard guard(linkLock);
+        mayRun = table.remove(*state, removed);
+    }
+    if (mayRun && !object.weak_from_this().expired()) {
+        const StylingLock untilTheWalkIsOver;
+    }
+}
 
 void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
                                            const std::shared_ptr<NSObject>& withOwner) {
@@ -52,64 +92,30 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
     if (!handler) {
         throw ZelInvalidArgument("a change handler must not be nil");
     }
-    // A handler may take the domain off the registry, and clear the caller's reference to the
-    // owner.
+    // A handler may take the domain off the registry, and clear the caller's reference.
     const auto self = weak_from_this().lock();
     const std::shared_ptr<NSObject> owner = withOwner;
-    _registerChangeHandler(std::move(handler), owner);
+    DomainInternals::registerListener(*this, state_->owners, std::move(handler), owner);
 }
 
-void ZelStyleDomain::_registerChangeHandler(ZelStyleChangeHandler&& handler,
-                                            const std::shared_ptr<NSObject>& owner) {
-    const DeliveryGate gate; // else a switch elsewhere may tell the owner first, and be outdone
-    ChangeHandlerTable& table = *state_->changeHandlersByOwner;
-    RecursiveGuard guard(table.lock);
-    auto* found = table.find(*owner);
-    auto& entry = found ? *found : table.insert(owner, {}, hasUnknownParents(*owner));
-    const auto& kept = entry.payload.append(std::move(handler), state_->handlerSerial++);
-    const ChangeHandlersToCall added(entry, kept);
-    const RegistrationCall call(table, entry, guard);
-    _applyStyle(_notifyStyleFor(owner), added, owner,
-                {.withEvent = ZelStyleChangeEventInitial, .force = true});
+void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {
+    if (object) {
+        const auto self = weak_from_this().lock(); // as above
+        const std::shared_ptr<NSObject> kept = object;
+        DomainInternals::registerListener(*this, state_->objects, nullptr, kept);
+    }
 }
 
 void ZelStyleDomain::unregisterChangeHandlersWithOwner(const std::shared_ptr<NSObject>& owner) {
     if (owner) {
-        _unregisterChangeHandlersWithOwner(*owner);
+        DomainInternals::unregister(state_->owners, *owner);
     }
-}
-
-void ZelStyleDomain::_unregisterChangeHandlersWithOwner(const NSObject& owner) {
-    ChangeHandlers removed; // end after the lock is released
-    ChangeHandlerTable& table = *state_->changeHandlersByOwner;
-    const RecursiveGuard guard(table.lock);
-    removed = table.remove(owner);
-}
-
-void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {
-    if (!object) {
-        return;
-    }
-    const std::shared_ptr<NSObject> kept = object; // its call may clear the caller's reference
-    const DeliveryGate gate;                       // as above
-    {
-        ChangeHandlerObjects& table = *state_->changeHandlers;
-        const RecursiveGuard guard(table.lock);
-        if (!table.find(*kept)) {
-            table.insert(kept, {}, hasUnknownParents(*kept));
-        }
-    }
-    _applyStyle(_notifyStyleFor(kept), kept,
-                {.withEvent = ZelStyleChangeEventInitial, .force = true});
 }
 
 void ZelStyleDomain::unregisterChangeHandler(const std::shared_ptr<NSObject>& object) {
-    if (!object) {
-        return;
+    if (object) {
+        DomainInternals::unregister(state_->objects, *object);
     }
-    ChangeHandlerObjects& table = *state_->changeHandlers;
-    const RecursiveGuard guard(table.lock);
-    (void)table.remove(*object);
 }
 
 } // namespace v1

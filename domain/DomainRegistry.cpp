@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/locks/DeliveryGate.h"
-#include "platform/locks/Guarded.h"
+#include "platform/locks/PrivateLock.h"
+#include "style/LookupChanges.h"
+#include "style/StylingLock.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -11,6 +12,8 @@
 #include <cstdint>
 #include <map>
 #include <new>
+#include <string>
+#include <utility>
 
 namespace zel {
 inline namespace v1 {
@@ -21,54 +24,62 @@ constexpr std::string_view resetIdentifier = "_reset";
 /// The domains of the process; the only strong references to them that the library keeps.
 class DomainRegistry {
 public:
+    // A domain is made outside the lock, since it runs its initialiser; where two threads do so at
+    // the same time, the second one's goes, which nobody has seen.
     std::shared_ptr<ZelStyleDomain> domain(std::string_view identifier) {
-        if (identifier == resetIdentifier) {
-            const DeliveryGate gate; // handlers may be called: before the lock, as everywhere
-            const RecursiveGuard guard(lock_);
-            removeAll();
-            return findOrMake(identifier);
+        if (auto present = find(identifier)) {
+            return present;
         }
-        const RecursiveGuard guard(lock_);
-        return findOrMake(identifier);
+        auto made = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
+        const PrivateGuard guard(lock_);
+        const auto [found, isNew] = domains_.try_emplace(std::string(identifier));
+        if (isNew) {
+            found->second = {made, next_++};
+            lookupChanges.increment();
+        }
+        return found->second.domain;
+    }
+
+    /// Removes the domains that there are now, oldest first. One that nobody else holds ends during
+    /// its removal and may call handlers; what they make meanwhile stays.
+    void reset() {
+        const StylingLock lock;
+        const std::uint64_t end = nextOrder();
+        while (const auto removed = takeOldestBefore(end)) {
+        }
     }
 
 private:
     struct Registered {
         std::shared_ptr<ZelStyleDomain> domain;
-        std::uint64_t order; ///< of creation
+        std::uint64_t order = 0; ///< of creation
     };
 
-    std::shared_ptr<ZelStyleDomain> findOrMake(std::string_view identifier) {
-        const auto found = domains().find(identifier);
-        if (found != domains().end()) {
-            return found->second.domain;
+    std::shared_ptr<ZelStyleDomain> find(std::string_view identifier) {
+        const PrivateGuard guard(lock_);
+        const auto found = domains_.find(identifier);
+        return found == domains_.end() ? nullptr : found->second.domain;
+    }
+    std::uint64_t nextOrder() {
+        const PrivateGuard guard(lock_);
+        return next_;
+    }
+    std::shared_ptr<ZelStyleDomain> takeOldestBefore(std::uint64_t end) {
+        const PrivateGuard guard(lock_);
+        const auto oldest = std::ranges::min_element(
+            domains_, {}, [](const auto& each) { return each.second.order; });
+        if (oldest == domains_.end() || oldest->second.order >= end) {
+            return nullptr;
         }
-        // Made while the lock is held, so that nobody else can make the same one.
-        auto domain = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
-        domains().emplace(identifier, Registered{domain, next_++});
-        return domain;
+        auto taken = std::move(oldest->second.domain);
+        domains_.erase(oldest);
+        lookupChanges.increment();
+        return taken;
     }
 
-    /// Removes the domains that there are now, oldest first. One that nobody else holds ends during
-    /// its removal and may call handlers; what they make meanwhile stays.
-    void removeAll() {
-        const std::uint64_t end = next_;
-        while (!domains().empty()) {
-            const auto oldest = std::ranges::min_element(
-                domains(), {}, [](const auto& each) { return each.second.order; });
-            if (oldest->second.order >= end) {
-                return;
-            }
-            const auto removed = domains().extract(oldest);
-        }
-    }
-
-    using Domains = std::map<std::string, Registered, std::less<>>;
-    [[nodiscard]] Domains& domains() noexcept { return domains_.with(lock_); }
-
-    RecursiveLock lock_{LockRank::DomainRegistry}; // the class's lock
-    Guarded<Domains> domains_;
-    std::uint64_t next_ = 0;
+    PrivateLock lock_;
+    std::map<std::string, Registered, std::less<>> domains_ ZEL_GUARDED_BY(lock_);
+    std::uint64_t next_ ZEL_GUARDED_BY(lock_) = 0;
 };
 
 DomainRegistry& registry() {
@@ -81,9 +92,8 @@ std::shared_ptr<ZelStyle> mainStyleFor(const std::shared_ptr<ZelStyleScheme>& sc
     return alloc<ZelStyle>()->initWithIdentifier(ZelStyleIdentifierMain, scheme);
 }
 
-/// The light one stands in two schemes, the light and the default one. Hardly ever called: told to
-/// be small, it takes a kilobyte less of a file that is compiled for speed.
-[[gnu::cold]] void addMainStyles(ZelStyleDomain& domain) {
+/// The light one is in two schemes, the light and the default one.
+void addMainStyles(ZelStyleDomain& domain) {
     const auto light = mainStyleFor(domain.lightScheme());
     domain.defaultScheme()->addStyle(light);
     domain.lightScheme()->addStyle(light);
@@ -99,7 +109,11 @@ std::shared_ptr<ZelStyleDomain> ZelStyleDomain::defaultDomain() {
 // Deliberate: "_reset" empties the registry and is then an identifier like any other.
 std::shared_ptr<ZelStyleDomain>
 ZelStyleDomain::domainForIdentifier(std::optional<std::string_view> identifier) {
-    return registry().domain(identifier.value_or(ZelStyleDomainIdentifierDefault));
+    const std::string_view wanted = identifier.value_or(ZelStyleDomainIdentifierDefault);
+    if (wanted == resetIdentifier) {
+        registry().reset();
+    }
+    return registry().domain(wanted);
 }
 
 std::shared_ptr<ZelStyleDomain>
@@ -109,8 +123,8 @@ ZelStyleDomain::domainForStyleable(const std::shared_ptr<NSObject>& styleable) {
 }
 
 void ZelStyleDomain::setupStyles() {
-    static bool done = false; // guarded by the gate; set first, since handlers may call this again
-    const DeliveryGate gate;
+    static bool done = false; // by the lock; set first, since handlers may call this again
+    const StylingLock lock;
     if (std::exchange(done, true)) {
         return;
     }

@@ -1,48 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "domain/BoundStyles.h"
-#include "domain/DomainState.h"
+#include "domain/DomainInternals.h"
+#include "domain/HandlerCalls.h"
 #include "domain/ListenerWalk.h"
-#include "platform/locks/DeliveryGate.h"
-#include "platform/objects/StylingChanges.h"
-#include "style/UpperFloor.h"
+#include "style/StylingLock.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleable.h>
-
-#include <optional>
 
 namespace zel {
 inline namespace v1 {
 namespace {
 
-/// Whether a listener is called with a style: where the delivery forces it, as it is known to do
-/// throughout an epoch, or where the style is not the one delivered to it last.
-inline bool isDue(const std::shared_ptr<ZelStyle>& style, const ObjectState& listener,
-                  const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch) {
-    return listener.lastZelStyle.load(std::memory_order_relaxed) != serialOf(style) ||
-           forcedEpoch == StyleLookupEpoch::now() || isForced(style, delivery);
-}
-
-/// Notes the style as delivered. Notifications without a filter say themselves, once, that they
-/// did: a count for each listener would cost as much as the rest of this.
-inline void remember(const std::shared_ptr<ZelStyle>& style, ObjectState& listener,
-                     const ZelStyleDelivery& delivery) {
-    const std::uint64_t serial = serialOf(style);
-    if (listener.lastZelStyle.load(std::memory_order_relaxed) == serial) {
-        return;
-    }
-    listener.lastZelStyle.store(serial, std::memory_order_relaxed);
-    if (delivery.withEvent == ZelStyleChangeEventInitial) {
-        StylingChanges::note();
-    } else if (delivery.forStyleOnly) {
-        StylingChanges::noteDelivery();
-    }
-}
-
-} // namespace
-
 /// The targets of the notification under way, from the innermost outwards.
-struct ZelStyleDomain::NotificationPath {
+struct NotificationPath {
     const NSObject* target;
     const NotificationPath* above;
 
@@ -56,29 +26,136 @@ struct ZelStyleDomain::NotificationPath {
     }
 };
 
-// Deliberate: the style is remembered after each call, so that an unforced change reaches only the
-// owner's first handler; a forced one reaches them all.
-void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
-                                 const ChangeHandlersToCall& onChangeHandlers,
-                                 const std::shared_ptr<NSObject>& withOwner,
-                                 const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch) {
-    ObjectState& state = onChangeHandlers.ownerState();
-    onChangeHandlers.forEach([&](const ZelStyleChangeHandler& handler) {
-        if (isDue(style, state, delivery, forcedEpoch)) {
-            handler(withOwner, style, delivery.withEvent);
-            remember(style, state, delivery);
+/// Builds the index of a table's listeners by style, where the last walk over all has left each
+/// with its style. Without memory for it there is none: a walk over all needs none.
+void buildFamilies(ZelStyleDomain& domain, ListenerTable& table) {
+    StyleFamilies& families = table.families;
+    {
+        const PrivateGuard guard(linkLock);
+        if (families.isCurrent() || !families.canBuild()) {
+            return;
         }
-    });
+        families.beginBuilding();
+    }
+    try {
+        const ZelStyleDelivery unforced;
+        FoundStyles styles(domain, unforced);
+        ListenerWalk walk(table, styles, nullptr, nullptr);
+        while (const auto* candidate = walk.next()) {
+            if (FoundStyles::Found* const found = candidate->style) {
+                styles.update(*found);
+                if (found->style) {
+                    families.add(found->style, *candidate->listener);
+                }
+            }
+        }
+        families.endBuilding(true);
+    } catch (...) {
+        families.endBuilding(false);
+    }
 }
 
-void ZelStyleDomain::_applyStyle(const std::shared_ptr<ZelStyle>& style,
-                                 const std::shared_ptr<NSObject>& onChangeHandler,
-                                 const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch) {
-    ObjectState& state = ObjectState::of(*onChangeHandler);
-    if (isDue(style, state, delivery, forcedEpoch)) {
-        onChangeHandler->styleChangedWithEvent(style, delivery.withEvent);
-        remember(style, state, delivery);
+void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr<NSObject>& target,
+             const ZelStyleDelivery& delivery) {
+    if (table.size() == 0) {
+        return;
     }
+    const ZelStyle* family = !target && delivery.force ? delivery.forStyleOnly.get() : nullptr;
+    if (family) {
+        buildFamilies(domain, table);
+    }
+    FoundStyles styles(domain, delivery);
+    const std::uint64_t bound = table.nextOrder();
+    ListenerWalk walk(table, styles, target, family);
+    while (const auto* candidate = walk.next()) {
+        Listener& listener = *candidate->listener;
+        const auto owner = listener.isLive() ? listener.owner.lock() : nullptr;
+        FoundStyles::Found* const found = owner ? walk.styleOf(*candidate, *owner) : nullptr;
+        if (found == nullptr) {
+            continue;
+        }
+        styles.update(*found);
+        if (listener.isLive()) { // finding the style may have asked the host, and ended another one
+            DomainInternals::_applyStyle(*found, listener, owner, delivery, bound);
+        }
+    }
+    if (walk.hasVisitedAll()) {
+        table.families.noteWalked(StylingMoment::now());
+    }
+}
+
+/// Whether a listener is called with a style: where another one was delivered to its object last,
+/// or where the delivery forces this one, as was found when it was looked up.
+bool isDue(const FoundStyles::Found& found, const StylingState& listener,
+           const ZelStyleDelivery& delivery) {
+    if (listener.lastZelStyle.load(std::memory_order_relaxed) != found.serial) {
+        return true;
+    }
+    return found.lookups == lookupChanges.now() ? found.isForced : isForced(found.style, delivery);
+}
+
+void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,
+            const ZelStyleDelivery& delivery, const NotificationPath* above);
+
+// A circle of associated objects ends where it comes back to a target further up its own path.
+void notifyAssociated(ZelStyleDomain& domain, const NSObject& styleable,
+                      const ZelStyleDelivery& delivery, const NotificationPath& path) {
+    const ZelStyleable* conforming = styleable.asZelStyleable();
+    requireNoPrivateLock();
+    const auto associated = conforming ? conforming->associatedZelStyleables() : std::nullopt;
+    if (!associated) {
+        return;
+    }
+    for (const std::shared_ptr<NSObject>& each : *associated) {
+        if (each && !path.contains(*each)) {
+            notify(domain, each, delivery, &path);
+        }
+    }
+}
+
+void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,
+            const ZelStyleDelivery& delivery, const NotificationPath* above) {
+    auto& state = DomainInternals::state(domain);
+    if (state.owners.size() > 0 || state.objects.size() > 0) { // else nobody is waited for
+        const StylingLock lock;
+        deliver(domain, state.owners, styleable, delivery);
+        deliver(domain, state.objects, styleable, delivery);
+    }
+    if (styleable) {
+        notifyAssociated(domain, *styleable, delivery, NotificationPath{styleable.get(), above});
+    }
+}
+
+} // namespace
+
+// Deliberate: the style is remembered after each call, so that an unforced change reaches only the
+// owner's first handler; a forced one reaches them all.
+void DomainInternals::_applyStyle(const FoundStyles::Found& found, Listener& listener,
+                                  const std::shared_ptr<NSObject>& owner,
+                                  const ZelStyleDelivery& delivery, std::uint64_t bound) {
+    if (!isDue(found, *listener.state, delivery)) {
+        return;
+    }
+    HandlerCalls calls(listener);
+    const ChangeHandlers& handlers = listener.handlers;
+    if (handlers.isEmpty()) {
+        calls.make(found.serial,
+                   [&] { owner->styleChangedWithEvent(found.style, delivery.withEvent); });
+        return;
+    }
+    calls.make(found.serial, [&] { handlers.first()(owner, found.style, delivery.withEvent); });
+    const std::size_t later = handlers.laterBefore(bound);
+    for (std::size_t i = 0; i < later && listener.isLive(); ++i) {
+        if (isDue(found, *listener.state, delivery)) {
+            calls.make(found.serial,
+                       [&] { handlers.later(i)(owner, found.style, delivery.withEvent); });
+        }
+    }
+}
+
+std::shared_ptr<ZelStyle>
+DomainInternals::_notifyStyleFor(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& object) {
+    return object && object->asZelStyleable() ? domain.styleFor(object) : domain.mainStyle();
 }
 
 void ZelStyleDomain::notifyForStyleChangeOf(const std::shared_ptr<NSObject>& styleable,
@@ -87,109 +164,7 @@ void ZelStyleDomain::notifyForStyleChangeOf(const std::shared_ptr<NSObject>& sty
     // Copies: handlers may clear what the caller passed.
     const std::shared_ptr<NSObject> target = styleable;
     const ZelStyleDelivery kept = delivery;
-    notify(target, kept, nullptr);
-}
-
-// Without a listener the gate isn't taken: a domain is made, and says so to nobody, under the lock
-// of the registry, which comes after the gate.
-void ZelStyleDomain::notify(const std::shared_ptr<NSObject>& styleable,
-                            const ZelStyleDelivery& delivery, const NotificationPath* above) {
-    if (hasListeners()) {
-        const DeliveryGate gate;
-        notifyOwners(styleable, delivery);
-        notifyObjects(styleable, delivery);
-    }
-    if (styleable) {
-        notifyAssociated(*styleable, delivery, NotificationPath{styleable.get(), above});
-    }
-}
-
-bool ZelStyleDomain::hasListeners() const {
-    {
-        const RecursiveGuard guard(state_->changeHandlersByOwner->lock);
-        if (!state_->changeHandlersByOwner->isEmpty()) {
-            return true;
-        }
-    }
-    const RecursiveGuard guard(state_->changeHandlers->lock);
-    return !state_->changeHandlers->isEmpty();
-}
-
-void ZelStyleDomain::notifyOwners(const std::shared_ptr<NSObject>& styleable,
-                                  const ZelStyleDelivery& delivery) {
-    const auto& table = state_->changeHandlersByOwner;
-    ListenerWalk<ChangeHandlers> walk(table, styleable);
-    const std::uint64_t bound = state_->handlerSerial;
-    ChangeHandlerTable::Call call(*table);
-    applyToEach(walk, state_->ownersByStyle, delivery,
-                [&](auto& entry, const auto& owner, const auto& style, std::uint64_t forcedEpoch) {
-                    call.begin(entry);
-                    _applyStyle(style, ChangeHandlersToCall(entry, bound), owner, delivery,
-                                forcedEpoch);
-                    call.end();
-                });
-}
-
-void ZelStyleDomain::notifyObjects(const std::shared_ptr<NSObject>& styleable,
-                                   const ZelStyleDelivery& delivery) {
-    ListenerWalk<NoPayload> walk(state_->changeHandlers, styleable);
-    applyToEach(
-        walk, state_->objectsByStyle, delivery,
-        [&](const auto& /*entry*/, const auto& object, const auto& style,
-            std::uint64_t forcedEpoch) { _applyStyle(style, object, delivery, forcedEpoch); });
-}
-
-template <class Payload, class Apply>
-void ZelStyleDomain::applyToEach(ListenerWalk<Payload>& walk, ListenersByStyle<Payload>& byStyle,
-                                 const ZelStyleDelivery& delivery, Apply apply) {
-    const StylingChanges::Delivering delivering(delivery.forStyleOnly != nullptr);
-    BoundStyles styles(*this, delivery);
-    const ListenerStamp begun = walk.stamp();
-    const bool isOfFamily = !walk.hasTarget() && delivery.force && delivery.forStyleOnly &&
-                            !StylingChanges::Delivering::isNested();
-    if (isOfFamily && byStyle.isUsable(walk.table(), styles)) {
-        walk.limitTo(byStyle, *delivery.forStyleOnly);
-        styles.useForest(byStyle.forest());
-    }
-    const auto mayBeDue = [&](const auto& entry) { return styles.mayBeDue(*entry.state); };
-    while (auto* entry = walk.next(mayBeDue)) {
-        const std::shared_ptr<NSObject>& listener = walk.owner();
-        const auto& found = styles.find(styleBindingOf(*listener, *entry->state));
-        if (entry->isLive()) { // finding the style may have asked the host, and ended another one
-            apply(*entry, listener, found.style, found.forcedEpoch());
-        }
-    }
-    if (isOfFamily && walk.stamp() == begun) {
-        byStyle.noteWalked(begun);
-    }
-}
-
-// A circle of associated objects ends where it comes back to a target further up its own path.
-void ZelStyleDomain::notifyAssociated(const NSObject& styleable, const ZelStyleDelivery& delivery,
-                                      const NotificationPath& path) {
-    const ZelStyleable* conforming = styleable.asZelStyleable();
-    const auto associated = conforming ? conforming->associatedZelStyleables() : std::nullopt;
-    if (!associated) {
-        return;
-    }
-    for (const std::shared_ptr<NSObject>& each : *associated) {
-        if (each && !path.contains(*each)) {
-            notify(each, delivery, &path);
-        }
-    }
-}
-
-void deliverStyleUpdate(const std::shared_ptr<ZelStyleDomain>& domain,
-                        const std::shared_ptr<ZelStyle>& style) {
-    if (domain) {
-        domain->notifyForStyleChangeOf(
-            nullptr,
-            {.withEvent = ZelStyleChangeEventChanged, .force = true, .forStyleOnly = style});
-    }
-}
-
-std::shared_ptr<ZelStyleScheme> currentSchemeOf(const std::shared_ptr<ZelStyleDomain>& domain) {
-    return domain ? domain->currentScheme() : nullptr;
+    notify(*this, target, kept, nullptr);
 }
 
 } // namespace v1

@@ -1,140 +1,134 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "domain/BoundStyles.h"
-#include "domain/DomainState.h"
-#include "platform/objects/ObjectState.h"
-#include "platform/views/StyleableTree.h"
-#include "style/StyleLookupEpoch.h"
+#include "domain/StyleResolution.h"
 
-#include <ZelStyleKit/ZelStyle.h>
+#include "domain/DomainInternals.h"
+#include "style/LookupChanges.h"
+
+#include <ZelStyleKit/ZelStyleScheme.h>
 #include <ZelStyleKit/ZelStyleable.h>
+
+#include <utility>
 
 namespace zel {
 inline namespace v1 {
 namespace {
 
+/// Takes those that nothing below has set.
+void add(AppliedIdentifiers& applied, const Identifier& scheme, const Identifier& style) {
+    applied.scheme = applied.scheme ? applied.scheme : scheme;
+    applied.style = applied.style ? applied.style : style;
+}
+
 /// The next object up; nil at the end, which an object that is not styleable is.
 std::shared_ptr<NSObject> parentOf(const NSObject& object) {
     const ZelStyleable* styleable = object.asZelStyleable();
+    requireNoPrivateLock();
     return styleable ? styleable->parentZelStyleable() : nullptr;
-}
-
-/// Each identifier the nearest one set, on the object or above it, the two found independently.
-AppliedIdentifiers appliedByAsking(const NSObject& object) {
-    AppliedIdentifiers applied;
-    std::shared_ptr<NSObject> held;
-    for (const NSObject* current = &object; current; current = held.get()) {
-        if (const ObjectState* state = ObjectState::find(*current)) {
-            if (!applied.scheme) {
-                applied.scheme = state->customZelStyleSchemeIdentifier.load();
-            }
-            if (!applied.style) {
-                applied.style = state->customZelStyleIdentifier.load();
-            }
-        }
-        if (applied.scheme && applied.style) {
-            break;
-        }
-        held = parentOf(*current);
-    }
-    return applied;
 }
 
 } // namespace
 
-StyleBinding styleBindingOf(const NSObject& object) {
-    if (const ObjectState* state = ObjectState::find(object)) {
-        if (const auto bound = state->binding.load(BindingEpoch::now())) {
-            return *bound;
+Ancestry ancestryOf(const NSObject& object, const NSObject* target) {
+    Ancestry found;
+    std::shared_ptr<NSObject> held;
+    for (const NSObject* each = &object; each; each = held.get()) {
+        const ZelStyleable* styleable = each->asZelStyleable();
+        const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
+        found.isBelowTarget = found.isBelowTarget || each == target;
+        const auto* state = Attachment::find<StylingState>(*each);
+        if (node) {
+            const PrivateGuard guard(linkLock);
+            const auto above = StyleableTree::identifiersOf(StyleableTree::bindingOf(*node));
+            add(found.applied, above.scheme, above.style);
+            found.isBelowTarget =
+                found.isBelowTarget || (target && StyleableTree::isAtOrBelow(*node, *target));
+            return found;
         }
-    }
-    const ZelStyleable* styleable = object.asZelStyleable();
-    if (!styleable) {
-        return 0;
-    }
-    const ZelStyleableNode* node = styleable->zelStyleableNode();
-    return node ? ZelStyleableTree::bindingOf(*node) : styleBindingOf(appliedByAsking(object));
-}
-
-void BoundStyles::lookUp(StyleBinding binding, Found& found) {
-    const std::uint64_t epoch = StyleLookupEpoch::now();
-    auto style = domain_._styleForBinding(binding);
-    found.isForced = isForcedNow(style);
-    found.serial = serialOf(style);
-    found.epoch = epoch;
-    found.binding = binding;
-    found.style.swap(style); // the former one may end now
-}
-
-std::shared_ptr<ZelStyle> ZelStyleDomain::mainStyle() {
-    std::uint64_t drops = 0;
-    {
-        const std::scoped_lock guard(state_->mutex);
-        if (state_->mainStyle) {
-            return state_->mainStyle;
+        if (state) {
+            const PrivateGuard guard(linkLock);
+            add(found.applied, state->schemeIdentifier, state->styleIdentifier);
         }
-        drops = state_->mainStyleDrops;
-    }
-    auto style = styleForIdentifier(ZelStyleIdentifierMain);
-    const std::scoped_lock guard(state_->mutex);
-    if (drops == state_->mainStyleDrops && !state_->mainStyle) {
-        state_->mainStyle = style;
-    }
-    return style;
-}
-
-std::shared_ptr<ZelStyle>
-ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
-    std::shared_ptr<ZelStyleScheme> current; // ends outside the lock
-    const RecursiveGuard guard(state_->schemesLock);
-    current = currentScheme();
-    if (current) {
-        if (auto style = current->styleForIdentifier(identifier)) {
-            return style;
+        if (found.applied.scheme && found.applied.style && (!target || found.isBelowTarget)) {
+            break;
         }
+        held = parentOf(*each);
     }
-    const auto found = state_->schemesByIdentifier().find(ZelStyleSchemeIdentifierDefault);
-    return found == state_->schemesByIdentifier().end()
-               ? nullptr
-               : found->second->styleForIdentifier(identifier);
-}
-
-// The forest has the styles of the listeners whose parents are known; that of one that was asked
-// may not be in it.
-bool BoundStyles::isForcedNow(const std::shared_ptr<ZelStyle>& style) const {
-    const bool isCurrent = forest_ && style && forestEpoch_ == StyleLookupEpoch::now();
-    const auto own = isCurrent ? forest_->familyOf(*style) : StyleForest::Family{};
-    if (own.begin == own.end) {
-        return isForced(style, delivery_);
-    }
-    const auto family = forest_->familyOf(*delivery_.forStyleOnly);
-    return own.begin >= family.begin && own.begin < family.end;
+    return found;
 }
 
 // An object pinned to a scheme that lacks the style falls back to the current scheme's main style.
-std::shared_ptr<ZelStyle> ZelStyleDomain::_styleForBinding(std::uint32_t binding) {
-    const AppliedIdentifiers applied = appliedIdentifiersOf(binding);
+std::shared_ptr<ZelStyle> styleForApplied(ZelStyleDomain& domain,
+                                          const AppliedIdentifiers& applied) {
     std::shared_ptr<ZelStyle> style;
     if (applied.scheme) {
-        style = schemeForIdentifier(applied.scheme.text())
-                    ->styleForIdentifier(applied.style ? std::string_view(applied.style.text())
+        style = domain.schemeForIdentifier(*applied.scheme)
+                    ->styleForIdentifier(applied.style ? std::string_view(*applied.style)
                                                        : ZelStyleIdentifierMain);
     } else if (applied.style) {
-        style = styleForIdentifier(applied.style.text());
+        style = domain.styleForIdentifier(*applied.style);
     }
-    return style ? style : mainStyle();
+    return style ? style : domain.mainStyle();
+}
+
+bool isForced(const std::shared_ptr<ZelStyle>& style, const ZelStyleDelivery& delivery) {
+    const auto& only = delivery.forStyleOnly;
+    return delivery.force && (!only || (style && (style == only || style->isChildOf(only))));
+}
+
+// By where the identifiers are kept, and where those differ by what they say.
+FoundStyles::Found* FoundStyles::search(const StyleableTree::Binding& binding) {
+    const auto isSameText = [](const Identifier& held, const Identifier* given) {
+        return given ? isSame(held, *given) : held == nullptr;
+    };
+    std::size_t index = 0;
+    while (index < count_ && !(isSameText(found_[index].applied.scheme, binding.scheme) &&
+                               isSameText(found_[index].applied.style, binding.style))) {
+        ++index;
+    }
+    if (index == capacity) {
+        return nullptr;
+    }
+    Found& found = found_[index];
+    if (index == count_) {
+        found.applied = StyleableTree::identifiersOf(binding);
+        ++count_;
+    }
+    found.binding = binding;
+    last_ = &found;
+    return last_;
+}
+
+FoundStyles::Found* FoundStyles::placeOf(AppliedIdentifiers applied) {
+    if (!isSame(asked_.applied.scheme, applied.scheme) ||
+        !isSame(asked_.applied.style, applied.style)) {
+        asked_.applied = std::move(applied);
+        asked_.lookups = 0;
+    }
+    return &asked_;
+}
+
+void FoundStyles::makeRoom() {
+    if (count_ == capacity) {
+        for (Found& each : found_) {
+            const Found ended = std::exchange(each, {});
+        }
+        count_ = 0;
+        last_ = &asked_;
+    }
+}
+
+void FoundStyles::lookUp(Found& found) {
+    const std::uint64_t lookups = lookupChanges.now();
+    auto style = styleForApplied(domain_, found.applied);
+    found.isForced = (isOfFamily_ && &found != &asked_) || isForced(style, delivery_);
+    found.serial = ZelStyleToken(style).serial();
+    found.lookups = lookups;
+    found.style.swap(style); // the former one may end now
 }
 
 std::shared_ptr<ZelStyle> ZelStyleDomain::styleFor(const std::shared_ptr<NSObject>& styleable) {
-    if (!styleable) {
-        return mainStyle();
-    }
-    return _styleForBinding(styleable->asZelStyleable()
-                                ? styleBindingOf(*styleable)
-                                : styleBindingOf(appliedByAsking(*styleable)));
-}
-
-std::shared_ptr<ZelStyle> ZelStyleDomain::_notifyStyleFor(const std::shared_ptr<NSObject>& object) {
-    return object ? _styleForBinding(styleBindingOf(*object)) : mainStyle();
+    return styleable ? styleForApplied(*this, ancestryOf(*styleable, nullptr).applied)
+                     : mainStyle();
 }
 
 bool ZelStyleDomain::isEqualOrChildOf(const std::shared_ptr<NSObject>& object,

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "domain/DomainState.h"
-#include "domain/SystemAppearance.h"
-#include "style/StyleLookupEpoch.h"
+#include "domain/DomainInternals.h"
+#include "style/LookupChanges.h"
 
 #include <ZelStyleKit/NSNotificationCenter.h>
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyle.h>
+#include <ZelStyleKit/ZelStyleSystemAppearance.h>
 
 namespace zel {
 inline namespace v1 {
@@ -36,23 +36,23 @@ ZelStyleDomain::initWithDomainIdentifier(std::string_view identifier) {
     if (!init()) {
         return nullptr;
     }
-    const std::scoped_lock guard(state_->mutex);
+    const PrivateGuard guard(state_->lock);
     state_->domainIdentifier = std::string(identifier);
     return std::static_pointer_cast<ZelStyleDomain>(shared_from_this());
 }
 
 std::optional<std::string> ZelStyleDomain::domainIdentifier() const {
-    const std::scoped_lock guard(state_->mutex);
+    const PrivateGuard guard(state_->lock);
     return state_->domainIdentifier;
 }
 
 std::optional<std::type_index> ZelStyleDomain::styleClass() const {
-    const std::scoped_lock guard(state_->mutex);
+    const PrivateGuard guard(state_->lock);
     return state_->styleClass;
 }
 
 void ZelStyleDomain::setStyleClass(std::optional<std::type_index> styleClass) {
-    const std::scoped_lock guard(state_->mutex);
+    const PrivateGuard guard(state_->lock);
     state_->styleClass = styleClass;
 }
 
@@ -61,16 +61,20 @@ ZelStyleDomain::schemeForIdentifier(std::optional<std::string_view> identifier) 
     if (!identifier) {
         throw ZelInvalidArgument("a scheme identifier must not be nil");
     }
-    const RecursiveGuard guard(state_->schemesLock);
-    const auto found = state_->schemesByIdentifier().find(*identifier);
-    if (found != state_->schemesByIdentifier().end()) {
-        return found->second;
+    if (auto present = state_->findScheme(*identifier)) {
+        return present;
     }
     // Nil while the domain ends, when it may still have to make its light scheme.
     const auto self = std::static_pointer_cast<ZelStyleDomain>(weak_from_this().lock());
-    auto scheme = alloc<ZelStyleScheme>()->initWithIdentifier(identifier, self);
-    state_->schemesByIdentifier().emplace(*identifier, scheme);
-    return scheme;
+    auto made = alloc<ZelStyleScheme>()->initWithIdentifier(identifier, self);
+    const PrivateGuard guard(state_->lock); // another thread may have made it meanwhile
+    return state_->schemesByIdentifier.try_emplace(std::string(*identifier), made).first->second;
+}
+
+std::shared_ptr<ZelStyleScheme> ZelStyleDomain::State::findScheme(std::string_view identifier) {
+    const PrivateGuard guard(lock);
+    const auto found = schemesByIdentifier.find(identifier);
+    return found == schemesByIdentifier.end() ? nullptr : found->second;
 }
 
 std::shared_ptr<ZelStyleScheme> ZelStyleDomain::defaultScheme() {
@@ -86,23 +90,22 @@ std::shared_ptr<ZelStyleScheme> ZelStyleDomain::darkScheme() {
 }
 
 std::shared_ptr<ZelStyleScheme> ZelStyleDomain::currentScheme() const {
-    const std::scoped_lock guard(state_->mutex);
+    const PrivateGuard guard(state_->lock);
     return state_->currentScheme;
 }
 
 void ZelStyleDomain::setCurrentScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
     const auto self = weak_from_this().lock(); // what is dropped may hold the last reference
-    { // it ends after the mutex is released and before anybody is told
+    { // it ends after the lock is released and before anybody is notified
         std::shared_ptr<ZelStyleScheme> former = scheme;
         std::shared_ptr<ZelStyle> formerMain;
-        const std::scoped_lock guard(state_->mutex);
+        const PrivateGuard guard(state_->lock);
         if (scheme == state_->currentScheme) {
             return;
         }
         state_->currentScheme.swap(former);
         state_->mainStyle.swap(formerMain);
-        ++state_->mainStyleDrops;
-        StyleLookupEpoch::advance();
+        lookupChanges.increment();
     }
     notifyForStyleChangeOf(nullptr, {.withEvent = ZelStyleChangeEventChanged});
 }
@@ -121,27 +124,57 @@ void ZelStyleDomain::setSchemeFollowsSystem(bool follows) {
             // The centre holds the domain while it calls it.
             center.addObserver(
                 shared_from_this(),
-                [this](const NSNotification& each) { _updateFromSystemAppearance(&each); },
-                systemAppearanceChangedNotification(), nullptr);
+                [this](const auto&) { DomainInternals::_updateFromSystemAppearance(*this); },
+                ZelStyleSystemAppearanceChangedNotification, nullptr);
         } catch (...) { // no memory
             state_->schemeFollowsSystem.store(false, std::memory_order_release);
             throw;
         }
     } else {
-        center.removeObserver(*this, systemAppearanceChangedNotification(), nullptr);
+        center.removeObserver(*this, ZelStyleSystemAppearanceChangedNotification, nullptr);
     }
-    _updateFromSystemAppearance(nullptr);
+    DomainInternals::_updateFromSystemAppearance(*this);
 }
 
 // Deliberate: a domain that doesn't follow goes to its light scheme, not to its default one.
-void ZelStyleDomain::_updateFromSystemAppearance(const NSNotification* /*notification*/) {
-    auto target = lightScheme();
-    if (schemeFollowsSystem() && systemAppearanceIsDark()) {
-        target = darkScheme();
+void DomainInternals::_updateFromSystemAppearance(ZelStyleDomain& domain) {
+    auto target = domain.lightScheme();
+    if (domain.schemeFollowsSystem() &&
+        ZelStyleSystemAppearance::sharedSystemAppearance()->currentAppearanceType() ==
+            ZelStyleSystemAppearanceTypeDark) {
+        target = domain.darkScheme();
     }
-    if (target != currentScheme()) {
-        setCurrentScheme(target);
+    if (target != domain.currentScheme()) {
+        domain.setCurrentScheme(target);
     }
+}
+
+// Not kept where something has changed during the look-up, on another thread.
+std::shared_ptr<ZelStyle> ZelStyleDomain::mainStyle() {
+    {
+        const PrivateGuard guard(state_->lock);
+        if (state_->mainStyle) {
+            return state_->mainStyle;
+        }
+    }
+    const std::uint64_t lookups = lookupChanges.now();
+    auto style = styleForIdentifier(ZelStyleIdentifierMain);
+    const PrivateGuard guard(state_->lock);
+    if (lookups == lookupChanges.now() && !state_->mainStyle) {
+        state_->mainStyle = style;
+    }
+    return style;
+}
+
+std::shared_ptr<ZelStyle>
+ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
+    if (const auto current = currentScheme()) {
+        if (auto style = current->styleForIdentifier(identifier)) {
+            return style;
+        }
+    }
+    const auto fallback = state_->findScheme(ZelStyleSchemeIdentifierDefault);
+    return fallback ? fallback->styleForIdentifier(identifier) : nullptr;
 }
 
 } // namespace v1

@@ -4,6 +4,7 @@
 #include <ZelStyleKit/ZelStyleAttributes.h>
 
 #include <array>
+#include <unordered_map>
 
 namespace zel {
 inline namespace v1 {
@@ -23,12 +24,18 @@ static_assert(ZelStyleAttributeCount == 55);
 
 } // namespace
 
-StringPool* makeAttributeKeys() {
-    auto* const pool = new StringPool;
-    for (const std::string_view key : predefinedKeys) {
-        pool->intern(key);
-    }
-    return pool;
+std::optional<AttributeIndex> indexOfAttribute(std::string_view key) noexcept {
+    using Indices = std::unordered_map<std::string_view, AttributeIndex>;
+    static const Indices& indices =
+        []() -> const Indices& { // never destroyed: styles may end at exit
+        auto* const made = new Indices;
+        for (const std::string_view each : predefinedKeys) {
+            made->emplace(each, static_cast<AttributeIndex>(made->size()));
+        }
+        return *made;
+    }();
+    const auto found = indices.find(key);
+    return found == indices.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::string_view ZelStyleAttributeKeyOf(ZelStyleAttribute attribute) noexcept {

@@ -1,26 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/text/StringPool.h"
-
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace zel {
 inline namespace v1 {
 
-/// The place of an attribute key in the process's pool of keys; the predefined ones come first, in
-/// the order of their list.
+/// The place of a predefined attribute in the list of them.
 using AttributeIndex = std::uint32_t;
 
-/// A new pool with the predefined keys.
-StringPool* makeAttributeKeys();
-
-/// The pool of attribute keys. Reading an unknown key adds nothing to it; writing one does.
-inline StringPool& attributeKeys() {
-    static StringPool* const pool = makeAttributeKeys(); // never destroyed: styles may end at exit
-    return *pool;
-}
+/// The place of the predefined attribute with that key; nothing for any other string.
+std::optional<AttributeIndex> indexOfAttribute(std::string_view key) noexcept;
 
 } // namespace v1
 } // namespace zel

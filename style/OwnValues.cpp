@@ -2,25 +2,37 @@
 #include "style/OwnValues.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 
 namespace zel {
 inline namespace v1 {
 
-const ZelAttributeValue* OwnValues::find(AttributeIndex key) const noexcept {
-    const auto at = std::ranges::lower_bound(entries_, key, {}, &Entry::key);
-    return at != entries_.end() && at->key == key ? &at->value : nullptr;
+const ZelAttributeValue* OwnValues::find(std::string_view key) const {
+    if (const auto index = indexOfAttribute(key)) {
+        const auto at = std::ranges::lower_bound(predefined_, *index, {}, &Predefined::index);
+        return at != predefined_.end() && at->index == *index ? &at->value : nullptr;
+    }
+    const auto found = custom_.find(key);
+    return found == custom_.end() ? nullptr : &found->second;
 }
 
-std::optional<ZelAttributeValue> OwnValues::set(AttributeIndex key, ZelAttributeValue value) {
-    constexpr std::size_t usual = 3; // values of a child style
-    if (entries_.capacity() == 0) {
-        entries_.reserve(usual);
+std::optional<ZelAttributeValue> OwnValues::set(std::string_view key,
+                                                const ZelAttributeValue& value) {
+    if (const auto index = indexOfAttribute(key)) {
+        return set(*index, value);
     }
-    const auto at = std::ranges::lower_bound(entries_, key, {}, &Entry::key);
-    if (at != entries_.end() && at->key == key) {
-        return std::exchange(at->value, std::move(value));
+    const auto [found, isNew] = custom_.try_emplace(std::string(key), value);
+    return isNew ? std::nullopt : std::optional(std::exchange(found->second, value));
+}
+
+std::optional<ZelAttributeValue> OwnValues::set(AttributeIndex index,
+                                                const ZelAttributeValue& value) {
+    const auto at = std::ranges::lower_bound(predefined_, index, {}, &Predefined::index);
+    if (at != predefined_.end() && at->index == index) {
+        return std::exchange(at->value, value);
     }
-    entries_.insert(at, Entry{key, std::move(value)});
+    predefined_.insert(at, Predefined{index, value});
     return std::nullopt;
 }
 

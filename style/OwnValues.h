@@ -6,29 +6,33 @@
 #include <ZelStyleKit/ZelAttributeValue.h>
 
 #include <optional>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 namespace zel {
 inline namespace v1 {
 
-/// A style's own values: as many as were written, in the order of their keys' places. Guarded by
-/// the style's values lock.
+/// A style's own values, null markers included: as many as were written. Guarded by `stylesLock`.
 class OwnValues {
 public:
-    struct Entry {
-        AttributeIndex key;
+    struct Predefined {
+        AttributeIndex index;
         ZelAttributeValue value;
     };
 
-    [[nodiscard]] const ZelAttributeValue* find(AttributeIndex key) const noexcept;
-    /// Stores a value and hands out the one that it replaces, to end outside the lock.
-    std::optional<ZelAttributeValue> set(AttributeIndex key, ZelAttributeValue value);
+    [[nodiscard]] const ZelAttributeValue* find(std::string_view key) const;
+    /// Stores a value and hands out the one that it replaces, to be destroyed outside the lock.
+    std::optional<ZelAttributeValue> set(std::string_view key, const ZelAttributeValue& value);
+    std::optional<ZelAttributeValue> set(AttributeIndex index, const ZelAttributeValue& value);
 
-    [[nodiscard]] const std::vector<Entry>& entries() const noexcept { return entries_; }
+    /// The values of predefined attributes, in the order of their list.
+    [[nodiscard]] const std::vector<Predefined>& predefined() const noexcept { return predefined_; }
+    /// All others, by key.
+    [[nodiscard]] const ZelAttributeDictionary& custom() const noexcept { return custom_; }
 
 private:
-    std::vector<Entry> entries_; // sorted by key
+    std::vector<Predefined> predefined_;
+    ZelAttributeDictionary custom_;
 };
 
 } // namespace v1

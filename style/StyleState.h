@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/locks/Guarded.h"
-#include "platform/locks/RecursiveLock.h"
-#include "platform/objects/AtomicWeakReference.h"
-#include "platform/objects/WeakTable.h"
+#include "platform/locks/PrivateLock.h"
 #include "platform/text/Identifier.h"
+#include "style/MergedValues.h"
 #include "style/OwnValues.h"
+#include "style/UpdateFollowers.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 
@@ -17,29 +16,34 @@
 namespace zel {
 inline namespace v1 {
 
-/// What an owner has asked for of a style: an observer to call, or, where the owner is a child
-/// style that follows its parent, the changes that compute it.
-struct UpdateFollower {
-    std::shared_ptr<const ZelStyle::UpdateObserver> observer;
-    std::shared_ptr<const ZelStyle::InheritedChanges> inherited;
-};
+/// Guards the fields of every style that say so. One lock for all, since merging a style's values
+/// reads those of its ancestors; reads of merged values don't take it once they are computed.
+extern PrivateLock stylesLock;
 
-/// Owner to its one follower, in the order in which owners came.
-using UpdateFollowers = WeakTable<UpdateFollower, LockRank::UpdateFollowers>;
+/// A style's fields.
+struct ZelStyle::State {
+    State();
+    ~State();
 
-/// A style's fields, but for the merged values, which reads want without a detour.
-struct StyleState {
+    const std::uint64_t serial;
     std::atomic<std::uint64_t> counter{0}; ///< accepted updates of this style alone
-    AtomicWeakReference<ZelStyleDomain> domain;
-    AtomicWeakReference<ZelStyleScheme> scheme;
-    AtomicWeakReference<ZelStyle> parentStyle;
-    AtomicIdentifier identifier;
+    /// Made under `stylesLock` by the first read, and kept: a style that nobody reads has none.
+    std::atomic<MergedValues*> merged{nullptr};
 
-    RecursiveLock updateLock{LockRank::StyleUpdate};     ///< the style's own lock
-    Guarded<std::shared_ptr<UpdateFollowers>> followers; ///< by updateLock
+    std::weak_ptr<ZelStyleDomain> domain ZEL_GUARDED_BY(stylesLock);
+    std::weak_ptr<ZelStyleScheme> scheme ZEL_GUARDED_BY(stylesLock);
+    std::weak_ptr<ZelStyle> parentStyle ZEL_GUARDED_BY(stylesLock);
+    Identifier identifier ZEL_GUARDED_BY(stylesLock);
+    OwnValues own ZEL_GUARDED_BY(stylesLock);
+    std::shared_ptr<UpdateFollowers> followers ZEL_GUARDED_BY(stylesLock); ///< made when needed
 
-    RecursiveLock valuesLock{LockRank::StyleValues};
-    Guarded<OwnValues> own; ///< by valuesLock, as the merged values are
+    /// The merged values, computed or not, made where there are none.
+    MergedValues& mergedValues() ZEL_REQUIRES(stylesLock);
+    /// Invalidates the merged values, where there are any.
+    [[nodiscard]] MergedValues::Invalidated invalidateMerged() noexcept ZEL_REQUIRES(stylesLock) {
+        MergedValues* const present = merged.load(std::memory_order_acquire);
+        return present ? present->invalidate() : MergedValues::Invalidated();
+    }
 };
 
 } // namespace v1

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyle.h>
 
-#include "style/StyleLookupEpoch.h"
-#include "style/StyleState.h"
+#include "style/LookupChanges.h"
 #include "style/ZelStyleInternals.h"
 
 #include <ZelStyleKit/ZelStyleScheme.h>
 
+#include <utility>
+
 namespace zel {
 inline namespace v1 {
+
+constinit PrivateLock stylesLock;
+constinit ChangeCounter lookupChanges;
+
 namespace {
 
 std::uint64_t nextSerial() noexcept {
@@ -16,21 +21,33 @@ std::uint64_t nextSerial() noexcept {
     return last.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
+/// Replaces a reference; the former one goes after the lock, since with it its last trace may.
+template <class Reference, class Value>
+void replace(Reference& field, Value value) {
+    Reference reference = std::move(value);
+    const PrivateGuard guard(stylesLock);
+    field.swap(reference);
+}
+
 } // namespace
 
 ZelStyleToken::ZelStyleToken(const std::shared_ptr<ZelStyle>& style) noexcept
     : serial_(style ? style->token().serial() : 0) {}
 
-ZelStyle::ZelStyle() : serial_(nextSerial()), state_(std::make_unique<StyleState>()) {}
+ZelStyle::State::State() : serial(nextSerial()) {}
 
-ZelStyle::~ZelStyle() {
-    StyleLookupEpoch::advance(); // its children have no parent now
-    delete merged_.load(std::memory_order_acquire);
+ZelStyle::State::~State() {
+    delete merged.load(std::memory_order_acquire);
 }
 
-std::shared_ptr<ZelStyle> ZelStyle::self() const {
-    return std::static_pointer_cast<ZelStyle>(
-        std::const_pointer_cast<NSObject>(shared_from_this()));
+ZelStyle::ZelStyle() : state_(std::make_unique<State>()) {}
+
+ZelStyle::~ZelStyle() {
+    lookupChanges.increment(); // its children have no parent now
+}
+
+ZelStyleToken ZelStyle::token() const noexcept {
+    return ZelStyleToken(state_->serial);
 }
 
 std::shared_ptr<ZelStyle>
@@ -42,13 +59,14 @@ ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
     if (!init()) {
         return nullptr;
     }
-    state_->identifier.store(identifier);
+    const auto self = std::static_pointer_cast<ZelStyle>(shared_from_this());
+    replace(state_->identifier, makeIdentifier(identifier));
     setDomain(given ? given->domain() : nullptr);
     setParentStyle(parent);
     if (!parent) {
-        _setupWithDefaultValuesUsingScheme(given);
+        ZelStyleInternals::_setupWithDefaultValuesUsingScheme(self, given);
     }
-    return self();
+    return self;
 }
 
 std::shared_ptr<ZelStyle>
@@ -58,40 +76,40 @@ ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
 }
 
 std::shared_ptr<ZelStyleDomain> ZelStyle::domain() const {
-    return state_->domain.load();
+    const PrivateGuard guard(stylesLock);
+    return state_->domain.lock();
 }
 
 void ZelStyle::setDomain(const std::shared_ptr<ZelStyleDomain>& domain) {
-    state_->domain.store(domain);
+    replace(state_->domain, domain);
 }
 
 std::shared_ptr<ZelStyleScheme> ZelStyle::scheme() const {
-    return state_->scheme.load();
+    const PrivateGuard guard(stylesLock);
+    return state_->scheme.lock();
 }
 
 void ZelStyle::setScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
-    state_->scheme.store(scheme);
+    replace(state_->scheme, scheme);
 }
 
 std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const {
-    return state_->parentStyle.load();
+    const PrivateGuard guard(stylesLock);
+    return state_->parentStyle.lock();
 }
 
 void ZelStyle::setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle) {
-    { // whoever holds this style's values and then takes its parent's has the parent as it is
-        const RecursiveGuard guard(state_->valuesLock);
-        state_->parentStyle.store(parentStyle);
-        state_->valuesLock.forgetOrder();
-    }
-    StyleLookupEpoch::advance(); // another family
+    replace(state_->parentStyle, parentStyle);
+    lookupChanges.increment(); // it descends from other styles
 }
 
 std::optional<std::string> ZelStyle::identifier() const {
-    return state_->identifier.copy();
+    const PrivateGuard guard(stylesLock);
+    return textOf(state_->identifier);
 }
 
 void ZelStyle::setIdentifier(std::optional<std::string_view> identifier) {
-    state_->identifier.store(identifier);
+    replace(state_->identifier, makeIdentifier(identifier));
 }
 
 bool ZelStyle::isChildOf(const std::shared_ptr<ZelStyle>& style) const {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "style/ZelStyleInternals.h"
+
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
@@ -6,6 +8,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <mutex>
+#include <set>
 
 namespace zel {
 inline namespace v1 {
@@ -101,7 +104,7 @@ private:
 
 } // namespace
 
-const ZelStyle::Providers& ZelStyle::_defaultValueProviders() {
+const std::vector<Provider>& ZelStyleInternals::_defaultValueProviders() {
     return registry().providers;
 }
 
@@ -125,9 +128,9 @@ void ZelStyle::removeDefaultValueProvider(
     }
 }
 
-void ZelStyle::_setupWithDefaultValuesUsingScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
-    const std::shared_ptr<ZelStyle> filled = self();
-    DefaultSetup(filled, scheme).run();
+void ZelStyleInternals::_setupWithDefaultValuesUsingScheme(
+    const std::shared_ptr<ZelStyle>& style, const std::shared_ptr<ZelStyleScheme>& scheme) {
+    DefaultSetup(style, scheme).run();
 }
 
 } // namespace v1

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleScheme.h>
 
-#include "platform/locks/Guarded.h"
-#include "platform/objects/AtomicWeakReference.h"
+#include "platform/locks/PrivateLock.h"
 #include "platform/text/Identifier.h"
-#include "style/StyleLookupEpoch.h"
+#include "style/LookupChanges.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyle.h>
@@ -13,8 +12,6 @@
 
 namespace zel {
 inline namespace v1 {
-
-constinit std::atomic<std::uint64_t> StyleLookupEpoch::epoch_{1};
 
 std::string_view ZelStyleSchemeIdentifierDefault = "default";
 std::string_view ZelStyleSchemeIdentifierLight = "light";
@@ -34,12 +31,10 @@ std::string keyOf(const ZelStyle& style) {
 } // namespace
 
 struct ZelStyleScheme::State {
-    AtomicWeakReference<ZelStyleDomain> domain;
-    AtomicIdentifier identifier;
-    mutable RecursiveLock lock{LockRank::SchemeStyles};
-    Guarded<Styles> guarded;
-
-    [[nodiscard]] Styles& styles() noexcept { return guarded.with(lock); }
+    PrivateLock lock;
+    std::weak_ptr<ZelStyleDomain> domain ZEL_GUARDED_BY(lock);
+    Identifier identifier ZEL_GUARDED_BY(lock);
+    Styles styles ZEL_GUARDED_BY(lock);
 };
 
 ZelStyleScheme::ZelStyleScheme() : state_(std::make_unique<State>()) {}
@@ -52,35 +47,40 @@ ZelStyleScheme::initWithIdentifier(std::optional<std::string_view> identifier,
     if (!init()) {
         return nullptr;
     }
-    state_->identifier.store(identifier);
-    state_->domain.store(domain);
+    Identifier named = makeIdentifier(identifier);
+    std::weak_ptr<ZelStyleDomain> owner = domain;
+    const PrivateGuard guard(state_->lock);
+    state_->identifier.swap(named);
+    state_->domain.swap(owner);
     return std::static_pointer_cast<ZelStyleScheme>(shared_from_this());
 }
 
+// The references are set before the key is looked at: where there is none, they stay.
 void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
     if (!style) {
-        return;
+        throw ZelInvalidArgument("a style that is added to a scheme must not be nil");
     }
-    // These end outside the lock; the first becomes the replaced style.
-    std::shared_ptr<ZelStyle> added = style;
-    const std::shared_ptr<ZelStyleDomain> owner = domain();
-    const RecursiveGuard guard(state_->lock);
-    added->setDomain(owner);
+    std::shared_ptr<ZelStyle> added = style; // becomes the replaced style, which ends outside
+    added->setDomain(domain());
     added->setScheme(std::static_pointer_cast<ZelStyleScheme>(shared_from_this()));
-    state_->styles()[keyOf(*added)].swap(added);
-    StyleLookupEpoch::advance();
+    std::string key = keyOf(*added);
+    const PrivateGuard guard(state_->lock);
+    state_->styles[std::move(key)].swap(added);
+    lookupChanges.increment();
 }
 
 void ZelStyleScheme::removeStyle(const std::shared_ptr<ZelStyle>& style) {
     if (!style) {
-        return;
+        throw ZelInvalidArgument("a style that is removed from a scheme must not be nil");
     }
+    const std::shared_ptr<ZelStyle> kept = style; // the table may hold the caller's reference
+    kept->setDomain(nullptr);
+    kept->setScheme(nullptr);
+    const std::string key = keyOf(*kept);
     Styles::node_type removed; // ends outside the lock
-    const RecursiveGuard guard(state_->lock);
-    style->setDomain(nullptr);
-    style->setScheme(nullptr);
-    removed = state_->styles().extract(keyOf(*style));
-    StyleLookupEpoch::advance();
+    const PrivateGuard guard(state_->lock);
+    removed = state_->styles.extract(key);
+    lookupChanges.increment();
 }
 
 std::shared_ptr<ZelStyle>
@@ -88,28 +88,30 @@ ZelStyleScheme::styleForIdentifier(std::optional<std::string_view> identifier) c
     if (!identifier) {
         return nullptr;
     }
-    const RecursiveGuard guard(state_->lock);
-    const auto found = state_->styles().find(*identifier);
-    return found == state_->styles().end() ? nullptr : found->second;
+    const PrivateGuard guard(state_->lock);
+    const auto found = state_->styles.find(*identifier);
+    return found == state_->styles.end() ? nullptr : found->second;
 }
 
 std::shared_ptr<ZelStyleDomain> ZelStyleScheme::domain() const {
-    return state_->domain.load();
+    const PrivateGuard guard(state_->lock);
+    return state_->domain.lock();
 }
 
 std::optional<std::string> ZelStyleScheme::identifier() const {
-    return state_->identifier.copy();
+    const PrivateGuard guard(state_->lock);
+    return textOf(state_->identifier);
 }
 
 ZelStyleScheme::Styles ZelStyleScheme::stylesByIdentifier() const {
-    const RecursiveGuard guard(state_->lock);
-    return state_->styles();
+    const PrivateGuard guard(state_->lock);
+    return state_->styles;
 }
 
 void ZelStyleScheme::setStylesByIdentifier(Styles styles) {
-    const RecursiveGuard guard(state_->lock);
-    state_->styles().swap(styles);
-    StyleLookupEpoch::advance();
+    const PrivateGuard guard(state_->lock);
+    state_->styles.swap(styles);
+    lookupChanges.increment();
 }
 
 } // namespace v1

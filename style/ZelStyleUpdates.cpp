@@ -1,189 +1,155 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/locks/DeliveryGate.h"
-#include "style/StyleState.h"
-#include "style/UpperFloor.h"
+#include "style/StylingLock.h"
 #include "style/ZelStyleInternals.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
 
+#include <utility>
 #include <vector>
 
 namespace zel {
 inline namespace v1 {
 namespace {
 
-/// A style's followers, none where it has had none; its lock is held.
-std::shared_ptr<UpdateFollowers>& followersOf(const ZelStyle& style) {
-    StyleState& state = ZelStyleInternals::state(style);
-    return state.followers.with(state.updateLock);
+/// One style's accepted update under way.
+struct Frame {
+    std::shared_ptr<ZelStyle> style;
+    std::shared_ptr<UpdateFollowers> followers; ///< nil where it has none
+    std::uint64_t nextFollower = 0;
+    std::uint64_t mutations = 0; ///< of the followers when the walk over them began
+};
+
+/// The updates under way in the process, a child's above its parent's; guarded by the styling lock.
+/// Kept, so that an update like an earlier one allocates nothing.
+std::vector<Frame>& frames() {
+    static auto* const made = new std::vector<Frame>; // never destroyed: used at exit
+    return *made;
 }
 
-/// One style's update under way: its lock is held; once it is accepted, its followers are called.
-class RunningUpdate {
-public:
-    void start(std::shared_ptr<ZelStyle> updated) {
-        style = std::move(updated);
-        guard_ = RecursiveGuard(ZelStyleInternals::state(*style).updateLock);
-        begun_ = false;
-    }
-    void stop() noexcept {
-        walk_.reset();
-        guard_ = RecursiveGuard();
-        style.reset();
-    }
+std::shared_ptr<UpdateFollowers> followersOf(const ZelStyle& style) {
+    const PrivateGuard guard(stylesLock);
+    return ZelStyleInternals::state(style).followers;
+}
 
-    /// The next follower to call; the first request moves the counter and drops the merged values.
-    UpdateFollowers::Entry* nextFollower() {
-        if (!begun_) {
-            begun_ = true;
-            ZelStyleInternals::incrementSeed(*style);
-            if (const auto& followers = followersOf(*style)) {
-                walk_.emplace(followers);
-                mutations_ = followers->mutations();
-            }
-        }
-        return walk_ ? walk_->next() : nullptr;
+/// Stores an owner's follower of a style; answers the one that it replaces.
+UpdateFollower follow(const ZelStyle& style, const std::shared_ptr<NSObject>& owner,
+                      UpdateFollower follower) {
+    auto followers = followersOf(style);
+    if (!followers) { // behind the styling lock: nobody else makes them meanwhile
+        followers = std::make_shared<UpdateFollowers>();
+        const PrivateGuard guard(stylesLock);
+        ZelStyleInternals::state(style).followers = followers;
     }
-    [[nodiscard]] const std::shared_ptr<NSObject>& owner() const noexcept { return walk_->owner(); }
-    void endFollowers() noexcept { walk_.reset(); }
-    void requireUnchangedFollowers() const {
-        if (followersOf(*style)->mutations() != mutations_) {
-            throw ZelEnumerationMutation("update observers changed while an update called them");
-        }
-    }
-
-    std::shared_ptr<ZelStyle> style;
-
-private:
-    RecursiveGuard guard_;
-    std::optional<UpdateFollowers::Walk> walk_;
-    std::uint64_t mutations_ = 0;
-    bool begun_ = false;
-};
-
-/// The updates under way in the process, a child's above its parent's; guarded by the gate. Kept,
-/// so that an update like an earlier one allocates nothing.
-class UpdateStack {
-public:
-    static UpdateStack& shared() {
-        static auto* const stack =
-            new UpdateStack; // never destroyed: styles may be updated at exit
-        return *stack;
-    }
-    [[nodiscard]] std::size_t depth() const noexcept { return depth_; }
-    [[nodiscard]] RunningUpdate& top() const noexcept { return *updates_[depth_ - 1]; }
-
-    void push(std::shared_ptr<ZelStyle> style) {
-        if (depth_ == updates_.size()) {
-            updates_.push_back(std::make_unique<RunningUpdate>());
-        }
-        updates_[depth_]->start(std::move(style));
-        ++depth_;
-    }
-    /// Letting an owner or a style go may end it, and so run other updates: above this one, still.
-    void pop() noexcept {
-        top().stop();
-        --depth_;
-    }
-
-private:
-    std::vector<std::unique_ptr<RunningUpdate>> updates_;
-    std::size_t depth_ = 0;
-};
+    return followers->set(owner, std::move(follower));
+}
 
 /// Runs an inherited style's changes: with the parent that it has now, which may be nil.
 void computeChild(const ZelStyle::InheritedChanges& changes,
                   const std::shared_ptr<ZelStyle>& child) {
-    changes(child->parentStyle(), child);
+    const auto parent = child->parentStyle();
+    requireNoPrivateLock();
+    changes(parent, child);
 }
 
-/// An update, and those of the children that follow the style, depth first: a style's followers
-/// before its domain. A loop, so that no chain of children is too long for the stack.
+void deliver(const std::shared_ptr<ZelStyle>& style) {
+    if (const auto domain = style->domain()) {
+        domain->notifyForStyleChangeOf(
+            nullptr,
+            {.withEvent = ZelStyleChangeEventChanged, .force = true, .forStyleOnly = style});
+    }
+}
+
+/// An accepted update and those of the children that follow the style, depth first: a style's
+/// followers before its domain. A loop, so that no chain of children is too long for the stack.
 class UpdateRun {
 public:
-    explicit UpdateRun(std::shared_ptr<ZelStyle> style) : below_(stack_.depth()) {
-        stack_.push(std::move(style));
+    explicit UpdateRun(const std::shared_ptr<ZelStyle>& style) : below_(frames().size()) {
+        push(style);
     }
     UpdateRun(const UpdateRun&) = delete;
     UpdateRun& operator=(const UpdateRun&) = delete;
-    ~UpdateRun() { // after an exception: the innermost lock goes first
-        while (stack_.depth() > below_) {
-            stack_.pop();
+    ~UpdateRun() { // after an exception: the innermost goes first
+        while (frames().size() > below_) {
+            pop();
         }
     }
 
-    [[nodiscard]] const std::shared_ptr<ZelStyle>& style() const { return stack_.top().style; }
-
-    void accept() {
-        while (stack_.depth() > below_) {
-            step();
+    void run() {
+        while (frames().size() > below_) {
+            if (!callNextFollower()) {
+                const std::shared_ptr<ZelStyle> style = frames().back().style;
+                deliver(style);
+                pop();
+                if (frames().size() > below_) {
+                    requireUnchangedFollowers();
+                }
+            }
         }
     }
 
 private:
-    void step() {
-        RunningUpdate& update = stack_.top();
-        if (auto* entry = update.nextFollower()) {
-            call(update, entry->payload);
-            return;
-        }
-        update.endFollowers();
-        deliverStyleUpdate(update.style->domain(), update.style);
-        stack_.pop();
-        if (stack_.depth() > below_) {
-            stack_.top().requireUnchangedFollowers();
+    static void push(const std::shared_ptr<ZelStyle>& style) {
+        Frame& frame = frames().emplace_back();
+        frame.style = style;
+        ZelStyleInternals::_incrementSeed(*style);
+        if (auto followers = followersOf(*style)) {
+            followers->beginWalk();
+            frame.mutations = followers->mutations();
+            frame.followers = std::move(followers);
         }
     }
 
-    void call(const RunningUpdate& update, const UpdateFollower& follower) {
-        if (const auto observer = follower.observer) {
-            (*observer)(update.owner(), update.style, false);
-            update.requireUnchangedFollowers();
-        } else if (const auto inherited = follower.inherited) {
-            const auto child = std::static_pointer_cast<ZelStyle>(update.owner());
-            stack_.push(child);
+    // What the frame held may end here, and so run other updates: above this one, still.
+    static void pop() noexcept {
+        const Frame ended = std::move(frames().back());
+        frames().pop_back();
+        if (ended.followers) {
+            ended.followers->endWalk();
+        }
+    }
+
+    /// False where the style has no more followers.
+    static bool callNextFollower() {
+        Frame& frame = frames().back(); // calling one may move it
+        auto step = frame.followers ? frame.followers->next(frame.nextFollower) : std::nullopt;
+        if (!step) {
+            return false;
+        }
+        frame.nextFollower = step->next;
+        if (const auto& inherited = step->follower.inherited) {
+            const auto child = std::static_pointer_cast<ZelStyle>(step->owner);
             computeChild(*inherited, child);
+            push(child);
+        } else {
+            const std::shared_ptr<ZelStyle> style = frame.style;
+            requireNoPrivateLock();
+            (*step->follower.observer)(step->owner, style, false);
+            requireUnchangedFollowers();
+        }
+        return true;
+    }
+
+    static void requireUnchangedFollowers() {
+        const Frame& frame = frames().back();
+        if (frame.followers->mutations() != frame.mutations) {
+            throw ZelEnumerationMutation("update observers changed while an update called them");
         }
     }
 
-    UpdateStack& stack_ = UpdateStack::shared();
     const std::size_t below_;
 };
 
-/// Stores an owner's follower and hands out the one that it replaces; the style's lock is held.
-UpdateFollower follow(const ZelStyle& style, const std::shared_ptr<NSObject>& owner,
-                      UpdateFollower follower) {
-    auto& followers = followersOf(style);
-    if (!followers) {
-        followers = std::make_shared<UpdateFollowers>();
-    }
-    const RecursiveGuard guard(followers->lock);
-    if (auto* entry = followers->find(*owner)) {
-        followers->noteMutation();
-        return std::exchange(entry->payload, std::move(follower));
-    }
-    followers->insert(owner, std::move(follower));
-    return {};
-}
-
 } // namespace
 
-void ZelStyle::_incrementSeed() {
-    MergedValues::Dropped dropped; // ends after the lock is released
-    state_->counter.fetch_add(1, std::memory_order_acq_rel);
-    const RecursiveGuard guard(state_->valuesLock);
-    if (MergedValues* merged = merged_.load(std::memory_order_acquire)) {
-        dropped = merged->drop();
-    }
-}
-
 void ZelStyle::updateStyleWithChanges(const Changes& changes) {
-    const DeliveryGate gate;
+    const StylingLock lock;
+    const auto style = std::static_pointer_cast<ZelStyle>(shared_from_this());
     const Changes kept = changes; // running it may clear the caller's
-    UpdateRun run(self());
-    if (!kept || kept(run.style())) {
-        run.accept();
+    requireNoPrivateLock();
+    if (!kept || kept(style)) {
+        UpdateRun(style).run();
     }
 }
 
@@ -192,21 +158,19 @@ ZelStyle::inheritedStyleWithChanges(InheritedChanges changes,
                                     std::optional<std::string_view> identifier,
                                     const std::shared_ptr<ZelStyleScheme>& scheme) {
     const std::shared_ptr<ZelStyleScheme> addedTo = scheme; // the changes may let go of both
-    const auto parent = self();
+    const auto parent = std::static_pointer_cast<ZelStyle>(shared_from_this());
     if (addedTo) {
         if (auto present = addedTo->styleForIdentifier(identifier)) {
             return present;
         }
     }
-    auto child = alloc<ZelStyle>()->initWithIdentifier(
-        identifier, addedTo ? addedTo : currentSchemeOf(domain()), parent);
+    const auto ownDomain = addedTo ? nullptr : domain();
+    const auto child = alloc<ZelStyle>()->initWithIdentifier(
+        identifier, ownDomain ? ownDomain->currentScheme() : addedTo, parent);
     if (changes) {
-        const DeliveryGate gate;
+        const StylingLock lock;
         const auto shared = std::make_shared<const InheritedChanges>(std::move(changes));
-        UpdateFollower replaced;
-        const RecursiveGuard guard(state_->updateLock);
-        replaced = follow(*this, child, {nullptr, shared});
-        const RecursiveGuard childGuard(child->state_->updateLock);
+        const UpdateFollower replaced = follow(*this, child, {nullptr, shared});
         computeChild(*shared, child); // an update that is not accepted: it only writes
     }
     if (addedTo) {
@@ -221,28 +185,26 @@ void ZelStyle::addStyleUpdateObserver(UpdateObserver observer,
     if (!observer || !withOwner) {
         return;
     }
-    const DeliveryGate gate;
-    const auto style = self(); // the call may let go of the style and of its owner
+    const StylingLock lock;
+    // The call may let go of the style and of its owner.
+    const auto style = std::static_pointer_cast<ZelStyle>(shared_from_this());
     const std::shared_ptr<NSObject> owner = withOwner;
     const auto shared = std::make_shared<const UpdateObserver>(std::move(observer));
-    UpdateFollower replaced; // ends after the lock is released
-    const RecursiveGuard guard(state_->updateLock);
-    replaced = follow(*this, owner, {shared, nullptr});
+    const UpdateFollower replaced = follow(*this, owner, {shared, nullptr});
     if (initialCall) {
+        requireNoPrivateLock();
         (*shared)(owner, style, true);
     }
 }
 
 void ZelStyle::removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject>& owner) {
-    UpdateFollower removed; // ends after the lock is released
-    const RecursiveGuard guard(state_->updateLock);
-    const auto& followers = followersOf(*this);
+    const auto followers = followersOf(*this);
     if (!owner || !followers) {
         return;
     }
-    const RecursiveGuard tableGuard(followers->lock);
-    if (auto* entry = followers->find(*owner)) {
-        removed = followers->remove(*entry);
+    if (followers->remove(*owner).isWalked) { // by another thread's update: after it
+        const StylingLock lock;
+        (void)followers->remove(*owner);
     }
 }
 

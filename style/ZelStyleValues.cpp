@@ -1,141 +1,126 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "style/StyleState.h"
 #include "style/ZelStyleInternals.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyle.h>
 
+#include <array>
+#include <utility>
 #include <vector>
 
 namespace zel {
 inline namespace v1 {
 namespace {
 
-/// A style whose values lock is held.
-struct LockedStyle {
-    explicit LockedStyle(const ZelStyle& style)
-        : guard(ZelStyleInternals::state(style).valuesLock),
-          values(&ZelStyleInternals::mergedValues(style)),
-          own(&ZelStyleInternals::ownValues(style)) {}
+using State = ZelStyleInternals::State;
+using Styles = std::vector<std::shared_ptr<const ZelStyle>>;
 
-    RecursiveGuard guard;
-    MergedValues* values;
-    const OwnValues* own;
-};
+/// What a thread's last computation held its ancestors in, so that the next allocates nothing.
+Styles& spareStyles() {
+    static thread_local Styles styles;
+    return styles;
+}
 
-using Parents = std::vector<std::shared_ptr<const ZelStyle>>;
-
-/// Vectors that one computation leaves to the thread's next, so that it allocates nothing.
-template <class Vector>
-class Borrowed {
-public:
-    Borrowed() : vector_(std::exchange(spare(), {})) {}
-    Borrowed(const Borrowed&) = delete;
-    Borrowed& operator=(const Borrowed&) = delete;
-    ~Borrowed() {
-        vector_.clear(); // may end styles, and so compute others
-        spare() = std::move(vector_);
-    }
-    Vector& operator*() noexcept { return vector_; }
-    Vector* operator->() noexcept { return &vector_; }
-
-private:
-    static Vector& spare() {
-        static thread_local Vector vector;
-        return vector;
-    }
-    Vector vector_;
-};
-
-/// Holds the values lock of a style whose merged values are there. Where they weren't, locks each
-/// parent in turn up to the first whose values are there, then computes downwards. A loop, so that
-/// no chain of parents is too long for the stack.
-class ComputedLock {
-public:
-    explicit ComputedLock(const ZelStyle& style) : first_(style) {
-        if (!first_.values->isComputed()) {
-            compute(style);
+/// Computes the merged values of a style, and before them those of its ancestors, as far up as they
+/// aren't there. A loop, so that no chain of parents is too long for the stack. The ancestors are
+/// left in `held`: ending one needs the lock to be free.
+void computeMerged(const ZelStyle& style, Styles& held) ZEL_REQUIRES(stylesLock) {
+    const ZelStyle* top = &style;
+    while (!ZelStyleInternals::state(*top).mergedValues().isComputed()) {
+        auto parent = ZelStyleInternals::state(*top).parentStyle.lock();
+        if (!parent) {
+            break;
         }
+        top = parent.get();
+        held.push_back(std::move(parent));
     }
-
-private:
-    void compute(const ZelStyle& style) {
-        Borrowed<std::vector<LockedStyle>> locked;
-        for (auto parent = style.parentStyle(); parent; parent = parent->parentStyle()) {
-            parents_->push_back(parent);
-            locked->emplace_back(*parent);
-            if (locked->back().values->isComputed()) {
-                break;
-            }
+    const MergedValues* above = nullptr;
+    for (std::size_t i = held.size() + 1; i-- > 0;) {
+        State& each = ZelStyleInternals::state(i == 0 ? style : *held[i - 1]);
+        MergedValues& merged = each.mergedValues();
+        if (!merged.isComputed()) {
+            merged.compute(above, each.own);
         }
-        const MergedValues* above = nullptr;
-        while (!locked->empty()) { // releases each parent when its child is done
-            LockedStyle& each = locked->back();
-            if (!each.values->isComputed()) {
-                each.values->compute(above, *each.own);
-            }
-            above = each.values;
-            LockedStyle& below = locked->size() > 1 ? (*locked)[locked->size() - 2] : first_;
-            below.values->compute(above, *below.own);
-            locked->pop_back();
-        }
-        if (!first_.values->isComputed()) {
-            first_.values->compute(nullptr, *first_.own);
-        }
+        above = &merged;
     }
+}
 
-    Borrowed<Parents> parents_; // held while their values are read; may end when the lock is free
-    LockedStyle first_;
-};
+/// What `read` answers of a style's merged values, which are computed for it where they aren't
+/// there; the lock is held.
+template <class Read>
+auto readComputed(const ZelStyle& style, Read read) {
+    Styles held = std::exchange(spareStyles(), {});
+    auto result = [&] {
+        const PrivateGuard guard(stylesLock);
+        computeMerged(style, held);
+        return read(ZelStyleInternals::state(style).mergedValues());
+    }();
+    held.clear(); // may end styles, and so compute others
+    spareStyles() = std::move(held);
+    return result;
+}
+
+std::optional<ZelAttributeValue> withoutNull(std::optional<ZelAttributeValue> value) {
+    return value && value->isNull() ? std::nullopt : std::move(value);
+}
 
 } // namespace
 
-OwnValues& ZelStyleInternals::ownValues(const ZelStyle& style) {
-    return style.state_->own.with(style.state_->valuesLock);
-}
-
-MergedValues& ZelStyleInternals::mergedValues(const ZelStyle& style) {
-    MergedValues* present = style.merged_.load(std::memory_order_acquire);
-    if (present == nullptr) { // made once, under the values lock
+MergedValues& ZelStyle::State::mergedValues() {
+    MergedValues* present = merged.load(std::memory_order_acquire);
+    if (present == nullptr) {
         present = new MergedValues;
-        style.merged_.store(present, std::memory_order_release);
+        merged.store(present, std::memory_order_release);
     }
     return *present;
 }
 
-AttributeSlot ZelStyleInternals::computedSlot(const ZelStyle& style, AttributeIndex key) {
-    const ComputedLock computed(style);
+AttributeSlot ZelStyleInternals::predefinedSlot(const ZelStyle& style,
+                                                ZelStyleAttribute attribute) {
     AttributeSlot slot;
-    (void)mergedValues(style).read(key, slot); // computed and locked: it can't fail
-    return slot;
-}
-
-std::optional<ZelAttributeValue> ZelStyleInternals::computedValue(const ZelStyle& style,
-                                                                  AttributeIndex key) {
-    const ComputedLock computed(style);
-    const MergedValues& merged = mergedValues(style);
-    AttributeSlot slot;
-    (void)merged.read(key, slot); // computed and locked: it can't fail
-    if (slot.tag == AttributeSlot::other) {
-        return ZelAttributeValue(merged.otherAt(key));
+    if (!readPredefined(style, attribute, slot)) [[unlikely]] {
+        slot = readComputed(style, [&](const MergedValues& merged) {
+            AttributeSlot read;
+            (void)merged.readPredefined(static_cast<AttributeIndex>(attribute), read);
+            return read; // computed and locked: it can't fail
+        });
     }
-    return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
+    return slot;
 }
 
 std::optional<ZelAttributeValue>
 ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
-    const PooledString* known = key ? attributeKeys().find(*key) : nullptr;
-    if (known == nullptr) {
+    if (!key) {
         return std::nullopt;
     }
-    const RecursiveGuard guard(state_->valuesLock);
-    const ZelAttributeValue* value = ZelStyleInternals::ownValues(*this).find(known->index);
+    const PrivateGuard guard(stylesLock);
+    const ZelAttributeValue* value = state_->own.find(*key);
     return value ? std::optional<ZelAttributeValue>(*value) : std::nullopt;
 }
 
+std::optional<ZelAttributeValue> ZelStyleInternals::effectiveValue(const ZelStyle& style,
+                                                                   AttributeIndex index) {
+    AttributeSlot slot;
+    if (readPredefined(style, static_cast<ZelStyleAttribute>(index), slot) &&
+        slot.tag != AttributeSlot::other) [[likely]] {
+        return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
+    }
+    return withoutNull(
+        readComputed(style, [&](const MergedValues& merged) { return merged.find(index); }));
+}
+
+// Reading computes the merged values under any key, nil included.
+std::optional<ZelAttributeValue>
+ZelStyle::effectiveValueForAttribute(const std::optional<std::string_view>& key) const {
+    if (const auto index = key ? indexOfAttribute(*key) : std::nullopt) {
+        return ZelStyleInternals::effectiveValue(*this, *index);
+    }
+    return withoutNull(readComputed(
+        *this, [&](const MergedValues& merged) { return key ? merged.find(*key) : std::nullopt; }));
+}
+
 std::shared_ptr<const ZelAttributeDictionary> ZelStyle::effectiveValues() const {
-    const ComputedLock computed(*this);
-    return ZelStyleInternals::mergedValues(*this).snapshot();
+    return readComputed(*this, [](MergedValues& merged) { return merged.snapshot(); });
 }
 
 void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
@@ -143,20 +128,41 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
     if (!forAttribute) {
         throw ZelInvalidArgument("an attribute key must not be nil");
     }
-    ZelStyleInternals::setValueAt(*this, attributeKeys().intern(*forAttribute)->index, value);
+    std::optional<ZelAttributeValue> replaced; // these two are destroyed outside the lock
+    MergedValues::Invalidated invalidated;
+    const PrivateGuard guard(stylesLock);
+    replaced = state_->own.set(*forAttribute, value.value_or(ZelAttributeValue(NSNull{})));
+    invalidated = state_->invalidateMerged();
 }
 
-void ZelStyleInternals::setValueAt(ZelStyle& style, AttributeIndex key,
+void ZelStyleInternals::setValueAt(ZelStyle& style, AttributeIndex index,
                                    const std::optional<ZelAttributeValue>& value) {
-    std::optional<ZelAttributeValue> replaced; // these two end after the lock is released
-    MergedValues::Dropped dropped;
-    const RecursiveGuard guard(style.state_->valuesLock);
-    const ZelAttributeValue stored = value ? *value : ZelAttributeValue(NSNull{});
-    replaced = ownValues(style).set(key, stored);
-    MergedValues* merged = style.merged_.load(std::memory_order_acquire);
-    if (merged && !merged->dropButKeepOwn(key, stored)) {
-        dropped = merged->drop();
+    std::optional<ZelAttributeValue> replaced; // as above
+    MergedValues::Invalidated invalidated;
+    const PrivateGuard guard(stylesLock);
+    replaced = state(style).own.set(index, value.value_or(ZelAttributeValue(NSNull{})));
+    invalidated = state(style).invalidateMerged();
+}
+
+void ZelStyleInternals::setValuesAt(
+    ZelStyle& style,
+    std::span<const std::optional<ZelAttributeValue>, ZelStyleAttributeCount> values) {
+    std::array<std::optional<ZelAttributeValue>, ZelStyleAttributeCount> replaced; // as above
+    MergedValues::Invalidated invalidated;
+    const PrivateGuard guard(stylesLock);
+    for (AttributeIndex index = 0; index < values.size(); ++index) {
+        if (values[index]) {
+            replaced[index] = state(style).own.set(index, *values[index]);
+        }
     }
+    invalidated = state(style).invalidateMerged();
+}
+
+void ZelStyleInternals::_incrementSeed(ZelStyle& style) {
+    MergedValues::Invalidated invalidated; // destroyed outside the lock
+    state(style).counter.fetch_add(1, std::memory_order_acq_rel);
+    const PrivateGuard guard(stylesLock);
+    invalidated = state(style).invalidateMerged();
 }
 
 } // namespace v1

@@ -1,84 +1,110 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/objects/ObjectState.h"
-#include "platform/objects/StylingChanges.h"
-#include "platform/views/StyleableTree.h"
+#include "styleable/StylingState.h"
+
+#include "domain/DomainInternals.h"
+#include "styleable/StyleableTree.h"
 
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
+#include <stdexcept>
+
 namespace zel {
 inline namespace v1 {
 namespace {
 
-using AttachedIdentifier = AtomicIdentifier ObjectState::*;
+using CarriedIdentifier = Identifier StylingState::*;
 
-std::optional<std::string> readIdentifier(const NSObject& object, AttachedIdentifier attached) {
-    const ObjectState* state = ObjectState::find(object);
-    return state ? (state->*attached).copy() : std::nullopt;
+std::optional<std::string> readIdentifier(const NSObject& object, CarriedIdentifier carried) {
+    const auto* state = Attachment::find<StylingState>(object);
+    if (state == nullptr) {
+        return std::nullopt;
+    }
+    const PrivateGuard guard(linkLock);
+    return textOf(state->*carried);
+}
+
+void storeIdentifier(NSObject& object, CarriedIdentifier carried,
+                     std::optional<std::string_view> identifier) {
+    if (!identifier && !Attachment::find<StylingState>(object)) {
+        return;
+    }
+    Identifier stored = makeIdentifier(identifier);
+    auto& state = Attachment::of<StylingState>(object);
+    const ZelStyleable* conforming = object.asZelStyleable();
+    const ZelStyleableNode* node = conforming ? conforming->zelStyleableNode() : nullptr;
+    const PrivateGuard guard(linkLock);
+    (state.*carried).swap(stored);
+    if (node) {
+        StyleableTree::invalidate(*node);
+    }
 }
 
 // The new value isn't compared with the old one: redundant deliveries are filtered where they
 // happen.
-void setIdentifier(NSObject& object, AttachedIdentifier attached,
+void setIdentifier(NSObject& object, CarriedIdentifier carried,
                    std::optional<std::string_view> identifier) {
-    if (identifier || ObjectState::find(object)) {
-        (ObjectState::of(object).*attached).store(identifier);
-        StylingChanges::note();
-    }
+    storeIdentifier(object, carried, identifier);
     const ZelStyleable* conforming = object.asZelStyleable();
-    if (conforming) {
-        if (const ZelStyleableNode* node = conforming->zelStyleableNode()) {
-            const std::scoped_lock guard(ZelStyleableTree::lock());
-            ZelStyleableTree::forgetBindings(*node);
-        }
-        if (const auto target = object.weak_from_this().lock()) { // else it ends: nobody is told
-            ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
-                ->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});
-        }
+    if (conforming == nullptr) {
+        return;
+    }
+    if (const auto target = object.weak_from_this().lock()) { // else it ends: nobody is notified
+        requireNoPrivateLock();
+        ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
+            ->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});
     }
 }
 
 } // namespace
 
+StylingState::~StylingState() {
+    while (ListenerTable::endOneOf(*this)) {
+    }
+}
+
+void NSObject::styleChangedWithEvent(const std::shared_ptr<ZelStyle>& /*style*/,
+                                     ZelStyleChangeEvent /*event*/) {
+    throw std::logic_error("this object does not answer style:changedWithEvent:");
+}
+
 ZelStyleToken NSObject::lastZelStyle() const noexcept {
-    const ObjectState* state = ObjectState::find(*this);
+    const auto* state = Attachment::find<StylingState>(*this);
     return state ? ZelStyleToken(state->lastZelStyle.load(std::memory_order_relaxed))
                  : ZelStyleToken();
 }
 
 void NSObject::setLastZelStyle(ZelStyleToken style) {
-    if (!style.isNil() || ObjectState::find(*this)) {
-        ObjectState::of(*this).lastZelStyle.store(style.serial(), std::memory_order_relaxed);
-        StylingChanges::note();
+    if (!style.isNil() || Attachment::find<StylingState>(*this)) {
+        Attachment::of<StylingState>(*this).lastZelStyle.store(style.serial(),
+                                                               std::memory_order_relaxed);
+        bindingChanges.increment();
     }
 }
 
 std::optional<std::string> NSObject::customZelStyleIdentifier() const {
-    return readIdentifier(*this, &ObjectState::customZelStyleIdentifier);
+    return readIdentifier(*this, &StylingState::styleIdentifier);
 }
 
 void NSObject::setCustomZelStyleIdentifier(std::optional<std::string_view> identifier) {
-    setIdentifier(*this, &ObjectState::customZelStyleIdentifier, identifier);
+    setIdentifier(*this, &StylingState::styleIdentifier, identifier);
 }
 
 std::optional<std::string> NSObject::customZelStyleSchemeIdentifier() const {
-    return readIdentifier(*this, &ObjectState::customZelStyleSchemeIdentifier);
+    return readIdentifier(*this, &StylingState::schemeIdentifier);
 }
 
 void NSObject::setCustomZelStyleSchemeIdentifier(std::optional<std::string_view> identifier) {
-    setIdentifier(*this, &ObjectState::customZelStyleSchemeIdentifier, identifier);
+    setIdentifier(*this, &StylingState::schemeIdentifier, identifier);
 }
 
 bool NSObject::registerStyleableChangeHandler(ZelStyleChangeHandler handler) {
     const auto self = shared_from_this();
     const auto domain = ZelStyleDomain::domainForStyleable(self);
-    if (domain && !handler) {
-        throw ZelInvalidArgument("a change handler must not be nil");
-    }
     if (domain) {
-        domain->_registerChangeHandler(std::move(handler), self);
+        domain->registerChangeHandler(std::move(handler), self);
     }
     return domain != nullptr;
 }
@@ -87,8 +113,9 @@ bool NSObject::registerStyleableChangeHandler(ZelStyleChangeHandler handler) {
 bool NSObject::unregisterStyleableChangeHandlers() {
     const ZelStyleable* conforming = asZelStyleable();
     if (conforming) {
-        ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
-            ->_unregisterChangeHandlersWithOwner(*this);
+        const auto domain =
+            ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable());
+        DomainInternals::unregister(DomainInternals::state(*domain).owners, *this);
     }
     return conforming != nullptr;
 }

@@ -49,7 +49,7 @@ public:
 
 private:
     struct Registrations;
-    std::unique_ptr<Registrations> registrations_;
+    const std::shared_ptr<Registrations> registrations_;
 };
 
 } // namespace v1

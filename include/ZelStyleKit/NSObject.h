@@ -15,9 +15,9 @@
 namespace zel {
 inline namespace v1 {
 
+class Attachment;
 class NSObject;
 class ZelStyleable;
-struct ObjectState;
 
 /// Whether key-value observers hear of a change before it happens as well as after it.
 enum class NSKeyValueObservingOptions : unsigned { None = 0, Prior = 1 };
@@ -29,7 +29,7 @@ struct NSKeyValueChange {
 };
 
 /// Root of every class with reference semantics.
-/// Owns: the state attached to it (one pointer; nothing is allocated until state is set).
+/// Owns: what is attached to it (one pointer; nothing is allocated until something is).
 /// Refers to: nothing; observers and listeners hold it weakly.
 /// Threads: any, in handlers and destructors as well; docs/threads.md says it of each operation.
 /// Failure: an informal operation that a class doesn't answer raises `std::logic_error`.
@@ -102,8 +102,8 @@ public:
                                         const NSKeyValueChange& change, const void* context);
 
 private:
-    friend struct ObjectState;
-    mutable std::atomic<ObjectState*> state_{nullptr};
+    friend class Attachment;
+    mutable std::atomic<Attachment*> attachments_{nullptr};
 };
 
 /// `alloc`: an object of class T that still wants an initialiser.

@@ -5,14 +5,12 @@
 #include <ZelStyleKit/ZelAttributeValue.h>
 #include <ZelStyleKit/ZelStyleAttributes.h>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace zel {
 inline namespace v1 {
@@ -20,8 +18,6 @@ inline namespace v1 {
 class ZelStyleDefaultValueProvider;
 class ZelStyleDomain;
 class ZelStyleScheme;
-struct MergedValues;
-struct StyleState;
 
 /// What "styleType" holds.
 enum ZelStyleType : unsigned long {
@@ -35,10 +31,9 @@ enum ZelStyleType : unsigned long {
 /// holds weakly).
 /// Refers to: parent style, scheme and domain, weakly; a scheme owns the style.
 /// Threads: any, in handlers and destructors as well; providers are added and removed on the main
-/// thread, while nobody makes a root style (docs/threads.md). Values have a lock of their own, a
-/// child's taken before its parent's; a read of a predefined attribute takes none unless the merged
-/// values were dropped. An update holds the style's lock while it calls back; one update or
-/// delivery runs at a time in the process.
+/// thread, while nobody makes a root style (docs/threads.md). A read of a predefined attribute
+/// takes no lock unless the merged values were invalidated. Updates, and what adds observers, hold
+/// the styling lock of the process while they call back: one update or delivery runs at a time.
 /// Failure: a nil key to write to raises `ZelInvalidArgument`; changing the observers while an
 /// update walks them raises `ZelEnumerationMutation`; every lock is free afterwards.
 class ZEL_EXPORT ZelStyle : public NSObject {
@@ -88,7 +83,7 @@ public:
     [[nodiscard]] std::uint64_t seed() const;
 
     /// Never nil, never the same for two styles of a process.
-    [[nodiscard]] ZelStyleToken token() const noexcept { return ZelStyleToken(serial_); }
+    [[nodiscard]] ZelStyleToken token() const noexcept;
 
     /// `valueForAttribute:`. The style's own entry only: a value, the null marker, or absent. Keys
     /// to read by are passed by reference, since copying one costs as much as a read.
@@ -105,8 +100,8 @@ public:
     void setValue(const std::optional<ZelAttributeValue>& value,
                   std::optional<std::string_view> forAttribute);
 
-    /// `updateStyleWithChanges:`. Runs the changes, moves the style's counter, drops its merged
-    /// values, calls its observers, then has its domain deliver it to everything it applies to.
+    /// `updateStyleWithChanges:`. Runs the changes, increments the style's counter, invalidates its
+    /// merged values, calls its observers, then has its domain deliver it to all it applies to.
     void updateStyleWithChanges(const Changes& changes);
     /// `inheritedStyleWithChanges:identifier:scheme:`. Answers the scheme's style of that
     /// identifier where there is one, even the receiver; else makes a child that follows the
@@ -115,7 +110,7 @@ public:
     inheritedStyleWithChanges(InheritedChanges changes, std::optional<std::string_view> identifier,
                               const std::shared_ptr<ZelStyleScheme>& scheme);
     /// `addStyleUpdateObserver:withOwner:initialCall:`. One observer for each owner: a second
-    /// replaces the first. Called with the style's lock held. Nil observer or owner: nothing.
+    /// replaces the first. Called with the styling lock held. Nil observer or owner: nothing.
     void addStyleUpdateObserver(UpdateObserver observer, const std::shared_ptr<NSObject>& withOwner,
                                 bool initialCall);
     /// `removeStyleUpdateObserverWithOwner:`
@@ -153,18 +148,8 @@ public:
 
 private:
     friend struct ZelStyleInternals;
-    using Providers = std::vector<std::shared_ptr<ZelStyleDefaultValueProvider>>;
-
-    static const Providers& _defaultValueProviders();
-    void _setupWithDefaultValuesUsingScheme(const std::shared_ptr<ZelStyleScheme>& scheme);
-    void _incrementSeed();
-
-    std::shared_ptr<ZelStyle> self() const;
-
-    const std::uint64_t serial_;
-    /// Merged values, for reads without a lock; made on the first read and kept for good.
-    mutable std::atomic<MergedValues*> merged_{nullptr};
-    const std::unique_ptr<StyleState> state_;
+    struct State;
+    const std::unique_ptr<State> state_;
 };
 
 } // namespace v1

@@ -13,14 +13,8 @@
 namespace zel {
 inline namespace v1 {
 
-class ChangeHandlersToCall;
-template <class Payload>
-class ListenersByStyle;
-template <class Payload>
-class ListenerWalk;
 class ZelStyle;
 class ZelStyleScheme;
-struct NSNotification;
 
 /// Identifiers. Modifiable variables that hold fixed strings.
 extern ZEL_EXPORT std::string_view ZelStyleDomainIdentifierDefault;
@@ -31,8 +25,8 @@ extern ZEL_EXPORT std::string_view ZelStyleIdentifierMain;
 /// Owns: its schemes, for good; the change handlers, keyed by owner in registration order.
 /// Refers to: owners and handler objects, weakly; the registry of domains owns the domain.
 /// Threads: any, in handlers and destructors as well (docs/threads.md); handlers run on the
-/// notifying thread with their table's lock held. Lock order: handler table, schemes, a scheme's
-/// styles. Switching schemes and following belong to the main thread.
+/// notifying thread with the styling lock of the process held. Looking up doesn't wait for it.
+/// Switching schemes and following belong to the main thread.
 /// Failure: unknown identifiers create empty schemes and domains or fall back to the main style. A
 /// nil scheme identifier and a nil handler for a live owner raise `ZelInvalidArgument`; a handler's
 /// own exception passes through; every lock is free afterwards.
@@ -100,12 +94,12 @@ public:
                                                const std::shared_ptr<NSObject>& other);
 
     /// `registerChangeHandler:withOwner:`. Keeps the handler for as long as the owner lives and
-    /// calls it at once with event 0, outside the lock, after whatever is delivered by then. Nil
-    /// owner: nothing.
+    /// calls it at once with event 0, after any delivery in progress. Nil owner: nothing.
     void registerChangeHandler(ZelStyleChangeHandler handler,
                                const std::shared_ptr<NSObject>& withOwner);
-    /// `unregisterChangeHandlersWithOwner:`. The handlers, and what they captured, end here; where
-    /// any of them runs, when the outermost such call has returned.
+    /// `unregisterChangeHandlersWithOwner:`. The handlers, and what they captured, are destroyed
+    /// here; where any of them runs, when the outermost such call has returned. Waits where another
+    /// thread delivers in this domain, so that none of them runs any more afterwards.
     void unregisterChangeHandlersWithOwner(const std::shared_ptr<NSObject>& owner);
     /// `registerChangeHandler:`. The object must answer `style:changedWithEvent:`, which is called
     /// at once with event 0, also when it was registered before.
@@ -123,38 +117,8 @@ public:
                                 const ZelStyleDelivery& delivery);
 
 private:
-    friend class BoundStyles;
-    friend class NSObject;
-    friend struct ZelStyleDomainInternals;
+    friend struct DomainInternals;
     struct State;
-    struct NotificationPath;
-
-    void _updateFromSystemAppearance(const NSNotification* notification);
-    /// The caller holds the domain and the owner in references that no handler reaches.
-    void _registerChangeHandler(ZelStyleChangeHandler&& handler,
-                                const std::shared_ptr<NSObject>& owner);
-    void _unregisterChangeHandlersWithOwner(const NSObject& owner);
-    std::shared_ptr<ZelStyle> _notifyStyleFor(const std::shared_ptr<NSObject>& object);
-    std::shared_ptr<ZelStyle> _styleForBinding(std::uint32_t binding);
-    void _applyStyle(const std::shared_ptr<ZelStyle>& style,
-                     const ChangeHandlersToCall& onChangeHandlers,
-                     const std::shared_ptr<NSObject>& withOwner, const ZelStyleDelivery& delivery,
-                     std::uint64_t forcedEpoch = 0);
-    void _applyStyle(const std::shared_ptr<ZelStyle>& style,
-                     const std::shared_ptr<NSObject>& onChangeHandler,
-                     const ZelStyleDelivery& delivery, std::uint64_t forcedEpoch = 0);
-    [[nodiscard]] bool hasListeners() const;
-    void notify(const std::shared_ptr<NSObject>& styleable, const ZelStyleDelivery& delivery,
-                const NotificationPath* above);
-    void notifyOwners(const std::shared_ptr<NSObject>& styleable, const ZelStyleDelivery& delivery);
-    void notifyObjects(const std::shared_ptr<NSObject>& styleable,
-                       const ZelStyleDelivery& delivery);
-    template <class Payload, class Apply>
-    void applyToEach(ListenerWalk<Payload>& walk, ListenersByStyle<Payload>& byStyle,
-                     const ZelStyleDelivery& delivery, Apply apply);
-    void notifyAssociated(const NSObject& styleable, const ZelStyleDelivery& delivery,
-                          const NotificationPath& path);
-
     const std::unique_ptr<State> state_;
 };
 

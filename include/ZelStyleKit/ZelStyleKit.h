@@ -16,6 +16,7 @@
 #include <ZelStyleKit/NSViewController.h>
 #include <ZelStyleKit/ZelAttributeValue.h>
 #include <ZelStyleKit/ZelExceptions.h>
+#include <ZelStyleKit/ZelMisuse.h>
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleAttributes.h>
 #include <ZelStyleKit/ZelStyleChangeEvent.h>

@@ -24,10 +24,9 @@ extern ZEL_EXPORT std::string_view ZelStyleSchemeIdentifierDark;
 /// A named group of styles inside one domain.
 /// Owns: its styles, by identifier; one style may stand in several schemes.
 /// Refers to: its domain, weakly.
-/// Threads: any, in handlers and destructors as well; the table is locked for each operation, last
-/// in the lock order.
-/// Failure: adding or removing a style without identifier raises `ZelInvalidArgument`, after the
-/// style's references were set or cleared; the lock is free afterwards.
+/// Threads: any, in handlers and destructors as well; a private lock guards the table.
+/// Failure: adding or removing nil raises `ZelInvalidArgument` and changes nothing; a style without
+/// identifier does so after its references were set or cleared.
 class ZEL_EXPORT ZelStyleScheme : public NSObject {
 public:
     using Styles = std::map<std::string, std::shared_ptr<ZelStyle>, std::less<>>;
@@ -41,7 +40,7 @@ public:
                        const std::shared_ptr<ZelStyleDomain>& domain);
 
     /// `addStyle:`. Ties the style to this scheme and its domain and stores it under its present
-    /// identifier; a style replaced by that keeps its references. Nil: nothing.
+    /// identifier; a style replaced by that keeps its references.
     void addStyle(const std::shared_ptr<ZelStyle>& style);
     /// `removeStyle:`. Clears the style's references and removes the entry under its identifier.
     /// Deliberate: the entry goes even where it is another style's, which keeps its references.
@@ -58,8 +57,6 @@ public:
     void setStylesByIdentifier(Styles styles);
 
 private:
-    friend class ZelStyleDomain;
-    friend struct ZelStyleInternals;
     struct State;
     const std::unique_ptr<State> state_;
 };

@@ -3,7 +3,9 @@
 
 #include <ZelStyleKit/Export.h>
 
-#include <mutex>
+#include <cstdint>
+#include <memory>
+#include <string>
 
 namespace zel {
 inline namespace v1 {
@@ -36,15 +38,22 @@ public:
     [[nodiscard]] NSObject& object() const noexcept { return object_; }
 
 private:
-    friend struct ZelStyleableTree;
+    friend struct StyleableTree;
+    /// Which identifiers apply to the object, by where they are kept, and as of which change.
+    struct Binding {
+        std::uint64_t epoch = 0;
+        const std::shared_ptr<const std::string>* scheme = nullptr;
+        const std::shared_ptr<const std::string>* style = nullptr;
+    };
     void detach() noexcept;
 
+    // Guarded by one lock of the process, as are the nodes beside it.
     NSObject& object_;
-    // Guarded by ZelStyleableTree::lock().
     ZelStyleableNode* parent_ = nullptr;
     ZelStyleableNode* firstChild_ = nullptr;
     ZelStyleableNode* nextSibling_ = nullptr;
     ZelStyleableNode* previousSibling_ = nullptr;
+    mutable Binding binding_;
 };
 
 } // namespace v1

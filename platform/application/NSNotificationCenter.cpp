@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/objects/WeakTable.h"
+#include "platform/locks/PrivateLock.h"
+#include "platform/objects/WeaklyKeyed.h"
 
 #include <ZelStyleKit/NSNotificationCenter.h>
 #include <ZelStyleKit/NSObject.h>
 
 #include <algorithm>
+#include <iterator>
+#include <list>
 #include <vector>
 
 namespace zel {
@@ -18,6 +21,8 @@ bool isTo(const std::weak_ptr<NSObject>& reference, const std::shared_ptr<NSObje
 }
 
 struct Registration {
+    std::weak_ptr<NSObject> observer;
+    const NSObject* identity = nullptr; ///< the observer, for its own destructor; never followed
     std::shared_ptr<const NSNotificationCenter::Callback> callback;
     std::string name;
     std::weak_ptr<NSObject> object;
@@ -31,29 +36,55 @@ struct Registration {
     }
 };
 
-/// Observer to its registrations, in the order in which they were added.
-using RegistrationTable = WeakTable<std::vector<Registration>, LockRank::Notifications>;
-
-struct Call {
-    std::weak_ptr<NSObject> observer;
-    std::shared_ptr<const NSNotificationCenter::Callback> callback;
-};
-
 } // namespace
 
-struct NSNotificationCenter::Registrations {
-    std::shared_ptr<RegistrationTable> table = std::make_shared<RegistrationTable>();
+struct NSNotificationCenter::Registrations final : WeaklyKeyed {
+    PrivateLock lock;
+    /// An observer's together, in the order in which they were added.
+    std::list<Registration> all ZEL_GUARDED_BY(lock);
 
-    [[nodiscard]] bool holds(const NSObject& observer, const Call& call) const {
-        const RecursiveGuard guard(table->lock);
-        const auto* entry = table->find(observer);
-        return entry && std::ranges::any_of(entry->payload, [&](const Registration& each) {
-                   return each.callback == call.callback;
-               });
+    void add(const std::shared_ptr<NSObject>& observer, Registration registration) {
+        watch(*observer);
+        const PrivateGuard guard(lock);
+        const auto last = std::find_if(all.rbegin(), all.rend(), [&](const Registration& each) {
+            return each.identity == observer.get();
+        });
+        all.insert(last == all.rend() ? all.end() : last.base(), std::move(registration));
+    }
+
+    /// Moves out what has to be destroyed, which may hold anything, outside the lock.
+    template <class Goes>
+    std::list<Registration> extract(Goes goes) {
+        std::list<Registration> extracted;
+        const PrivateGuard guard(lock);
+        for (auto each = all.begin(); each != all.end();) {
+            const auto next = std::next(each);
+            if (goes(*each)) {
+                extracted.splice(extracted.end(), all, each);
+            }
+            each = next;
+        }
+        return extracted;
+    }
+
+    void keyEnded(const NSObject& key) noexcept override {
+        (void)extract([&](const Registration& each) { return each.identity == &key; });
+    }
+
+    std::vector<Registration> wanting(const NSNotification& notification) {
+        std::vector<Registration> found;
+        const PrivateGuard guard(lock);
+        std::ranges::copy_if(all, std::back_inserter(found),
+                             [&](const Registration& each) { return each.wants(notification); });
+        return found;
+    }
+    [[nodiscard]] bool holds(const Registration& registration) {
+        const PrivateGuard guard(lock);
+        return std::ranges::find(all, registration.callback, &Registration::callback) != all.end();
     }
 };
 
-NSNotificationCenter::NSNotificationCenter() : registrations_(std::make_unique<Registrations>()) {}
+NSNotificationCenter::NSNotificationCenter() : registrations_(std::make_shared<Registrations>()) {}
 
 NSNotificationCenter::~NSNotificationCenter() = default;
 
@@ -68,56 +99,27 @@ void NSNotificationCenter::addObserver(const std::shared_ptr<NSObject>& observer
     if (!observer || !callback) {
         return;
     }
-    auto& table = *registrations_->table;
-    Registration registration{std::make_shared<const Callback>(std::move(callback)),
-                              std::string(name), object, object == nullptr};
-    const RecursiveGuard guard(table.lock);
-    auto* entry = table.find(*observer);
-    if (entry == nullptr) {
-        entry = &table.insert(observer, {});
-    }
-    entry->payload.push_back(std::move(registration));
+    registrations_->add(observer, {observer, observer.get(),
+                                   std::make_shared<const Callback>(std::move(callback)),
+                                   std::string(name), object, object == nullptr});
 }
 
 void NSNotificationCenter::removeObserver(const NSObject& observer, std::string_view name,
                                           const std::shared_ptr<NSObject>& object) {
-    auto& table = *registrations_->table;
-    std::vector<Registration> ended; // ends after the lock is released
-    const RecursiveGuard guard(table.lock);
-    auto* entry = table.find(observer);
-    if (entry == nullptr) {
-        return;
-    }
-    auto& registrations = entry->payload;
-    const auto kept =
-        std::stable_partition(registrations.begin(), registrations.end(), [&](const auto& each) {
-            return each.name != name || (object && !isTo(each.object, object));
-        });
-    ended.assign(std::make_move_iterator(kept), std::make_move_iterator(registrations.end()));
-    registrations.erase(kept, registrations.end());
-    if (registrations.empty()) {
-        const auto empty = table.remove(*entry);
-    }
+    (void)registrations_->extract([&](const Registration& each) {
+        return each.identity == &observer && each.name == name &&
+               (!object || isTo(each.object, object));
+    });
 }
 
 void NSNotificationCenter::postNotificationName(std::string_view name,
                                                 const std::shared_ptr<NSObject>& object) {
     const NSNotification notification{std::string(name), object};
-    std::vector<Call> calls;
-    std::vector<std::shared_ptr<NSObject>> observers; // held, so that none ends in the walk's lock
-    for (RegistrationTable::Walk walk(registrations_->table); auto* entry = walk.next();) {
-        observers.push_back(walk.owner());
-        for (const Registration& each : entry->payload) {
-            if (each.wants(notification)) {
-                calls.push_back({walk.owner(), each.callback});
-            }
-        }
-    }
-    observers.clear();
-    for (const Call& call : calls) {
-        const auto observer = call.observer.lock();
-        if (observer && registrations_->holds(*observer, call)) {
-            (*call.callback)(notification);
+    for (const Registration& each : registrations_->wanting(notification)) {
+        const auto observer = each.observer.lock();
+        if (observer && registrations_->holds(each)) {
+            requireNoPrivateLock();
+            (*each.callback)(notification);
         }
     }
 }

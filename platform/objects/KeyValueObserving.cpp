@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/objects/WeakTable.h"
+#include "platform/locks/PrivateLock.h"
+#include "platform/objects/Attachment.h"
 
 #include <ZelStyleKit/NSObject.h>
 
 #include <algorithm>
+#include <iterator>
+#include <list>
 #include <string>
 #include <vector>
 
@@ -17,51 +20,67 @@ struct Observation {
     std::string keyPath;
     NSKeyValueObservingOptions options = NSKeyValueObservingOptions::None;
     const void* context = nullptr;
+
+    [[nodiscard]] bool isOf(const NSObject& object, std::string_view path,
+                            const void* given) const noexcept {
+        return identity == &object && keyPath == path && context == given;
+    }
 };
 
-/// Observed object to its observations, in the order in which they were added.
-using ObservationTable = WeakTable<std::vector<Observation>, LockRank::Observations>;
+constinit PrivateLock observationLock; // guards the observations of every object
 
-const std::shared_ptr<ObservationTable>& observations() {
-    static auto* const table =
-        new std::shared_ptr<ObservationTable>(std::make_shared<ObservationTable>());
-    return *table;
-}
+/// The observations of an object, in the order in which they were added.
+struct Observations final : Attachment {
+    explicit Observations(const NSObject& /*observed*/) noexcept {}
+    std::list<Observation> all ZEL_GUARDED_BY(observationLock);
+};
 
 /// The observations of a key as they are now, so that observers are called without the lock.
 std::vector<Observation> observationsOf(const NSObject& object, std::string_view key) {
     std::vector<Observation> found;
-    const auto& table = observations();
-    const RecursiveGuard guard(table->lock);
-    if (const auto* entry = table->find(object)) {
-        std::ranges::copy_if(entry->payload, std::back_inserter(found),
+    if (const auto* attached = Attachment::find<Observations>(object)) {
+        const PrivateGuard guard(observationLock);
+        std::ranges::copy_if(attached->all, std::back_inserter(found),
                              [&](const Observation& each) { return each.keyPath == key; });
     }
     return found;
 }
 
-/// Whether an observation still stands, which an observer called before it may have ended.
-bool stands(const NSObject& object, const Observation& observation) {
-    const auto& table = observations();
-    const RecursiveGuard guard(table->lock);
-    const auto* entry = table->find(object);
-    return entry && std::ranges::any_of(entry->payload, [&](const Observation& each) {
-               return each.identity == observation.identity &&
-                      each.keyPath == observation.keyPath && each.context == observation.context;
-           });
+/// Whether an observer that was called before this one has not removed it.
+bool isStillThere(const NSObject& object, const Observation& observation) {
+    const auto* attached = Attachment::find<Observations>(object);
+    const PrivateGuard guard(observationLock);
+    return std::ranges::any_of(attached->all, [&](const Observation& each) {
+        return each.isOf(*observation.identity, observation.keyPath, observation.context);
+    });
 }
 
-void tell(NSObject& object, std::string_view key, bool isPrior) {
+void notifyObservers(NSObject& object, std::string_view key, bool isPrior) {
     for (const Observation& observation : observationsOf(object, key)) {
         if (isPrior && observation.options != NSKeyValueObservingOptions::Prior) {
             continue;
         }
         const auto observer = observation.observer.lock();
-        if (observer && stands(object, observation)) {
+        if (observer && isStillThere(object, observation)) {
+            requireNoPrivateLock();
             observer->observeValueForKeyPath(key, object, {.isPrior = isPrior},
                                              observation.context);
         }
     }
+}
+
+/// Moves the observations that `goes` accepts out of the list, to be destroyed outside the lock.
+template <class Goes>
+std::list<Observation> extract(std::list<Observation>& from, Goes goes) {
+    std::list<Observation> extracted;
+    for (auto each = from.begin(); each != from.end();) {
+        const auto next = std::next(each);
+        if (goes(*each)) {
+            extracted.splice(extracted.end(), from, each);
+        }
+        each = next;
+    }
+    return extracted;
 }
 
 } // namespace
@@ -71,34 +90,33 @@ void NSObject::addObserver(const std::shared_ptr<NSObject>& observer, std::strin
     if (!observer) {
         return;
     }
-    const auto& table = observations();
-    const RecursiveGuard guard(table->lock);
-    auto* entry = table->find(*this);
-    if (entry == nullptr) {
-        entry = &table->insert(shared_from_this(), {});
-    }
-    std::erase_if(entry->payload, [](const Observation& each) { return each.observer.expired(); });
-    entry->payload.push_back({observer, observer.get(), std::string(forKeyPath), options, context});
+    auto& attached = Attachment::of<Observations>(*this);
+    Observation added{observer, observer.get(), std::string(forKeyPath), options, context};
+    std::list<Observation> ended;
+    const PrivateGuard guard(observationLock);
+    ended = extract(attached.all, [](const Observation& each) { return each.observer.expired(); });
+    attached.all.push_back(std::move(added));
 }
 
 void NSObject::removeObserver(const NSObject& observer, std::string_view forKeyPath,
                               const void* context) {
-    const auto& table = observations();
-    const RecursiveGuard guard(table->lock);
-    if (auto* entry = table->find(*this)) {
-        std::erase_if(entry->payload, [&](const Observation& each) {
-            return each.identity == &observer && each.keyPath == forKeyPath &&
-                   each.context == context;
-        });
+    auto* attached = Attachment::find<Observations>(*this);
+    if (attached == nullptr) {
+        return;
     }
+    std::list<Observation> removed;
+    const PrivateGuard guard(observationLock);
+    removed = extract(attached->all, [&](const Observation& each) {
+        return each.isOf(observer, forKeyPath, context);
+    });
 }
 
 void NSObject::willChangeValueForKey(std::string_view key) {
-    tell(*this, key, true);
+    notifyObservers(*this, key, true);
 }
 
 void NSObject::didChangeValueForKey(std::string_view key) {
-    tell(*this, key, false);
+    notifyObservers(*this, key, false);
 }
 
 } // namespace v1

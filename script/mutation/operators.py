@@ -27,7 +27,7 @@ SWAPS = {
     "<<": (">>",), ">>": ("<<",), "+=": ("-=",), "-=": ("+=",), "*=": ("/=",),
 }
 RELATIONAL = ("<", "<=", ">", ">=", "==", "!=")
-LOCKS = re.compile(r"\b(RecursiveGuard|scoped_lock|lock_guard|unique_lock|DeliveryGate)\b"
+LOCKS = re.compile(r"\b(PrivateGuard|StylingLock|scoped_lock|lock_guard|unique_lock)\b"
                    r"|\.(un)?lock\(\);$")
 DECLARATION = re.compile(
     r"^(const|static|constexpr|constinit|thread_local|auto|using|typename|struct|class|enum|extern"

@@ -155,15 +155,13 @@ TEST_F(AssociatedTests, AViewControllerLeadsToItsViewOnceThatIsLoaded) {
     EXPECT_EQ(recorder.take(), (StyleCalls{{"view", plain, 1}}));
 }
 
-/// Says which tables were free when it was asked for its associated objects.
+/// Says whether the styling lock was free when it was asked for its associated objects.
 class LockProbe : public Styled {
 public:
     mutable bool everythingWasFree = false;
     std::optional<std::vector<std::shared_ptr<NSObject>>> associatedZelStyleables() const override {
-        ZelStyleDomain& asked = *ZelStyleDomain::defaultDomain();
-        everythingWasFree = ZelStyleDomainInternals::ownersAreFree(asked) &&
-                            ZelStyleDomainInternals::objectsAreFree(asked) &&
-                            ZelStyleDomainInternals::schemesAreFree(asked);
+        requireNoPrivateLock();
+        everythingWasFree = stylingLockIsFree();
         return Styled::associatedZelStyleables();
     }
 };

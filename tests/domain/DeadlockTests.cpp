@@ -165,8 +165,8 @@ TEST_F(DeadlockTests, ThreadsMayRegisterAndEndOwnersWhileAnotherNotifies) {
                }});
     EXPECT_EQ(calls, 1 + 2 * rounds);
     EXPECT_GE(registered, rounds);
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 1U);
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 1U);
+    EXPECT_EQ(objectCount(*domain), 0U);
 }
 
 TEST_F(DeadlockTests, ResettingWhileAHandlerAsksForDomainsDoesNotWaitForever) {

@@ -95,7 +95,7 @@ TEST_F(DomainRegistryTests, ResetEmptiesTheRegistryAndRegistersANewDomainUnderIt
     const auto reset = ZelStyleDomain::domainForIdentifier("_reset");
     ASSERT_NE(reset, nullptr);
     EXPECT_EQ(reset->domainIdentifier(), "_reset");
-    EXPECT_EQ(ZelStyleDomainInternals::schemes(*reset), 1U);
+    EXPECT_EQ(schemeCount(*reset), 1U);
     EXPECT_NE(ZelStyleDomain::defaultDomain(), domain);
     EXPECT_NE(ZelStyleDomain::domainForIdentifier("editor"), editor);
 }
@@ -128,15 +128,15 @@ TEST_F(DomainRegistryTests, ADomainThatSomebodyHoldsOutlivesAResetAndWorksOn) {
 
 TEST_F(DomainRegistryTests, ANewDomainHasItsDefaultSchemeCurrentAndNothingElse) {
     const auto domain = ZelStyleDomain::domainForIdentifier("editor");
-    EXPECT_EQ(ZelStyleDomainInternals::schemes(*domain), 1U);
-    EXPECT_TRUE(ZelStyleDomainInternals::hasScheme(*domain, "default"));
+    EXPECT_EQ(schemeCount(*domain), 1U);
+    EXPECT_TRUE(hasScheme(*domain, "default"));
     EXPECT_EQ(domain->currentScheme(), domain->defaultScheme());
     EXPECT_TRUE(domain->currentScheme()->stylesByIdentifier().empty());
     EXPECT_EQ(domain->mainStyle(), nullptr);
     EXPECT_FALSE(domain->schemeFollowsSystem());
     EXPECT_EQ(domain->styleClass(), std::nullopt);
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 0U);
+    EXPECT_EQ(objectCount(*domain), 0U);
 }
 
 TEST_F(DomainRegistryTests, TheStyleClassIsKeptForTheApplication) {

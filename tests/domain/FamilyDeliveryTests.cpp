@@ -196,6 +196,53 @@ TEST_F(FamilyDeliveryTests, ListenersThatComeAndGoBetweenUpdatesCount) {
     EXPECT_EQ(update(top), Names{"third"});
 }
 
+TEST_F(FamilyDeliveryTests, AnUpdateInARegistrationsFirstCallReachesTheNewListener) {
+    const auto view = listen("view", "aside");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(bottom), Names{}) << round;
+    }
+    const auto added = alloc<NSView>();
+    bool isFirst = true;
+    added->registerStyleableChangeHandler(recorder.handler("added", [&] {
+        if (std::exchange(isFirst, false)) {
+            bottom->updateStyleWithChanges(nullptr); // "added" has no last style yet
+        }
+    }));
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"added", main, 0}, {"added", main, 1}}));
+}
+
+TEST_F(FamilyDeliveryTests, AListenerWhoseFirstCallRaisedIsCalledByTheNextUpdateOfAnyStyle) {
+    const auto view = listen("view", "aside");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(update(bottom), Names{}) << round;
+    }
+    const auto added = alloc<NSView>();
+    bool raises = true;
+    EXPECT_THROW(added->registerStyleableChangeHandler(recorder.handler("added",
+                                                                        [&] {
+                                                                            if (raises) {
+                                                                                throw 1;
+                                                                            }
+                                                                        })),
+                 int);
+    raises = false;
+    recorder.take();
+    EXPECT_EQ(update(bottom), Names{"added"});
+}
+
+TEST_F(FamilyDeliveryTests, AnObjectThatListensInTwoDomainsIsCalledByEach) {
+    const auto view = listen("view", "aside");
+    const auto other = ZelStyleDomain::domainForIdentifier("other");
+    const auto elsewhere = addStyle(other->defaultScheme(), "main");
+    other->registerChangeHandler(recorder.handler("elsewhere"), view);
+    recorder.take();
+    for (int round = 0; round < 4; ++round) { // each time the other domain's style was the last
+        EXPECT_EQ(update(bottom), Names{"view"}) << round;
+        elsewhere->updateStyleWithChanges(nullptr);
+        EXPECT_EQ(recorder.takeNames(), Names{"elsewhere"}) << round;
+    }
+}
+
 TEST_F(FamilyDeliveryTests, AnIdentifierThatAnotherDomainsTargetGetsMovesTheListenersBelowIt) {
     const auto editor = ZelStyleDomain::domainForIdentifier("editor");
     const auto editorMain = addStyle(editor->defaultScheme(), "main");

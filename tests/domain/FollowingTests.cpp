@@ -162,7 +162,7 @@ TEST_F(FollowingTests, ASchemeChosenAfterFollowingEndedStays) {
 TEST_F(FollowingTests, UpdatingADomainThatDoesNotFollowGoesToLight) {
     domain->setCurrentScheme(domain->darkScheme());
     makeSystemDark();
-    ZelStyleDomainInternals::updateFromSystemAppearance(*domain);
+    DomainInternals::_updateFromSystemAppearance(*domain);
     EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
 }
 
@@ -170,7 +170,7 @@ TEST_F(FollowingTests, UpdatingAnUnchangedAppearanceNotifiesNobody) {
     domain->setSchemeFollowsSystem(true);
     listen();
     owner->setLastZelStyle(nullptr);
-    ZelStyleDomainInternals::updateFromSystemAppearance(*domain);
+    DomainInternals::_updateFromSystemAppearance(*domain);
     EXPECT_EQ(recorder.take(), StyleCalls{});
 }
 
@@ -202,8 +202,7 @@ class FollowingSchemeTests : public StylingTests {};
 
 TEST_F(FollowingSchemeTests, FollowingMakesTheLightSchemeAndTheDarkOneWhenItIsDark) {
     const auto makes = [](const std::shared_ptr<ZelStyleDomain>& domain) {
-        return std::pair(ZelStyleDomainInternals::hasScheme(*domain, "light"),
-                         ZelStyleDomainInternals::hasScheme(*domain, "dark"));
+        return std::pair(hasScheme(*domain, "light"), hasScheme(*domain, "dark"));
     };
     const auto domain = alloc<ZelStyleDomain>()->initWithDomainIdentifier("loose");
     EXPECT_EQ(makes(domain), std::pair(false, false));

@@ -31,7 +31,7 @@ TEST_F(HandlerLifetimeTests, AHandlerAndWhatItCapturedLiveAsLongAsTheOwner) {
     EXPECT_FALSE(watched.expired());
     owner.reset();
     EXPECT_TRUE(watched.expired()); // without any notification in between
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 0U);
 }
 
 TEST_F(HandlerLifetimeTests, EveryHandlerOfAnOwnerEndsWithIt) {
@@ -196,16 +196,16 @@ TEST_F(HandlerLifetimeTests, ACaptureMayOwnAnotherOwner) {
     EXPECT_FALSE(watched.expired());
     owner.reset();
     EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 0U);
 }
 
-TEST_F(HandlerLifetimeTests, CapturesEndWithNoTableLockedUnlessAWalkIsOn) {
+TEST_F(HandlerLifetimeTests, CapturesEndWithNoLockHeldUnlessADeliveryIsOn) {
     int ended = 0;
     int endedLocked = 0;
     const auto handler = [&] {
         auto atEnd = std::make_shared<AtEnd>([&] {
             ++ended;
-            endedLocked += ZelStyleDomainInternals::ownersAreFree(*domain) ? 0 : 1;
+            endedLocked += stylingLockIsFree() ? 0 : 1;
         });
         return [kept = std::move(atEnd)](const auto&, const auto&, auto) {};
     };
@@ -248,10 +248,10 @@ TEST_F(HandlerLifetimeTests, AHandlersOwnerStaysThroughTheCallThatLetsItGo) {
 TEST_F(HandlerLifetimeTests, HandlerObjectsAreHeldWeakly) {
     const std::weak_ptr<Plain> watched = owner;
     domain->registerChangeHandler(owner);
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 1U);
+    EXPECT_EQ(objectCount(*domain), 1U);
     owner.reset();
     EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+    EXPECT_EQ(objectCount(*domain), 0U);
     forceAll();
 }
 

@@ -25,7 +25,7 @@ TEST_F(HandlerObjectChangeTests, AHandlerObjectServedAlreadyMayEnd) {
     listenAsObjects();
     act = [this] { before.reset(); };
     EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 2U);
+    EXPECT_EQ(objectCount(*domain), 2U);
     EXPECT_EQ(force(), (Names{"actor", "after"}));
 }
 
@@ -51,7 +51,7 @@ TEST_F(HandlerObjectChangeTests, AHandlerObjectThatEndsMeanwhileIsNotCalledAnyMo
     listenAsObjects();
     act = [this] { after.reset(); };
     EXPECT_EQ(force(), (Names{"before", "actor"}));
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 2U);
+    EXPECT_EQ(objectCount(*domain), 2U);
 }
 
 TEST_F(HandlerObjectChangeTests, AHandlerObjectMayBeLetGoByItsOwnCall) {
@@ -70,7 +70,7 @@ TEST_F(HandlerObjectChangeTests, AHandlerObjectMayBeLetGoByTheCallOfItsRegistrat
     };
     domain->registerChangeHandler(object);
     EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+    EXPECT_EQ(objectCount(*domain), 0U);
 }
 
 TEST_F(HandlerObjectChangeTests, AHandlerMayRegisterAndUnregisterHandlerObjectsAndTheReverse) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "style/StylingLock.h"
 #include "tests/domain/DomainInternals.h"
 #include "tests/support/Recorder.h"
 
@@ -123,11 +124,25 @@ TEST_F(LastStyleTests, OneThatIsNotCalledKeepsIt) {
 TEST_F(LastStyleTests, ApplyingAStyleToOneHandlerObjectFollowsTheCallRule) {
     const auto child = addChildStyle(plain, "child");
     owner->onStyleChange = recorder.objectHandler("object");
+    domain->registerChangeHandler(owner);
+    recorder.take();
     const auto applyIsCalled = [&](const std::shared_ptr<ZelStyle>& style,
                                    const std::shared_ptr<ZelStyle>& last,
                                    const ZelStyleDelivery& delivery) {
         owner->setLastZelStyle(last);
-        ZelStyleDomainInternals::applyStyle(*domain, style, owner, delivery);
+        const StylingLock lock;
+        const auto& state = *Attachment::find<StylingState>(*owner);
+        Listener* listener = nullptr;
+        {
+            const PrivateGuard guard(linkLock);
+            listener = DomainInternals::state(*domain).objects.find(state);
+        }
+        FoundStyles::Found found;
+        found.lookups = lookupChanges.now();
+        found.isForced = isForced(style, delivery);
+        found.serial = ZelStyleToken(style).serial();
+        found.style = style;
+        DomainInternals::_applyStyle(found, *listener, owner, delivery, 0);
         EXPECT_EQ(owner->lastZelStyle(), ZelStyleToken(style));
         return !recorder.take().empty();
     };

@@ -263,7 +263,7 @@ TEST_F(NotificationTests, TheOrderOutlastsManyThatComeAndGo) {
     expected.push_back("late");
     notifyAll({.force = true});
     EXPECT_EQ(recorder.takeNames(), expected);
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 87U);
+    EXPECT_EQ(ownerCount(*domain), 87U);
 }
 
 TEST_F(NotificationTests, ANotificationToAllVisitsNoAssociatedObjects) {

@@ -26,14 +26,14 @@ protected:
 TEST_F(RegistrationTests, ANilOwnerKeepsNothingAndCallsNothing) {
     domain->registerChangeHandler(recorder.handler("nobody"), nullptr);
     domain->registerChangeHandler(ZelStyleChangeHandler(), nullptr);
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 0U);
     forceAll();
     EXPECT_EQ(recorder.take(), StyleCalls{});
 }
 
 TEST_F(RegistrationTests, ANilHandlerObjectIsIgnored) {
     domain->registerChangeHandler(std::shared_ptr<NSObject>());
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 0U);
+    EXPECT_EQ(objectCount(*domain), 0U);
     domain->unregisterChangeHandler(nullptr);
     domain->unregisterChangeHandlersWithOwner(nullptr);
     forceAll();
@@ -66,14 +66,14 @@ public:
     }
 };
 
-TEST_F(RegistrationTests, AnOwnerStandsInItsTableAndNothingIsLockedWhenItIsAskedForItsParent) {
+TEST_F(RegistrationTests, AnOwnerIsInItsTableAndNoPrivateLockIsHeldWhenItIsAskedForItsParent) {
     const auto asked = alloc<Asked>();
     std::vector<std::size_t> registered;
     asked->whenAsked = [&] {
-        registered.push_back(ZelStyleDomainInternals::owners(*domain));
-        registered.push_back(ZelStyleDomainInternals::objects(*domain));
-        EXPECT_TRUE(ZelStyleDomainInternals::ownersAreFree(*domain));
-        EXPECT_TRUE(ZelStyleDomainInternals::objectsAreFree(*domain));
+        registered.push_back(ownerCount(*domain));
+        registered.push_back(objectCount(*domain));
+        requireNoPrivateLock();
+        EXPECT_FALSE(stylingLockIsFree());
     };
     domain->registerChangeHandler(recorder.handler("owner"), asked);
     EXPECT_EQ(std::exchange(registered, {}), (std::vector<std::size_t>{1, 0}));
@@ -86,7 +86,7 @@ TEST_F(RegistrationTests, AnOwnerUnregisteredWhileItIsAskedIsToldOnceAndForgotte
     asked->whenAsked = [&] { domain->unregisterChangeHandlersWithOwner(asked); };
     domain->registerChangeHandler(recorder.handler("owner"), asked);
     EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", plain, 0}}));
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 0U);
     forceAll();
     EXPECT_EQ(recorder.take(), StyleCalls{});
 }
@@ -115,7 +115,7 @@ TEST_F(RegistrationTests, ANewHandlerLeavesTheOwnersEarlierOnesAlone) {
     domain->registerChangeHandler(recorder.handler("third"), owner);
     EXPECT_EQ(recorder.take(),
               (StyleCalls{{"first", plain, 0}, {"second", plain, 0}, {"third", plain, 0}}));
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 1U);
+    EXPECT_EQ(ownerCount(*domain), 1U);
     forceAll();
     EXPECT_EQ(recorder.takeNames(), (Names{"first", "second", "third"}));
 }
@@ -144,8 +144,8 @@ TEST_F(RegistrationTests, ANilHandlerForAnOwnerRaisesAndLeavesEverythingAsItWas)
     EXPECT_THROW(domain->registerChangeHandler(ZelStyleChangeHandler(), owner), ZelInvalidArgument);
     EXPECT_THROW(domain->registerChangeHandler(ZelStyleChangeHandler(), stranger),
                  ZelInvalidArgument);
-    EXPECT_TRUE(ZelStyleDomainInternals::ownersAreFree(*domain));
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 1U);
+    EXPECT_TRUE(stylingLockIsFree());
+    EXPECT_EQ(ownerCount(*domain), 1U);
     EXPECT_TRUE(stranger->lastZelStyle().isNil());
     recorder.take();
     runElsewhere([this] { forceAll(); });
@@ -157,7 +157,7 @@ TEST_F(RegistrationTests, AHandlerObjectRegisteredTwiceIsKeptOnceAndCalledTwice)
     domain->registerChangeHandler(object);
     domain->registerChangeHandler(object);
     EXPECT_EQ(recorder.take(), (StyleCalls{{"object", plain, 0}, {"object", plain, 0}}));
-    EXPECT_EQ(ZelStyleDomainInternals::objects(*domain), 1U);
+    EXPECT_EQ(objectCount(*domain), 1U);
     forceAll();
     EXPECT_EQ(recorder.takeNames(), (Names{"object"}));
     domain->unregisterChangeHandler(object);
@@ -177,7 +177,7 @@ TEST_F(RegistrationTests, AHandlerObjectIsToldItsOwnStyleAtOnce) {
 TEST_F(RegistrationTests, AnObjectThatDoesNotAnswerRaisesAndCanBeTakenBack) {
     const auto mute = alloc<NSObject>();
     EXPECT_THROW(domain->registerChangeHandler(mute), std::logic_error);
-    EXPECT_TRUE(ZelStyleDomainInternals::objectsAreFree(*domain));
+    EXPECT_TRUE(stylingLockIsFree());
     EXPECT_TRUE(mute->lastZelStyle().isNil());
     domain->unregisterChangeHandler(mute);
     EXPECT_NO_THROW(forceAll());
@@ -189,7 +189,7 @@ TEST_F(RegistrationTests, AfterUnregisteringNoHandlerOfTheOwnerIsCalled) {
     domain->registerChangeHandler(recorder.handler("second"), owner);
     domain->registerChangeHandler(recorder.handler("other"), other);
     domain->unregisterChangeHandlersWithOwner(owner);
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 1U);
+    EXPECT_EQ(ownerCount(*domain), 1U);
     recorder.take();
     forceAll();
     domain->setCurrentScheme(domain->darkScheme());
@@ -247,7 +247,7 @@ TEST_F(RegistrationTests, AHandlerThatThrowsAtItsRegistrationIsKept) {
     };
     EXPECT_THROW(domain->registerChangeHandler(recorder.handler("owner", then), owner),
                  std::runtime_error);
-    EXPECT_TRUE(ZelStyleDomainInternals::ownersAreFree(*domain));
+    EXPECT_TRUE(stylingLockIsFree());
     EXPECT_TRUE(owner->lastZelStyle().isNil());
     throws = false;
     recorder.take();

@@ -33,7 +33,7 @@ TEST_F(SetupTests, LightAndDefaultShareOneMainStyleAndDarkHasAnother) {
     ASSERT_NE(dark, nullptr);
     EXPECT_EQ(domain->defaultScheme()->styleForIdentifier("main"), light);
     EXPECT_NE(dark, light);
-    EXPECT_EQ(ZelStyleDomainInternals::schemes(*domain), 3U);
+    EXPECT_EQ(schemeCount(*domain), 3U);
 }
 
 TEST_F(SetupTests, TheSharedStyleBelongsToTheLightScheme) {
@@ -102,7 +102,7 @@ TEST_F(SetupTests, OnlyTheDefaultDomainIsSetUp) {
     ZelStyleDomain::setupStyles();
     EXPECT_EQ(other->mainStyle(), nullptr);
     EXPECT_FALSE(other->schemeFollowsSystem());
-    EXPECT_EQ(ZelStyleDomainInternals::schemes(*other), 1U);
+    EXPECT_EQ(schemeCount(*other), 1U);
 }
 
 TEST_F(SetupTests, ALaterSetupDoesNothing) {
@@ -126,7 +126,7 @@ TEST_F(SetupTests, AfterAResetTheNewDefaultDomainIsEmptyAndIsNotSetUpAgain) {
     EXPECT_EQ(ZelStyleDomain::defaultDomain(), renewed);
     EXPECT_EQ(renewed->mainStyle(), nullptr);
     EXPECT_FALSE(renewed->schemeFollowsSystem());
-    EXPECT_EQ(ZelStyleDomainInternals::schemes(*renewed), 1U);
+    EXPECT_EQ(schemeCount(*renewed), 1U);
 }
 
 TEST_F(SetupTests, ThreadsThatSetUpAtOnceAllFindItDone) {

@@ -74,14 +74,14 @@ TEST_F(TableChangeTests, AnOwnerThatEndsMeanwhileIsNotCalledAnyMore) {
     listen();
     act = [this] { after.reset(); };
     EXPECT_EQ(force(), (Names{"before", "actor"}));
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 2U);
+    EXPECT_EQ(ownerCount(*domain), 2U);
 }
 
 TEST_F(TableChangeTests, AnOwnerServedAlreadyMayEnd) {
     listen();
     act = [this] { before.reset(); };
     EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 2U);
+    EXPECT_EQ(ownerCount(*domain), 2U);
     EXPECT_EQ(force(), (Names{"actor", "after"}));
 }
 
@@ -104,7 +104,7 @@ TEST_F(TableChangeTests, AnOwnerMayBeLetGoByItsHandlersRegistration) {
     domain->registerChangeHandler(recorder.handler("actor", actOnce()), owner);
     EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
     EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(ZelStyleDomainInternals::owners(*domain), 0U);
+    EXPECT_EQ(ownerCount(*domain), 0U);
 }
 
 TEST_F(TableChangeTests, AnOwnerMayUnregisterInTheCallOfItsRegistration) {

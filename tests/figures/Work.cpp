@@ -136,22 +136,6 @@ Work reads(std::size_t size) {
     };
 }
 
-/// Writes to a style without a parent, each read back at once, with so many other values there: as
-/// providers and the manager fill one.
-Work writes(std::size_t size) {
-    const auto main = addMain();
-    for (std::size_t i = 0; i < size; ++i) {
-        main->setValue(ZelAttributeValue(NSColor::whiteColor()), "other" + std::to_string(i));
-    }
-    (void)main->labelColor();
-    return [=] {
-        for (int i = 0; i < 100; ++i) {
-            main->setLabelColor(NSColor::colorWithWhite(i / 100.0, 1));
-            (void)main->labelColor();
-        }
-    };
-}
-
 /// A listener that comes and goes with so many others there.
 Work registration(std::size_t size) {
     addMain();
@@ -179,7 +163,6 @@ int main(int argc, char** argv) {
                                                              {"inheritance", inheritance},
                                                              {"asked-parents", askedParents},
                                                              {"reads", reads},
-                                                             {"writes", writes},
                                                              {"registration", registration}};
     const auto found = argc == 3 ? works.find(argv[1]) : works.end();
     if (found == works.end()) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/fuzz/Script.h"
 
-#include "platform/text/TextWords.h"
+#include <functional>
 
 #include <algorithm>
 #include <bit>
@@ -122,7 +122,7 @@ TwoParts::TwoParts(std::string_view input) : first(input) {
 }
 
 bool isOneOf(std::uint64_t many, std::string_view input) {
-    return !isFuzzing() || zel::TextWords::hashOf(input) % many == 0;
+    return !isFuzzing() || std::hash<std::string_view>()(input) % many == 0;
 }
 
 } // namespace zelfuzz

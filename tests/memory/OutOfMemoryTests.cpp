@@ -21,9 +21,7 @@ protected:
     static ZelStyleChangeHandler counter(int& calls) {
         return [&calls](const auto&, const auto&, auto) { ++calls; };
     }
-    static std::size_t owners(ZelStyleDomain& ofDomain) {
-        return ZelStyleDomainInternals::owners(ofDomain);
-    }
+    static std::size_t owners(ZelStyleDomain& ofDomain) { return ownerCount(ofDomain); }
 };
 
 // In a process of its own: the first use of the providers in it.
@@ -33,9 +31,9 @@ TEST(OutOfMemoryAtFirstUseTests, TheBuiltInProvidersAreLoadedAfreshAfterAFailure
             << "under the thread sanitizer std::call_once waits for ever after an exception";
     }
     const std::size_t failures =
-        runShortOfMemory([] { (void)ZelStyleInternals::defaultValueProviders(); }, [] {});
+        runShortOfMemory([] { (void)ZelStyleInternals::_defaultValueProviders(); }, [] {});
     EXPECT_GE(failures, 5U);
-    const auto& providers = ZelStyleInternals::defaultValueProviders();
+    const auto& providers = ZelStyleInternals::_defaultValueProviders();
     ASSERT_EQ(providers.size(), 2U);
     EXPECT_EQ(providers[0]->identifier(), "main");
     EXPECT_EQ(providers[1]->identifier(), "base");
@@ -91,7 +89,7 @@ TEST_F(OutOfMemoryTests, ANotificationOfATargetThatFailsCallsNobodyAndTheNextCal
                          [&] {
                              EXPECT_EQ(rootCalls, 0);
                              EXPECT_EQ(childCalls, 0);
-                             EXPECT_EQ(ZelStyleDomainInternals::leftByWalks(*domain), 0U);
+                             EXPECT_EQ(leftByWalks(*domain), 0U);
                          });
     EXPECT_GE(failures, 1U);
     EXPECT_EQ(rootCalls, 1);

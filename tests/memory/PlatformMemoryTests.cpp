@@ -33,7 +33,7 @@ TEST_F(PlatformMemoryTests, AnObservationThatNoMemoryIsThereForIsNotMade) {
             object->didChangeValueForKey(key);
             EXPECT_EQ(observer->calls, 0);
         });
-    EXPECT_GE(failures, 3U);
+    EXPECT_GE(failures, 2U); // the object's first, and the text
     runElsewhere([&] { object->didChangeValueForKey(key); });
     EXPECT_EQ(observer->calls, 1);
 }

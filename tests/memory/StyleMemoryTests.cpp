@@ -57,7 +57,7 @@ TEST_F(StyleMemoryTests, ASchemeThatNoMemoryIsThereForIsNotThere) {
     const std::size_t failures =
         runShortOfMemory([&] { sepia = domain->schemeForIdentifier("sepia"); },
                          [&] {
-                             EXPECT_FALSE(ZelStyleDomainInternals::hasScheme(*domain, "sepia"));
+                             EXPECT_FALSE(hasScheme(*domain, "sepia"));
                              EXPECT_EQ(domain->defaultScheme(), scheme);
                          });
     EXPECT_GE(failures, 2U);

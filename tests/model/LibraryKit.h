@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/locks/DeliveryGate.h"
+#include "style/StylingLock.h"
 #include "tests/support/Providers.h"
 #include "tests/support/Styling.h"
 
@@ -165,7 +165,7 @@ struct LibraryKit {
     /// An exception has reached the script.
     static void noteRaise() {
         if (mistake == Mistake::LockKept) {
-            new zel::DeliveryGate; // for good
+            new zel::StylingLock; // for good
         }
     }
     static void store(std::optional<std::uint64_t> number) {

@@ -102,7 +102,7 @@ const std::vector<Command<Kit>>& lifeCommands() {
          [](P& p, const A& a) {
              const auto scheme = at(p.schemes, a[0]);
              const auto style = at(p.styles, a[1]);
-             if (scheme && style) {
+             if (scheme) { // nil raises
                  scheme->addStyle(style);
              }
          }},
@@ -110,7 +110,7 @@ const std::vector<Command<Kit>>& lifeCommands() {
          [](P& p, const A& a) {
              const auto scheme = at(p.schemes, a[0]);
              const auto style = at(p.styles, a[1]);
-             if (scheme && style) {
+             if (scheme) {
                  scheme->removeStyle(style);
              }
          }},

@@ -31,8 +31,8 @@ TEST_F(ProviderSetupTests, TheLibraryRegistersMainInFrontOfBase) {
 }
 
 TEST_F(ProviderSetupTests, TheRegistryIsOneForAll) {
-    EXPECT_EQ(&ZelStyleInternals::defaultValueProviders(),
-              &ZelStyleInternals::defaultValueProviders());
+    EXPECT_EQ(&ZelStyleInternals::_defaultValueProviders(),
+              &ZelStyleInternals::_defaultValueProviders());
 }
 
 TEST_F(ProviderSetupTests, CallbacksAreGivenTheSchemeNamedAtInitialisation) {
@@ -179,7 +179,7 @@ TEST(ProviderRegistryTests, ThreadsThatAskFirstFindOneRegistryWithBothProvidersI
     std::vector<std::function<void()>> tasks;
     for (std::size_t i = 0; i < found.size(); ++i) {
         tasks.emplace_back([&, i] {
-            const auto& registry = ZelStyleInternals::defaultValueProviders();
+            const auto& registry = ZelStyleInternals::_defaultValueProviders();
             found[i] = &registry;
             sizes[i] = registry.size();
         });

@@ -128,9 +128,9 @@ TEST_F(StyleInheritanceTests, AStyleBetweenServesItsOwnMergedValuesToItsChildren
 
 TEST_F(StyleInheritanceTests, ReadingAChildMergesItsParentOnTheWay) {
     parent->setValue(gray(0.5), "blueColor");
-    ASSERT_FALSE(ZelStyleInternals::hasComputedValues(*parent));
+    ASSERT_FALSE(hasComputedValues(parent));
     ASSERT_EQ(child->effectiveValueForAttribute("blueColor"), gray(0.5));
-    EXPECT_TRUE(ZelStyleInternals::hasComputedValues(*parent));
+    EXPECT_TRUE(hasComputedValues(parent));
 }
 
 TEST_F(StyleInheritanceTests, GettingAParentDropsNothing) {

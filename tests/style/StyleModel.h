@@ -41,20 +41,24 @@ inline std::uint64_t localCounter(const Style& style) {
     return zel::ZelStyleInternals::state(*style).counter.load();
 }
 
-/// Whether no thread holds the lock that a style's updates run under.
-inline bool updatesAreFree(const Style& style) {
-    return isFree(zel::ZelStyleInternals::state(*style).updateLock);
-}
-
-/// Whether no thread holds any of a style's locks, nor what keeps updates of all styles apart: then
-/// another thread can write to the style, update it and observe it.
+/// Whether no lock is held that keeps another thread from writing to the style, reading it and
+/// updating it.
 inline bool everyLockIsFree(const Style& style) {
-    if (!updatesAreFree(style) || !isFree(zel::ZelStyleInternals::state(*style).valuesLock)) {
+    if (!stylingLockIsFree()) {
         return false;
     }
     const auto other = makeEmptyStyle();
-    runElsewhere([&] { other->updateStyleWithChanges(nullptr); });
+    runElsewhere([&] {
+        (void)style->valueForAttribute("labelColor");
+        other->updateStyleWithChanges(nullptr);
+    });
     return localCounter(other) == 1;
+}
+
+/// Whether the merged values of a style are there.
+inline bool hasComputedValues(const Style& style) {
+    const zel::MergedValues* merged = zel::ZelStyleInternals::state(*style).merged.load();
+    return merged && merged->isComputed();
 }
 
 } // namespace zeltest

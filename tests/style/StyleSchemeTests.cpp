@@ -177,12 +177,14 @@ TEST_F(StyleSchemeTests, RemovingAStyleWithoutIdentifierRaisesAfterItsReferences
     EXPECT_TRUE(isUsableElsewhere());
 }
 
-TEST_F(StyleSchemeTests, AddingOrRemovingNilDoesNothing) {
+TEST_F(StyleSchemeTests, AddingOrRemovingNilRaisesAndChangesNothing) {
     const auto style = named("main");
     scheme->addStyle(style);
-    scheme->addStyle(nullptr);
-    scheme->removeStyle(nullptr);
+    EXPECT_THROW(scheme->addStyle(nullptr), ZelInvalidArgument);
+    EXPECT_THROW(scheme->removeStyle(nullptr), ZelInvalidArgument);
     EXPECT_EQ(scheme->stylesByIdentifier(), (ZelStyleScheme::Styles{{"main", style}}));
+    EXPECT_EQ(style->scheme(), scheme);
+    runElsewhere([this] { (void)scheme->styleForIdentifier("main"); });
 }
 
 TEST_F(StyleSchemeTests, ReplacingTheTableLeavesTheStylesReferencesAlone) {

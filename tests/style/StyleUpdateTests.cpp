@@ -173,7 +173,7 @@ TEST_F(StyleUpdateTests, AStyleWithoutADomainIsUpdatedAllTheSame) {
 TEST_F(StyleUpdateTests, TheStylesLockIsHeldFromTheChangesToTheDelivery) {
     Names held;
     const auto note = [&](std::string where) {
-        if (!updatesAreFree(main)) {
+        if (!stylingLockIsFree()) {
             held.push_back(std::move(where));
         }
     };

@@ -47,7 +47,7 @@ protected:
     void expectTheWalkRaises(int nextObserved) {
         EXPECT_THROW(update(), ZelEnumerationMutation);
         EXPECT_EQ(main->seed(), 1U);
-        EXPECT_FALSE(ZelStyleInternals::hasComputedValues(*main));
+        EXPECT_FALSE(hasComputedValues(main));
         EXPECT_EQ(delivered, 0);
         EXPECT_TRUE(everyLockIsFree(main));
         expectTheNextUpdateReachesEverybody(nextObserved);
@@ -157,7 +157,7 @@ TEST_F(UpdateFailureTests, ChangesThatRaiseCancelTheUpdateAndTheNextOneReachesEv
 TEST_F(UpdateFailureTests, ChangesThatRaiseWithoutAWriteLeaveWhatWasMerged) {
     EXPECT_THROW(main->updateStyleWithChanges([](const Style&) -> bool { throw Failure(); }),
                  Failure);
-    EXPECT_TRUE(ZelStyleInternals::hasComputedValues(*main));
+    EXPECT_TRUE(hasComputedValues(main));
 }
 
 TEST_F(UpdateFailureTests, AnObserverThatRaisesEndsTheUpdateAndTheNextOneReachesEverybody) {
@@ -165,7 +165,7 @@ TEST_F(UpdateFailureTests, AnObserverThatRaisesEndsTheUpdateAndTheNextOneReaches
     main->addStyleUpdateObserver(count(), other, false);
     EXPECT_THROW(update(), Failure);
     EXPECT_EQ(main->seed(), 1U);
-    EXPECT_FALSE(ZelStyleInternals::hasComputedValues(*main));
+    EXPECT_FALSE(hasComputedValues(main));
     EXPECT_EQ(observed, 0);
     EXPECT_EQ(delivered, 0);
     EXPECT_TRUE(everyLockIsFree(main));

@@ -66,7 +66,7 @@ TEST_F(UpdateObserverTests, TheInitialCallIsMadeOnceAndSaysSo) {
 
 TEST_F(UpdateObserverTests, TheInitialCallIsMadeWithTheStylesLockHeld) {
     bool free = true;
-    style->addStyleUpdateObserver(observer("first", [&] { free = updatesAreFree(style); }), owner,
+    style->addStyleUpdateObserver(observer("first", [&] { free = stylingLockIsFree(); }), owner,
                                   true);
     EXPECT_FALSE(free);
     EXPECT_TRUE(everyLockIsFree(style));

@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/locks/RecursiveLock.h"
+#include "style/StylingLock.h"
 #include "tests/support/Watchdog.h"
 
 namespace zeltest {
 
-/// Whether no thread holds the lock, this one included.
-inline bool isFree(zel::RecursiveLock& lock) {
-    bool taken = false;
-    runElsewhere([&] {
-        taken = lock.try_lock();
-        if (taken) {
-            lock.unlock();
-        }
-    });
-    return taken;
+/// Whether no thread holds the styling lock, this one included. Where another one does, and goes on
+/// holding it, the watchdog ends the process.
+inline bool stylingLockIsFree() {
+    if (zel::StylingLock::isHeld()) {
+        return false;
+    }
+    runElsewhere([] { const zel::StylingLock lock; });
+    return true;
 }
 
 } // namespace zeltest

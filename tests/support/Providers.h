@@ -19,7 +19,7 @@ using Providers = std::vector<Provider>;
 
 /// The registry of default value providers as it is now, front to back.
 inline Providers registeredProviders() {
-    return zel::ZelStyleInternals::defaultValueProviders();
+    return zel::ZelStyleInternals::_defaultValueProviders();
 }
 
 inline std::vector<std::string> registeredIdentifiers() {

@@ -174,6 +174,7 @@ std::vector<Operation> platformOperations() {
         {"ZelStyleAttributeKeyOf", true,
          [](World&) { (void)ZelStyleAttributeKeyOf(ZelStyleAttribute::LabelColor); }},
         {"NSApplication::NSApplication", false, [](World&) { (void)alloc<NSApplication>(); }},
+        {"setMisuseHandler", true, [](World&) { setMisuseHandler(nullptr); }},
         {"NSApplication::sharedApplication", true,
          [](World&) { (void)NSApplication::sharedApplication(); }},
         {"NSMainQueue::drain", false, [](World&) { NSMainQueue::mainQueue().drain(); }},

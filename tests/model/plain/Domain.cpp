@@ -15,6 +15,9 @@ Ref<Scheme> Scheme::initWithIdentifier(Id identifier, const Ref<Domain>& domain)
 }
 
 void Scheme::addStyle(const Ref<Style>& style) {
+    if (!style) {
+        throw InvalidArgument("nil style");
+    }
     style->setDomain(domain());
     style->setScheme(std::static_pointer_cast<Scheme>(shared_from_this()));
     if (!style->identifier()) {
@@ -24,6 +27,9 @@ void Scheme::addStyle(const Ref<Style>& style) {
 }
 
 void Scheme::removeStyle(const Ref<Style>& style) {
+    if (!style) {
+        throw InvalidArgument("nil style");
+    }
     style->setDomain(nullptr);
     style->setScheme(nullptr);
     if (!style->identifier()) {

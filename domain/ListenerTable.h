@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "domain/ChangeHandlers.h"
+#include "domain/StyleFamilies.h"
+#include "styleable/StylingState.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace zel {
+inline namespace v1 {
+
+class ListenerTable;
+
+/// One listener of a domain: an owner with its change handlers, or a change handler object. Stays
+/// where it is until it was removed and no walk is under way.
+struct Listener {
+    /// How the style that applies to its object is found.
+    enum class Kind : std::uint8_t {
+        Plain, ///< not styleable: it has the main style
+        Known, ///< by its node in a tree whose links the library knows
+        Asked, ///< by asking it, and each object above it, for its parent
+    };
+
+    /// False once it was removed. Any thread.
+    [[nodiscard]] bool isLive() const noexcept { return live.load(std::memory_order_acquire); }
+
+    std::weak_ptr<NSObject> owner; ///< fixed
+    const NSObject* object;        ///< the owner's address, to be prefetched; fixed
+    StylingState* state;           ///< the owner's, for as long as that lives; fixed
+    ListenerTable* table;          ///< fixed
+    std::uint64_t order;           ///< of registration, never used twice in a table; fixed
+    Kind kind;                     ///< fixed
+    std::atomic<bool> live{true};
+    unsigned running = 0;            ///< calls of its handlers under way; by the styling lock
+    ChangeHandlers handlers;         ///< changed under both locks; none of a handler object
+    std::size_t place = 0;           ///< in the table; by linkLock
+    Listener* nextOfOwner = nullptr; ///< by linkLock; once it is removed, the next removed one
+};
+
+/// What was removed from a table and has to be destroyed with no private lock held.
+class RemovedListeners {
+public:
+    RemovedListeners() = default;
+    RemovedListeners(const RemovedListeners&) = delete;
+    RemovedListeners& operator=(const RemovedListeners&) = delete;
+    ~RemovedListeners() {
+        while (Listener* const each = first_) {
+            first_ = each->nextOfOwner;
+            delete each;
+        }
+    }
+    void add(Listener& listener) noexcept {
+        listener.nextOfOwner = first_;
+        first_ = &listener;
+    }
+    ChangeHandlers handlers;
+
+private:
+    Listener* first_ = nullptr;
+};
+
+/// The listeners of one kind in one domain, in the order in which they were registered. A listener
+/// goes when its object ends, with everything its handlers captured.
+/// Owns: the listeners. Refers to: their objects.
+/// Threads: what adds and walks holds the styling lock; removing doesn't need it. The structure is
+/// guarded by `linkLock`. While a walk is under way listeners that are removed stay where they are,
+/// marked, until it ends.
+class ListenerTable {
+public:
+    ListenerTable() = default;
+    ListenerTable(const ListenerTable&) = delete;
+    ListenerTable& operator=(const ListenerTable&) = delete;
+    ~ListenerTable();
+
+    /// Any thread.
+    [[nodiscard]] std::size_t size() const noexcept {
+        return size_.load(std::memory_order_relaxed);
+    }
+
+    /// An object's listener in this table, or nothing.
+    [[nodiscard]] Listener* find(const StylingState& state) const noexcept ZEL_REQUIRES(linkLock);
+    /// Adds an object that has no listener here yet.
+    Listener& insert(const std::shared_ptr<NSObject>& owner, StylingState& state,
+                     const ZelStyleable* styleable) ZEL_REQUIRES(linkLock);
+
+    /// Removes an object's listener. Where a walk of another thread may be calling it, it is only
+    /// marked: true, and whoever needs it not to run any more has to wait for that walk.
+    [[nodiscard]] bool remove(const StylingState& state, RemovedListeners& removed)
+        ZEL_REQUIRES(linkLock);
+    /// Removes one listener of an object that ends, in whichever table; false where it has none.
+    static bool endOneOf(StylingState& state) noexcept;
+
+    /// Begins and ends a walk; the styling lock is held.
+    void beginWalk() noexcept ZEL_REQUIRES(linkLock) { ++walks_; }
+    void endWalk(RemovedListeners& removed) noexcept ZEL_REQUIRES(linkLock);
+
+    /// The order that the next listener or handler gets.
+    [[nodiscard]] std::uint64_t nextOrder() const noexcept { return nextOrder_; }
+    std::uint64_t takeOrder() noexcept { return nextOrder_++; }
+    /// The listeners by place, nil where one was removed, in rising order.
+    [[nodiscard]] const std::vector<Listener*>& places() const noexcept ZEL_REQUIRES(linkLock) {
+        return places_;
+    }
+    /// Those that have to be asked for their parents, by order.
+    [[nodiscard]] const std::map<std::uint64_t, Listener*>& asked() const noexcept
+        ZEL_REQUIRES(linkLock) {
+        return asked_;
+    }
+
+    /// A listener with its order, which sorting would else fetch from memory.
+    struct Candidate {
+        std::uint64_t order;
+        Listener* listener;
+    };
+    /// Room for the candidates of walks, each walk's above those of the walk that it interrupts; by
+    /// the styling lock.
+    std::vector<Candidate> candidates;
+    /// The listeners by the families of their styles; see there.
+    StyleFamilies families;
+
+private:
+    void unlink(Listener& listener) noexcept ZEL_REQUIRES(linkLock);
+    void takeOut(Listener& listener, RemovedListeners& removed, bool mayRun) noexcept
+        ZEL_REQUIRES(linkLock);
+    void vacate(const Listener& listener) noexcept ZEL_REQUIRES(linkLock);
+    void closeGaps() noexcept ZEL_REQUIRES(linkLock);
+
+    std::vector<Listener*> places_ ZEL_GUARDED_BY(linkLock); // owned
+    std::map<std::uint64_t, Listener*> asked_ ZEL_GUARDED_BY(linkLock);
+    Listener* removed_ ZEL_GUARDED_BY(linkLock) = nullptr; ///< a list of the marked ones
+    std::size_t gaps_ ZEL_GUARDED_BY(linkLock) = 0;
+    unsigned walks_ ZEL_GUARDED_BY(linkLock) = 0;
+    std::uint64_t nextOrder_ = 1; // by the styling lock
+    std::atomic<std::size_t> size_{0};
+};
+
+} // namespace v1
+} // namespace zel

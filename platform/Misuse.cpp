@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Misuse.h"
+
+#include "platform/locks/PrivateLock.h"
+
+#include <ZelStyleKit/ZelMisuse.h>
+
+#include <memory>
+#include <utility>
+
+namespace zel {
+inline namespace v1 {
+namespace {
+
+using SharedHandler = std::shared_ptr<const ZelMisuseHandler>;
+
+struct Holder {
+    PrivateLock lock;
+    SharedHandler handler ZEL_GUARDED_BY(lock);
+};
+
+Holder& holder() {
+    static auto* const held = new Holder; // never destroyed: used at exit
+    return *held;
+}
+
+} // namespace
+
+void setMisuseHandler(ZelMisuseHandler handler) {
+    SharedHandler shared =
+        handler ? std::make_shared<const ZelMisuseHandler>(std::move(handler)) : nullptr;
+    const PrivateGuard guard(holder().lock);
+    holder().handler.swap(shared);
+} // the guard goes first, then the handler that was replaced
+
+void reportMisuse(std::string_view message) noexcept {
+    requireNoPrivateLock();
+    SharedHandler handler;
+    {
+        const PrivateGuard guard(holder().lock);
+        handler = holder().handler;
+    }
+    if (handler) {
+        try {
+            (*handler)(message);
+        } catch (...) { // NOLINT(bugprone-empty-catch): a report never changes what goes on
+        }
+    }
+}
+
+} // namespace v1
+} // namespace zel

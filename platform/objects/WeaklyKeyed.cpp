@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/objects/WeaklyKeyed.h"
+
+#include "platform/locks/PrivateLock.h"
+#include "platform/objects/Attachment.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+namespace zel {
+inline namespace v1 {
+namespace {
+
+using Watching = std::vector<std::weak_ptr<WeaklyKeyed>>;
+
+constinit PrivateLock watchLock; // guards what watches each object
+
+/// The maps that have an object as their key.
+class Watchers final : public Attachment {
+public:
+    explicit Watchers(const NSObject& key) noexcept : key_(key) {}
+    ~Watchers() override {
+        for (const auto& each : watching_) { // nobody else knows a key that is ending
+            if (const auto map = each.lock()) {
+                map->keyEnded(key_);
+            }
+        }
+    }
+
+    void add(const std::shared_ptr<WeaklyKeyed>& map) {
+        Watching ended; // weak references that lead nowhere go after the guard
+        const PrivateGuard guard(watchLock);
+        for (auto& each : watching_) {
+            if (!each.owner_before(map) && !map.owner_before(each)) {
+                return;
+            }
+        }
+        const auto kept =
+            std::ranges::partition(watching_, [](const auto& each) { return !each.expired(); });
+        ended.assign(std::make_move_iterator(kept.begin()), std::make_move_iterator(kept.end()));
+        watching_.erase(kept.begin(), kept.end());
+        watching_.push_back(map);
+    }
+
+private:
+    const NSObject& key_;
+    Watching watching_;
+};
+
+} // namespace
+
+WeaklyKeyed::~WeaklyKeyed() = default;
+
+void WeaklyKeyed::watch(const NSObject& key) {
+    Attachment::of<Watchers>(key).add(shared_from_this());
+}
+
+} // namespace v1
+} // namespace zel

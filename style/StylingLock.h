@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace zel {
+inline namespace v1 {
+
+/// Holds the one recursive lock of the process behind which handlers, observers of updates and
+/// changes callbacks run, for a scope. It serialises style updates, deliveries, registrations with
+/// their first call, and the walks over listeners and update observers, so that no two callbacks
+/// run on two threads at once and no order of locks has to be remembered. Looking up, reading,
+/// writing values, unregistering and ending an object don't acquire it, unless that very table is
+/// being walked by another thread. Threads: any; acquired while no private lock is held. A thread
+/// that has waited five seconds reports that as a misuse, once, and goes on waiting: the holder
+/// runs a callback that doesn't return, perhaps since it waits for this thread.
+class StylingLock {
+public:
+    StylingLock() { acquire(); }
+    StylingLock(const StylingLock&) = delete;
+    StylingLock& operator=(const StylingLock&) = delete;
+    ~StylingLock() { release(); }
+
+    /// Whether the present thread holds it.
+    [[nodiscard]] static bool isHeld() noexcept;
+
+private:
+    static void acquire();
+    static void release() noexcept;
+};
+
+} // namespace v1
+} // namespace zel

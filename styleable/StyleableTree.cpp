@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "styleable/StyleableTree.h"
+
+namespace zel {
+inline namespace v1 {
+
+constinit PrivateLock linkLock;
+constinit ChangeCounter bindingChanges;
+
+namespace {
+
+/// Takes what an object sets itself and nothing below it has set.
+void add(StyleableTree::Binding& binding, const StylingState& state) ZEL_REQUIRES(linkLock) {
+    if (!binding.scheme && state.schemeIdentifier) {
+        binding.scheme = &state.schemeIdentifier;
+    }
+    if (!binding.style && state.styleIdentifier) {
+        binding.style = &state.styleIdentifier;
+    }
+}
+
+} // namespace
+
+// Objects have the binding of their parent but for what they set themselves: the one found for a
+// node is that of the nodes above it too, up to and with the first that sets something.
+const StyleableTree::Binding& StyleableTree::findBinding(const ZelStyleableNode& node,
+                                                         std::uint64_t epoch) {
+    Binding binding;
+    binding.epoch = epoch;
+    for (const ZelStyleableNode* each = &node; each; each = each->parent_) {
+        if (each->binding_.epoch == epoch) {
+            binding.scheme = binding.scheme ? binding.scheme : each->binding_.scheme;
+            binding.style = binding.style ? binding.style : each->binding_.style;
+            break;
+        }
+        if (const auto* state = Attachment::find<StylingState>(each->object_)) {
+            add(binding, *state);
+        }
+        if (binding.scheme && binding.style) {
+            break;
+        }
+    }
+    for (const ZelStyleableNode* each = &node; each && each->binding_.epoch != epoch;
+         each = each->parent_) {
+        each->binding_ = binding;
+        const auto* state = Attachment::find<StylingState>(each->object_);
+        if (state && state->hasIdentifiers()) {
+            break;
+        }
+    }
+    return node.binding_;
+}
+
+AppliedIdentifiers StyleableTree::identifiersOf(const Binding& binding) {
+    return {binding.scheme ? *binding.scheme : nullptr, binding.style ? *binding.style : nullptr};
+}
+
+void StyleableTree::invalidate(const ZelStyleableNode& node) noexcept {
+    const auto* state = Attachment::find<StylingState>(node.object_);
+    node.binding_.epoch = 0;
+    if (node.firstChild_ || (state && state->listeners)) {
+        bindingChanges.increment();
+    }
+}
+
+bool StyleableTree::isAtOrBelow(const ZelStyleableNode& node, const NSObject& object) noexcept {
+    const ZelStyleableNode* each = &node;
+    while (each && &each->object_ != &object) {
+        each = each->parent_;
+    }
+    return each != nullptr;
+}
+
+const ZelStyleableNode* StyleableTree::nextInOrder(const ZelStyleableNode& node,
+                                                   const ZelStyleableNode& root) noexcept {
+    if (node.firstChild_) {
+        return node.firstChild_;
+    }
+    const ZelStyleableNode* each = &node;
+    while (each != &root && !each->nextSibling_) {
+        each = each->parent_;
+    }
+    return each == &root ? nullptr : each->nextSibling_;
+}
+
+ZelStyleableNode::~ZelStyleableNode() {
+    leave();
+    const PrivateGuard guard(linkLock);
+    if (auto* state = Attachment::find<StylingState>(object_)) {
+        state->node = nullptr;
+    }
+}
+
+void ZelStyleableNode::leave() noexcept {
+    const PrivateGuard guard(linkLock);
+    StyleableTree::invalidate(*this);
+    while (ZelStyleableNode* child = firstChild_) {
+        firstChild_ = child->nextSibling_;
+        child->parent_ = child->nextSibling_ = child->previousSibling_ = nullptr;
+    }
+    detach();
+}
+
+void ZelStyleableNode::setParent(ZelStyleableNode* parent) noexcept {
+    const PrivateGuard guard(linkLock);
+    if (parent == parent_) {
+        return;
+    }
+    detach();
+    if (parent) {
+        parent_ = parent;
+        nextSibling_ = parent->firstChild_;
+        if (nextSibling_) {
+            nextSibling_->previousSibling_ = this;
+        }
+        parent->firstChild_ = this;
+    }
+    StyleableTree::invalidate(*this);
+}
+
+// The lock is held.
+void ZelStyleableNode::detach() noexcept {
+    if (!parent_) {
+        return;
+    }
+    (previousSibling_ ? previousSibling_->nextSibling_ : parent_->firstChild_) = nextSibling_;
+    if (nextSibling_) {
+        nextSibling_->previousSibling_ = previousSibling_;
+    }
+    parent_ = nextSibling_ = previousSibling_ = nullptr;
+}
+
+} // namespace v1
+} // namespace zel

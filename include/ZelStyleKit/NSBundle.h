@@ -31,10 +31,21 @@ public:
 };
 
 /// `localizedCaseInsensitiveCompare:`: negative, zero or positive as `a` sorts before, with or
-/// after `b` for a reader of the user's locale, upper and lower case alike, whatever the alphabet.
-/// UTF-8.
+/// after `b` for a reader of the user's locale, upper and lower case alike. UTF-8; a byte that is
+/// none counts as U+FFFD. By the standard library's locale that the environment names at the
+/// process's first comparison; where it isn't installed, by code points (C.UTF-8). Threads: any, in
+/// handlers and destructors as well.
 [[nodiscard]] ZEL_EXPORT int localizedCaseInsensitiveCompare(std::string_view a,
                                                              std::string_view b);
+
+/// A host's own comparison, by the rules of its toolkit. Called on the thread that compares, which
+/// is the one that adds a mode, with no lock held; all is allowed in it that is in a handler. Must
+/// not raise: names for which it does count as alike.
+using LocalizedComparison = std::function<int(std::string_view a, std::string_view b)>;
+
+/// Has names compared by a host's comparison instead; none brings the user's locale back. A list
+/// that is sorted already stays as it is until it changes. Threads: as above.
+ZEL_EXPORT void setLocalizedComparison(LocalizedComparison comparison);
 
 } // namespace v1
 } // namespace zel

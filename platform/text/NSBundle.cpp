@@ -1,37 +1,57 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSBundle.h>
 
-#include "platform/text/LocaleName.h"
+#include "platform/text/HostFunction.h"
 #include "platform/text/LocalizedStrings.h"
 
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 #include <utility>
 
 namespace zel {
 inline namespace v1 {
 namespace {
 
-struct HostStrings {
-    std::mutex mutex; ///< never held while the table is called or destroyed
-    std::shared_ptr<const NSBundle::StringTable> table; ///< guarded by mutex
-};
-
 /// Never destroyed: objects that live as long as the process ask while they end.
-HostStrings& hostStrings() {
-    static HostStrings& strings = *std::make_unique<HostStrings>().release();
+HostFunction<NSBundle::StringTable>& hostStrings() {
+    static auto& strings = *std::make_unique<HostFunction<NSBundle::StringTable>>().release();
     return strings;
 }
 
-/// The library's texts for a locale, or for the nearest less specific one.
-const LocalizedStrings* nearestStrings(const LocaleName& locale) {
-    const std::string language(locale.language);
-    const std::string modifier = '@' + std::string(locale.modifier);
-    const std::string inTerritory = (language + '_').append(locale.territory);
-    for (const std::string& name :
-         {inTerritory + modifier, inTerritory, language + modifier, language}) {
-        if (const LocalizedStrings* const strings = localizedStringsFor(name)) {
+/// What comes before a mark, and what comes after it; all and nothing where there is none.
+std::pair<std::string_view, std::string_view> cutAt(std::string_view text, char mark) {
+    const std::size_t at = text.find(mark);
+    return {text.substr(0, at),
+            at == std::string_view::npos ? std::string_view{} : text.substr(at + 1)};
+}
+
+/// The user's locale for messages: the first of the variables that is set and not empty.
+std::string localeName() {
+    for (const char* const variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* const value = std::getenv(variable);
+        if (value != nullptr && value[0] != '\0') {
+            return value;
+        }
+    }
+    return {};
+}
+
+/// Whether a locale is no language's: "C" or "POSIX" with any codeset, or nothing.
+bool isPortable(std::string_view locale) {
+    const std::string_view language = locale.substr(0, locale.find_first_of("_.@"));
+    return language.empty() || language == "C" || language == "POSIX";
+}
+
+/// The library's texts for a locale, `language_TERRITORY.codeset@modifier`, or for the nearest less
+/// specific one. The codeset doesn't matter: all text here is UTF-8.
+const LocalizedStrings* nearestStrings(std::string_view locale) {
+    const auto [name, modifier] = cutAt(locale, '@');
+    const std::string inTerritory(cutAt(name, '.').first);
+    const std::string language(cutAt(inTerritory, '_').first);
+    const std::string modified = '@' + std::string(modifier);
+    for (const std::string& each :
+         {inTerritory + modified, inTerritory, language + modified, language}) {
+        if (const LocalizedStrings* const strings = localizedStringsFor(each)) {
             return strings;
         }
     }
@@ -40,23 +60,20 @@ const LocalizedStrings* nearestStrings(const LocaleName& locale) {
 
 /// The texts that the user's environment chooses; nullptr for the keys themselves.
 const LocalizedStrings* chosenStrings() {
-    const std::string locale = localeNameFor("LC_MESSAGES");
-    if (LocaleName(locale).isPortable()) {
+    const std::string locale = localeName();
+    if (isPortable(locale)) {
         return nullptr;
     }
     const char* const variable = std::getenv("LANGUAGE");
     const std::string list = variable != nullptr && variable[0] != '\0' ? variable : locale;
-    std::string_view rest = list;
-    while (!rest.empty()) {
-        const std::size_t colon = rest.find(':');
-        const std::string_view entry = rest.substr(0, colon);
-        rest = colon == std::string_view::npos ? std::string_view{} : rest.substr(colon + 1);
+    for (std::string_view rest = list; !rest.empty();) {
+        const auto [entry, others] = cutAt(rest, ':');
+        rest = others;
         if (entry.empty()) {
             continue;
         }
-        const LocaleName name(entry);
-        const LocalizedStrings* const strings = nearestStrings(name);
-        if (strings != nullptr || name.isPortable()) {
+        const LocalizedStrings* const strings = nearestStrings(entry);
+        if (strings != nullptr || isPortable(entry)) {
             return strings;
         }
     }
@@ -66,12 +83,7 @@ const LocalizedStrings* chosenStrings() {
 } // namespace
 
 std::string NSBundle::localizedStringForKey(std::string_view key) {
-    std::shared_ptr<const StringTable> table;
-    {
-        HostStrings& strings = hostStrings();
-        const std::lock_guard guard(strings.mutex);
-        table = strings.table;
-    }
+    const auto table = hostStrings().get();
     if (!table) {
         const LocalizedStrings* const strings = chosenStrings();
         return std::string(strings == nullptr ? key : strings->textFor(key));
@@ -87,14 +99,7 @@ std::string NSBundle::localizedStringForKey(std::string_view key) {
 }
 
 void NSBundle::setStringTable(StringTable table) {
-    std::shared_ptr<const StringTable> shared;
-    if (table) {
-        shared = std::make_shared<const StringTable>(std::move(table));
-    }
-    HostStrings& strings = hostStrings();
-    const std::lock_guard guard(strings.mutex);
-    strings.table.swap(shared);
-    // The guard ends before `shared`, declared earlier: the former table goes with no lock held.
+    hostStrings().set(std::move(table));
 }
 
 } // namespace v1

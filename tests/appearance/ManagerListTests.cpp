@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -15,7 +17,10 @@ namespace {
 using namespace zeltest;
 using zel::ZelStyleManagerInternals;
 
-class ManagerList : public ManagerTests {};
+class ManagerList : public ManagerTests {
+protected:
+    ~ManagerList() override { zel::setLocalizedComparison(nullptr); }
+};
 
 TEST_F(ManagerList, ModesStandByRankLowestFirst) {
     addStandardModes();
@@ -46,6 +51,55 @@ TEST_F(ManagerList, ModesWhoseNamesCompareEqualKeepTheOrderInWhichTheyWereAdded)
     manager->addMode(makeMode("3", 1, "Sepia"));
     manager->addMode(makeMode("0", 1, "apple"));
     EXPECT_EQ(identifiersOf(*manager), (Names{"0", "1", "2", "3"}));
+}
+
+TEST_F(ManagerList, ModesOfOneRankStandByTheHostsComparison) {
+    zel::setLocalizedComparison([](std::string_view a, std::string_view b) {
+        return static_cast<int>(a.size()) - static_cast<int>(b.size());
+    });
+    manager->addMode(makeMode("longest", 1, "Aquamarine"));
+    manager->addMode(makeMode("shortest", 1, "Zinc"));
+    manager->addMode(makeMode("middle", 1, "Sepia"));
+    manager->addMode(makeMode("lowest", 0, "Follow system appearance"));
+    EXPECT_EQ(identifiersOf(*manager), (Names{"lowest", "shortest", "middle", "longest"}));
+}
+
+TEST_F(ManagerList, AComparisonThatRaisesLeavesModesInTheOrderInWhichTheyWereAdded) {
+    zel::setLocalizedComparison(
+        [](std::string_view, std::string_view) -> int { throw std::runtime_error("no"); });
+    manager->addMode(makeMode("1", 1, "sepia"));
+    manager->addMode(makeMode("2", 1, "apple"));
+    manager->addMode(makeMode("0", 0, "cherry"));
+    EXPECT_EQ(identifiersOf(*manager), (Names{"0", "1", "2"}));
+}
+
+TEST_F(ManagerList, AComparisonThatContradictsItselfLosesNoMode) {
+    int asked = 0;
+    zel::setLocalizedComparison(
+        [&](std::string_view, std::string_view) { return asked++ % 3 - 1; });
+    Names expected;
+    for (int i = 0; i < 100; ++i) {
+        manager->addMode(makeMode(std::to_string(i), 1));
+        expected.push_back(std::to_string(i));
+    }
+    Names identifiers = identifiersOf(*manager);
+    std::ranges::sort(identifiers);
+    std::ranges::sort(expected);
+    EXPECT_EQ(identifiers, expected);
+}
+
+TEST_F(ManagerList, AComparisonMayChangeTheList) {
+    manager->addMode(makeMode("3", 1, "cherry"));
+    bool changed = false;
+    zel::setLocalizedComparison([&](std::string_view a, std::string_view b) {
+        if (!std::exchange(changed, true)) {
+            manager->addMode(makeMode("2", 1, "berry"));
+            runElsewhere([&] { manager->addMode(makeMode("4", 1, "damson")); });
+        }
+        return a.compare(b);
+    });
+    manager->addMode(makeMode("1", 1, "apple"));
+    EXPECT_EQ(identifiersOf(*manager), (Names{"1", "2", "3", "4"}));
 }
 
 TEST_F(ManagerList, AChangedRankCountsFromTheNextAdditionOn) {

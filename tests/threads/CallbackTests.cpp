@@ -104,6 +104,24 @@ TEST_F(CallbackTests, AllAreDoneInAHostsStringTable) {
     NSBundle::setStringTable(nullptr);
 }
 
+TEST_F(CallbackTests, AllAreDoneInAHostsComparison) {
+    const auto manager = alloc<ZelStyleManager>();
+    manager->init();
+    for (const char* const name : {"a", "b"}) {
+        manager->addMode(alloc<ZelStyleManagerMode>()->initWithIdentifier(name, 1, name));
+    }
+    doEach([&] {
+        setLocalizedComparison([this](std::string_view a, std::string_view b) {
+            now();
+            return a.compare(b);
+        });
+        const auto mode = alloc<ZelStyleManagerMode>()->initWithIdentifier("c", 1, "c");
+        manager->addMode(mode);
+        manager->removeMode(mode);
+    });
+    setLocalizedComparison(nullptr);
+}
+
 TEST_F(CallbackTests, AllAreDoneInAHostsStore) {
     class Store : public DefaultsInMemory {
     public:

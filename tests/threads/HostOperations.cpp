@@ -119,6 +119,12 @@ void translate(World&) {
     NSBundle::setStringTable(nullptr);
 }
 
+void compareNames(World&) {
+    setLocalizedComparison([](std::string_view a, std::string_view b) { return a.compare(b); });
+    (void)localizedCaseInsensitiveCompare("a", "B");
+    setLocalizedComparison(nullptr);
+}
+
 void lookAtAppearance(World&) {
     const auto appearance = NSAppearance::appearanceNamed(NSAppearanceNameVibrantDark);
     (void)appearance.name();
@@ -169,8 +175,8 @@ std::vector<Operation> appearanceOperations() {
 std::vector<Operation> platformOperations() {
     std::vector<Operation> all{
         {"NSApp", true, [](World&) { (void)NSApp(); }},
-        {"localizedCaseInsensitiveCompare", true,
-         [](World&) { (void)localizedCaseInsensitiveCompare("a", "B"); }},
+        {"localizedCaseInsensitiveCompare", true, compareNames},
+        {"setLocalizedComparison", true, compareNames},
         {"ZelStyleAttributeKeyOf", true,
          [](World&) { (void)ZelStyleAttributeKeyOf(ZelStyleAttribute::LabelColor); }},
         {"NSApplication::NSApplication", false, [](World&) { (void)alloc<NSApplication>(); }},

@@ -193,6 +193,8 @@ private:
             [](std::string_view) { return std::optional<std::string>("text"); });
         require(NSBundle::localizedStringForKey("key") == "text", "another text");
         require(localizedCaseInsensitiveCompare("a", "B") < 0, "another order");
+        setLocalizedComparison([](std::string_view, std::string_view) { return -1; });
+        setLocalizedComparison(nullptr);
         NSMainQueue::mainQueue().setWakeHook([] {});
     }
     void convertColors() {

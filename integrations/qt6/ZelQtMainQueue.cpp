@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelQtMainQueue.h>
 
+#include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/NSMainQueue.h>
 
+#include <QCollator>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
@@ -11,6 +13,20 @@
 
 namespace zel {
 inline namespace v1 {
+namespace {
+
+QString toQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// By Qt's default locale, which is the user's unless the application has another.
+int compareNames(std::string_view a, std::string_view b) {
+    QCollator collator; // one for each call: none may be used by two threads
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    return collator.compare(toQString(a), toQString(b));
+}
+
+} // namespace
 
 /// Asks the event loop to drain soon, once for however many tasks.
 struct ZelQtMainQueue::Waker {
@@ -56,10 +72,12 @@ ZelQtMainQueue::ZelQtMainQueue()
     drainer_->waker = waker_;
     waker_->setDrainer(drainer_.get());
     NSMainQueue::mainQueue().setWakeHook([waker = waker_] { waker->wake(); });
+    setLocalizedComparison(compareNames);
     waker_->wake(); // for tasks that were added before
 }
 
 ZelQtMainQueue::~ZelQtMainQueue() {
+    setLocalizedComparison(nullptr);
     NSMainQueue::mainQueue().setWakeHook(nullptr);
     waker_->setDrainer(nullptr);
 }

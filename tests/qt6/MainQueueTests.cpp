@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/ZelQtMainQueue.h>
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <gtest/gtest.h>
 
@@ -65,6 +67,48 @@ TEST_F(QtMainQueueTests, WithoutItTheQueueWaits) {
     queue().async([&] { ran.push_back(1); });
     QCoreApplication::processEvents();
     EXPECT_TRUE(ran.empty());
+}
+
+/// Names compared in Qt's default locale, which it brings itself, installed or not.
+class QtComparisonTests : public testing::Test {
+protected:
+    ~QtComparisonTests() override { QLocale::setDefault(QLocale::system()); }
+    static int compare(std::string_view a, std::string_view b) {
+        const int order = zel::localizedCaseInsensitiveCompare(a, b);
+        return (order > 0) - (order < 0);
+    }
+};
+
+TEST_F(QtComparisonTests, NamesAreComparedInTheDefaultLocale) {
+    const zel::ZelQtMainQueue driver;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(compare("ö", "z"), -1);
+    EXPECT_EQ(compare("ofen", "Öfen"), -1);
+    QLocale::setDefault(QLocale(QLocale::Swedish, QLocale::Sweden));
+    EXPECT_EQ(compare("ö", "z"), 1);
+    EXPECT_EQ(compare("Å", "ä"), -1);
+}
+
+TEST_F(QtComparisonTests, UpperAndLowerCaseAreTheSame) {
+    const zel::ZelQtMainQueue driver;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(compare("ÄPFEL", "äpfel"), 0);
+    EXPECT_EQ(compare("amber", "Blue"), -1);
+    EXPECT_EQ(compare("Amber", "blue"), -1);
+}
+
+TEST_F(QtComparisonTests, BrokenBytesAreComparedAsWell) {
+    const zel::ZelQtMainQueue driver;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(compare("\xFF\xC3", "\xFE\x80"), 0);
+    EXPECT_NE(compare("a\xFF", "b"), 0);
+}
+
+TEST_F(QtComparisonTests, WithoutItQtIsNotAsked) {
+    { const zel::ZelQtMainQueue driver; }
+    qputenv("LC_ALL", "C");
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(compare("ö", "z"), 1); // by code points, as the environment has it
 }
 
 } // namespace

@@ -8,10 +8,12 @@
 namespace zel {
 inline namespace v1 {
 
-/// Drains the library's main queue from Qt's event loop, as long as it lives. An application makes
-/// one, right after its QApplication or QGuiApplication.
-/// Owns: the queue's wake hook. Threads: made and destroyed on the main thread; tasks may be added
-/// on any. Failure: none; tasks must not throw, as nothing that Qt's event loop calls may.
+/// Drains the library's main queue from Qt's event loop, and has names compared by Qt, in its
+/// default locale (`localizedCaseInsensitiveCompare`), as long as it lives. An application makes
+/// one, right after its QApplication or QGuiApplication, and sets a comparison of its own later.
+/// Owns: the queue's wake hook and the host's comparison. Threads: made and destroyed on the main
+/// thread; tasks may be added on any. Failure: none; tasks must not throw, as nothing that Qt's
+/// event loop calls may.
 class ZEL_EXPORT ZelQtMainQueue final {
 public:
     ZelQtMainQueue();

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelGtkMainQueue.h>
 
+#include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/NSMainQueue.h>
 
 #include <memory>
+#include <string_view>
 
 namespace zel {
 inline namespace v1 {
@@ -17,6 +19,17 @@ gboolean dispatchQueue(GSource* source, GSourceFunc /*callback*/, gpointer /*dat
     g_source_set_ready_time(source, never); // before the tasks, which may queue others
     NSMainQueue::mainQueue().drain();
     return G_SOURCE_CONTINUE;
+}
+
+using Text = std::unique_ptr<gchar, decltype(&g_free)>;
+
+Text foldCase(std::string_view text) {
+    const Text valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), g_free);
+    return {g_utf8_casefold(valid.get(), -1), g_free};
+}
+
+int compareNames(std::string_view a, std::string_view b) {
+    return g_utf8_collate(foldCase(a).get(), foldCase(b).get());
 }
 
 GSourceFuncs queueFunctions{nullptr, nullptr, dispatchQueue, nullptr, nullptr, nullptr};
@@ -35,9 +48,11 @@ ZelGtkMainQueue::ZelGtkMainQueue(GMainContext* context)
             g_source_set_ready_time(source.get(), now);
         }
     });
+    setLocalizedComparison(compareNames);
 }
 
 ZelGtkMainQueue::~ZelGtkMainQueue() {
+    setLocalizedComparison(nullptr);
     NSMainQueue::mainQueue().setWakeHook(nullptr);
     g_source_destroy(source_);
     g_source_unref(source_);

@@ -14,6 +14,7 @@
 #include <glib-unix.h>
 
 #include <chrono>
+#include <clocale>
 #include <cstdlib>
 #include <thread>
 #include <vector>
@@ -201,6 +202,46 @@ TEST_F(MainLoopTests, WhenTheSessionBusAnswersAfterAllGtkFindsIt) {
     EXPECT_TRUE(runUntil([&] { return std::getenv("DBUS_SESSION_BUS_ADDRESS") == address; }));
     EXPECT_TRUE(gioFindsBus());
     ::unlink(link.c_str());
+}
+
+/// Names compared by GLib, in the locale that the C library is set to.
+class GlibComparisonTests : public testing::Test {
+protected:
+    ~GlibComparisonTests() override { std::setlocale(LC_ALL, "C"); }
+    static int compare(std::string_view a, std::string_view b) {
+        const int order = zel::localizedCaseInsensitiveCompare(a, b);
+        return (order > 0) - (order < 0);
+    }
+};
+
+TEST_F(GlibComparisonTests, UpperAndLowerCaseAreTheSameInEveryAlphabet) {
+    ::setenv("LC_ALL", "C", 1); // by which the library itself would fold ASCII alone
+    const zel::ZelGtkMainQueue queue;
+    EXPECT_EQ(compare("ÄPFEL", "äpfel"), 0);
+    EXPECT_EQ(compare("ЁЖИК", "ёжик"), 0);
+    EXPECT_EQ(compare("amber", "Blue"), -1);
+    EXPECT_EQ(compare("Amber", "blue"), -1);
+}
+
+TEST_F(GlibComparisonTests, NamesAreComparedInTheUsersLocale) {
+    if (std::setlocale(LC_ALL, "sv_SE.UTF-8") == nullptr) {
+        GTEST_SKIP() << "sv_SE.UTF-8 isn't installed";
+    }
+    const zel::ZelGtkMainQueue queue;
+    EXPECT_EQ(compare("ö", "z"), 1);
+    EXPECT_EQ(compare("Å", "ä"), -1);
+}
+
+TEST_F(GlibComparisonTests, BrokenBytesAreComparedAsWell) {
+    const zel::ZelGtkMainQueue queue;
+    EXPECT_EQ(compare("\xFF\xC3", "\xFE\x80"), 0);
+    EXPECT_NE(compare("a\xFF", "b"), 0);
+}
+
+TEST_F(GlibComparisonTests, WithoutItGlibIsNotAsked) {
+    { const zel::ZelGtkMainQueue queue; }
+    ::setenv("LC_ALL", "C", 1);
+    EXPECT_EQ(compare("Ä", "ä"), -1); // by code points, as the environment has it
 }
 
 class ModeMenuTests : public StylingTests {

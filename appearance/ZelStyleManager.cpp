@@ -33,11 +33,15 @@ constexpr std::array standardModes{
 struct RankedMode {
     std::shared_ptr<ZelStyleManagerMode> mode;
     std::uint64_t rank = mode->rank();
-    std::string name = mode->name();
+    std::optional<std::string> name = mode->name();
 };
 
 bool isBefore(const RankedMode& a, const RankedMode& b) {
-    return a.rank != b.rank ? a.rank < b.rank : localizedCaseInsensitiveCompare(a.name, b.name) < 0;
+    if (a.rank != b.rank) {
+        return a.rank < b.rank;
+    }
+    return a.name && b.name ? localizedCaseInsensitiveCompare(*a.name, *b.name) < 0
+                            : a.name < b.name; // none is before any
 }
 
 /// What compares equal stays in its order.
@@ -151,7 +155,9 @@ std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::activeMode() const {
 
 std::shared_ptr<ZelStyleManagerMode> ZelStyleManager::_shouldBeActiveMode() const {
     for (const auto& mode : state_->copy()) {
-        if (activeModeIdentifier() == NSUserDefaultsValue(mode->identifier())) {
+        const NSUserDefaultsValue stored = activeModeIdentifier();
+        const auto* const identifier = std::get_if<std::string>(&stored);
+        if (identifier && mode->identifier() == *identifier) {
             return mode;
         }
     }

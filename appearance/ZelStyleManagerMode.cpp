@@ -29,14 +29,14 @@ ZelStyleManagerMode::ZelStyleManagerMode() = default;
 ZelStyleManagerMode::~ZelStyleManagerMode() = default;
 
 std::shared_ptr<ZelStyleManagerMode>
-ZelStyleManagerMode::initWithIdentifier(std::string_view identifier, std::uint64_t rank,
-                                        std::string_view name) {
+ZelStyleManagerMode::initWithIdentifier(std::optional<std::string_view> identifier,
+                                        std::uint64_t rank, std::optional<std::string_view> name) {
     if (!init()) {
         return nullptr;
     }
-    identifier_ = std::string(identifier);
+    identifier_ = std::optional<std::string>(identifier);
     rank_ = rank;
-    name_ = std::string(name);
+    name_ = std::optional<std::string>(name);
     return std::static_pointer_cast<ZelStyleManagerMode>(shared_from_this());
 }
 
@@ -47,7 +47,7 @@ void ZelStyleManagerMode::setActive(bool active) {
         return;
     }
     const auto domain = ZelStyleDomain::defaultDomain();
-    const std::string mode = identifier();
+    const std::optional<std::string> mode = identifier();
     if (mode == "always-dark") {
         pin(*domain, ZelStyleSchemeIdentifierDark);
     } else if (mode == "always-light") {
@@ -67,24 +67,24 @@ void ZelStyleManagerMode::setManager(const std::shared_ptr<ZelStyleManager>& man
     manager_ = manager;
 }
 
-std::string ZelStyleManagerMode::identifier() const {
+std::optional<std::string> ZelStyleManagerMode::identifier() const {
     const std::scoped_lock guard(mutex_);
     return identifier_;
 }
 
-void ZelStyleManagerMode::setIdentifier(std::string_view identifier) {
+void ZelStyleManagerMode::setIdentifier(std::optional<std::string_view> identifier) {
     const std::scoped_lock guard(mutex_);
-    identifier_ = std::string(identifier);
+    identifier_ = std::optional<std::string>(identifier);
 }
 
-std::string ZelStyleManagerMode::name() const {
+std::optional<std::string> ZelStyleManagerMode::name() const {
     const std::scoped_lock guard(mutex_);
     return name_;
 }
 
-void ZelStyleManagerMode::setName(std::string_view name) {
+void ZelStyleManagerMode::setName(std::optional<std::string_view> name) {
     const std::scoped_lock guard(mutex_);
-    name_ = std::string(name);
+    name_ = std::optional<std::string>(name);
 }
 
 std::uint64_t ZelStyleManagerMode::rank() const {

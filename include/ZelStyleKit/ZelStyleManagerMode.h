@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,7 +24,7 @@ extern ZEL_EXPORT std::string_view ZelStyleManagerModeIdentifierFollowSystem;
 /// Owns: its identifier and names. Refers to: its manager, weakly.
 /// Threads: accessors are atomic; applying switches schemes on the calling thread, the main one; in
 /// handlers and destructors as well.
-/// Failure: applying a mode of an identifier unknown to the library does nothing.
+/// Failure: applying a mode of no identifier, or of one unknown to the library, does nothing.
 class ZEL_EXPORT ZelStyleManagerMode : public NSObject {
 public:
     ZelStyleManagerMode();
@@ -31,7 +32,8 @@ public:
 
     /// `initWithIdentifier:rank:name:`
     std::shared_ptr<ZelStyleManagerMode>
-    initWithIdentifier(std::string_view identifier, std::uint64_t rank, std::string_view name);
+    initWithIdentifier(std::optional<std::string_view> identifier, std::uint64_t rank,
+                       std::optional<std::string_view> name);
 
     /// `active`. Deliberate: never set by the library, so always false.
     [[nodiscard]] bool active() const noexcept { return active_; }
@@ -40,13 +42,14 @@ public:
     void setActive(bool active);
 
     /// `manager`, `identifier`, `name`, `rank`: plain accessors. A list is sorted when a mode is
-    /// added, by rank, lowest first, then by name; changing either here doesn't move the mode.
+    /// added, by rank, lowest first, then by name, those without one first; changing either here
+    /// doesn't move the mode. A mode without an identifier can't be chosen.
     [[nodiscard]] std::shared_ptr<ZelStyleManager> manager() const;
     void setManager(const std::shared_ptr<ZelStyleManager>& manager);
-    [[nodiscard]] std::string identifier() const;
-    void setIdentifier(std::string_view identifier);
-    [[nodiscard]] std::string name() const;
-    void setName(std::string_view name);
+    [[nodiscard]] std::optional<std::string> identifier() const;
+    void setIdentifier(std::optional<std::string_view> identifier);
+    [[nodiscard]] std::optional<std::string> name() const;
+    void setName(std::optional<std::string_view> name);
     [[nodiscard]] std::uint64_t rank() const;
     void setRank(std::uint64_t rank);
 
@@ -54,8 +57,8 @@ private:
     mutable std::mutex mutex_; // guards everything below but `active_`, for single accesses
     bool active_ = false;
     std::weak_ptr<ZelStyleManager> manager_;
-    std::string identifier_;
-    std::string name_;
+    std::optional<std::string> identifier_;
+    std::optional<std::string> name_;
     std::uint64_t rank_ = 0;
 };
 

@@ -38,8 +38,12 @@ void ZelGtkModeMenu::State::showModes() {
         return;
     }
     for (const auto& mode : modes->modes()) {
-        GMenuItem* const item = g_menu_item_new(mode->name().c_str(), nullptr);
-        g_menu_item_set_action_and_target(item, action.c_str(), "s", mode->identifier().c_str());
+        const auto name = mode->name();
+        const auto identifier = mode->identifier();
+        GMenuItem* const item = g_menu_item_new(name ? name->c_str() : nullptr, nullptr);
+        // Without a target the action doesn't fit the item, which is then shown as disabled.
+        g_menu_item_set_action_and_target(item, action.c_str(), identifier ? "s" : nullptr,
+                                          identifier ? identifier->c_str() : nullptr);
         g_menu_append_item(menu, item);
         g_object_unref(item);
     }

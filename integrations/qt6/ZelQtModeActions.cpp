@@ -13,13 +13,16 @@ namespace zel {
 inline namespace v1 {
 namespace {
 
-QString identifierOf(const std::shared_ptr<ZelStyleManagerMode>& mode) {
-    return QString::fromStdString(mode->identifier());
+/// An action's data; invalid for a mode without an identifier.
+QVariant identifierOf(const std::shared_ptr<ZelStyleManagerMode>& mode) {
+    const auto identifier = mode->identifier();
+    return identifier ? QString::fromStdString(*identifier) : QVariant();
 }
 
 /// A name may hold an ampersand, which in an action's text marks a letter.
 QString textOf(const std::shared_ptr<ZelStyleManagerMode>& mode) {
-    return QString::fromStdString(mode->name()).replace(QLatin1String("&"), QLatin1String("&&"));
+    return QString::fromStdString(mode->name().value_or(""))
+        .replace(QLatin1String("&"), QLatin1String("&&"));
 }
 
 } // namespace
@@ -58,9 +61,9 @@ void ZelQtModeActions::refresh() {
     const QList<QAction*> shown = actions();
     const NSUserDefaultsValue chosen = manager_->activeModeIdentifier();
     const auto* const text = std::get_if<std::string>(&chosen);
-    const QString identifier = text ? QString::fromStdString(*text) : QString();
-    const auto found = std::ranges::find(
-        shown, identifier, [](const QAction* action) { return action->data().toString(); });
+    const auto found = std::ranges::find_if(shown, [text](const QAction* action) {
+        return text && action->data() == QString::fromStdString(*text);
+    });
     if (found != shown.end()) {
         (*found)->setChecked(true);
     } else if (!shown.isEmpty()) {
@@ -69,11 +72,10 @@ void ZelQtModeActions::refresh() {
 }
 
 bool ZelQtModeActions::showsModes() const {
-    return std::ranges::equal(actions(), manager_->modes(),
-                              [](const QAction* action, const auto& mode) {
-                                  return action->data().toString() == identifierOf(mode) &&
-                                         action->text() == textOf(mode);
-                              });
+    return std::ranges::equal(
+        actions(), manager_->modes(), [](const QAction* action, const auto& mode) {
+            return action->data() == identifierOf(mode) && action->text() == textOf(mode);
+        });
 }
 
 void ZelQtModeActions::showModes() {
@@ -82,6 +84,7 @@ void ZelQtModeActions::showModes() {
         QAction* const action = addAction(textOf(mode));
         action->setData(identifierOf(mode));
         action->setCheckable(true);
+        action->setEnabled(action->data().isValid());
     }
 }
 

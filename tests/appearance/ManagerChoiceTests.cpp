@@ -21,7 +21,7 @@ protected:
     /// The identifier of the mode that would be applied now.
     std::string chosen() const {
         const auto mode = ZelStyleManagerInternals::shouldBeActiveMode(*manager);
-        return mode ? mode->identifier() : "none";
+        return mode ? mode->identifier().value_or("nil") : "none";
     }
 };
 
@@ -132,6 +132,27 @@ TEST_F(ManagerChoice, TheEmptyIdentifierIsStoredAndIsNotNone) {
     EXPECT_EQ(chosen(), "always-light");
     manager->addMode(makeMode("", 50));
     EXPECT_EQ(chosen(), "");
+}
+
+TEST_F(ManagerChoice, AModeWithoutAnIdentifierIsChosenByNone) {
+    addStandardModes();
+    manager->addMode(makeMode(std::nullopt, 50));
+    manager->setActiveModeIdentifier("");
+    EXPECT_EQ(chosen(), "always-light");
+    manager->setActiveModeIdentifier(std::nullopt);
+    EXPECT_EQ(manager->activeModeIdentifier(), text("follow-system"));
+    EXPECT_EQ(chosen(), "follow-system");
+}
+
+TEST_F(ManagerChoice, AModeWithoutAnIdentifierIsTheFallbackWhereItIsTheFirst) {
+    addStandardModes();
+    const auto first = makeMode(std::nullopt, 0);
+    manager->addMode(first);
+    manager->setActiveModeIdentifier("always-dark");
+    EXPECT_EQ(chosen(), "always-dark");
+    manager->setActiveModeIdentifier("sepia");
+    EXPECT_EQ(ZelStyleManagerInternals::shouldBeActiveMode(*manager), first);
+    EXPECT_TRUE(isDark()); // applying it does nothing
 }
 
 TEST_F(ManagerChoice, TheSameChoiceAgainIsAppliedAgain) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,14 +30,15 @@ namespace zeltest {
 
 using Mode = std::shared_ptr<zel::ZelStyleManagerMode>;
 
-inline Mode makeMode(std::string_view identifier, std::uint64_t rank, std::string_view name = "") {
+inline Mode makeMode(std::optional<std::string_view> identifier, std::uint64_t rank,
+                     std::optional<std::string_view> name = std::nullopt) {
     return zel::alloc<zel::ZelStyleManagerMode>()->initWithIdentifier(identifier, rank, name);
 }
 
 inline Names identifiersOf(const zel::ZelStyleManager& manager) {
     Names identifiers;
     for (const auto& mode : manager.modes()) {
-        identifiers.push_back(mode->identifier());
+        identifiers.push_back(mode->identifier().value_or("nil"));
     }
     return identifiers;
 }

@@ -53,6 +53,26 @@ TEST_F(ManagerList, ModesWhoseNamesCompareEqualKeepTheOrderInWhichTheyWereAdded)
     EXPECT_EQ(identifiersOf(*manager), (Names{"0", "1", "2", "3"}));
 }
 
+TEST_F(ManagerList, ModesWithoutANameStandFirstAmongTheirRank) {
+    manager->addMode(makeMode("apple", 1, "Apple"));
+    manager->addMode(makeMode("empty", 1, ""));
+    manager->addMode(makeMode("nil", 1, std::nullopt));
+    manager->addMode(makeMode("another nil", 1, std::nullopt));
+    manager->addMode(makeMode("lower", 0, "Zebra"));
+    EXPECT_EQ(identifiersOf(*manager), (Names{"lower", "nil", "another nil", "empty", "apple"}));
+}
+
+TEST_F(ManagerList, NoComparisonIsAskedForAModeWithoutAName) {
+    zel::setLocalizedComparison([](std::string_view, std::string_view) {
+        ADD_FAILURE() << "it was asked";
+        return -1;
+    });
+    manager->addMode(makeMode("apple", 1, "Apple"));
+    manager->addMode(makeMode("nil", 1, std::nullopt));
+    manager->addMode(makeMode("another nil", 1, std::nullopt));
+    EXPECT_EQ(identifiersOf(*manager), (Names{"nil", "another nil", "apple"}));
+}
+
 TEST_F(ManagerList, ModesOfOneRankStandByTheHostsComparison) {
     zel::setLocalizedComparison([](std::string_view a, std::string_view b) {
         return static_cast<int>(a.size()) - static_cast<int>(b.size());
@@ -79,7 +99,7 @@ TEST_F(ManagerList, AComparisonThatContradictsItselfLosesNoMode) {
         [&](std::string_view, std::string_view) { return asked++ % 3 - 1; });
     Names expected;
     for (int i = 0; i < 100; ++i) {
-        manager->addMode(makeMode(std::to_string(i), 1));
+        manager->addMode(makeMode(std::to_string(i), 1, "name"));
         expected.push_back(std::to_string(i));
     }
     Names identifiers = identifiersOf(*manager);

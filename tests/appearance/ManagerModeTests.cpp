@@ -22,6 +22,20 @@ TEST_F(ManagerMode, ANewModeHasWhatItWasMadeWithAndIsNobodys) {
     EXPECT_FALSE(mode->active());
 }
 
+TEST_F(ManagerMode, WhatAModeLacksIsNilAndNotEmpty) {
+    const auto mode = makeMode(std::nullopt, 0, std::nullopt);
+    EXPECT_EQ(mode->identifier(), std::nullopt);
+    EXPECT_EQ(mode->name(), std::nullopt);
+    mode->setIdentifier("");
+    mode->setName("");
+    EXPECT_EQ(mode->identifier(), "");
+    EXPECT_EQ(mode->name(), "");
+    mode->setIdentifier(std::nullopt);
+    mode->setName(std::nullopt);
+    EXPECT_EQ(mode->identifier(), std::nullopt);
+    EXPECT_EQ(mode->name(), std::nullopt);
+}
+
 TEST_F(ManagerMode, TheStandardIdentifiersAreFixed) {
     EXPECT_EQ(zel::ZelStyleManagerModeIdentifierLight, "always-light");
     EXPECT_EQ(zel::ZelStyleManagerModeIdentifierDark, "always-dark");
@@ -155,6 +169,7 @@ TEST_F(ManagerMode, AModeOfAnApplicationsOwnHasNoEffect) {
          {"sepia", "", "Always-Dark", "always-dark ", "dark", "light"}) {
         makeMode(identifier, 0)->setActive(true);
     }
+    makeMode(std::nullopt, 0)->setActive(true);
     EXPECT_TRUE(recorder.take().empty());
     EXPECT_EQ(domain->currentScheme(), domain->defaultScheme());
     EXPECT_FALSE(domain->schemeFollowsSystem());
@@ -197,7 +212,7 @@ TEST_F(ManagerMode, AModeWhoseInitFailsIsNil) {
     };
     const auto failing = zel::alloc<FailingMode>();
     EXPECT_EQ(failing->initWithIdentifier("sepia", 5, "Sepia"), nullptr);
-    EXPECT_EQ(failing->identifier(), "");
+    EXPECT_EQ(failing->identifier(), std::nullopt);
     EXPECT_EQ(failing->rank(), 0U);
 }
 

@@ -294,6 +294,22 @@ TEST_F(ModeMenuTests, AChoiceMadeElsewhereIsShownAfterARefresh) {
     EXPECT_EQ(text(menu, 2, G_MENU_ATTRIBUTE_LABEL), "Sepia");
 }
 
+TEST_F(ModeMenuTests, AModeWithoutAnIdentifierIsShownAndCannotBeChosen) {
+    zel::ZelStyleManager::setup();
+    const auto& manager = zel::ZelStyleManager::sharedStyleManager();
+    manager->addMode(
+        zel::alloc<zel::ZelStyleManagerMode>()->initWithIdentifier(std::nullopt, 5, "Sepia"));
+    manager->addMode(
+        zel::alloc<zel::ZelStyleManagerMode>()->initWithIdentifier("own", 6, std::nullopt));
+    const zel::ZelGtkModeMenu menu(manager, "win");
+    ASSERT_EQ(g_menu_model_get_n_items(menu.menu()), 5);
+    EXPECT_EQ(text(menu, 1, G_MENU_ATTRIBUTE_LABEL), "Sepia");
+    EXPECT_EQ(text(menu, 1, G_MENU_ATTRIBUTE_ACTION), "win.zel-mode");
+    EXPECT_EQ(text(menu, 1, G_MENU_ATTRIBUTE_TARGET), "(none)");
+    EXPECT_EQ(text(menu, 2, G_MENU_ATTRIBUTE_LABEL), "(none)");
+    EXPECT_EQ(text(menu, 2, G_MENU_ATTRIBUTE_TARGET), "own");
+}
+
 TEST_F(ModeMenuTests, WithoutAManagerTheMenuIsEmpty) {
     const zel::ZelGtkModeMenu menu(nullptr, "app");
     EXPECT_EQ(g_menu_model_get_n_items(menu.menu()), 0);

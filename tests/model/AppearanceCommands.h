@@ -85,9 +85,9 @@ const std::vector<Command<Kit>>& appearanceCommands() {
     return all;
 }
 
-inline std::string modeIdentifier(unsigned number) {
-    static const std::array<std::string, 5> all = {"always-light", "always-dark", "follow-system",
-                                                   "own", "follow-system"};
+inline std::optional<std::string> modeIdentifier(unsigned number) {
+    static const std::array<std::optional<std::string>, 6> all = {
+        "always-light", "always-dark", "follow-system", "own", "follow-system", std::nullopt};
     return at(all, number);
 }
 
@@ -101,7 +101,8 @@ template <class Kit>
 const std::vector<Command<Kit>>& managerCommands() {
     using P = Player<Kit>;
     using A = Arguments;
-    static const std::array<std::string, 5> names = {"a", "B", "b", "Light", "c"};
+    static const std::array<std::optional<std::string>, 6> names = {"a",     "B", "b",
+                                                                    "Light", "c", std::nullopt};
     static const std::vector<Command<Kit>> all = {
         {"newManager", 4, [](P& p, const A& a) { slot(p.managers, a[0]) = Kit::makeManager(); }},
         {"newMode", 8,
@@ -142,8 +143,7 @@ const std::vector<Command<Kit>>& managerCommands() {
         {"choose", 10,
          [](P& p, const A& a) {
              if (const auto manager = managerOf(p, a[0])) {
-                 manager->setActiveModeIdentifier(
-                     a[1] % 7 == 6 ? std::nullopt : std::optional(modeIdentifier(a[1])));
+                 manager->setActiveModeIdentifier(modeIdentifier(a[1]));
              }
          }},
         {"setup", 4,

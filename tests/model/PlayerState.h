@@ -129,8 +129,8 @@ void Player<Kit>::putState() {
         for (const auto& mode : manager->modes()) {
             trace.object(mode);
             trace.object(mode->manager());
-            trace.put(std::optional<std::string>(mode->identifier()));
-            trace.put(std::optional<std::string>(mode->name()));
+            trace.put(mode->identifier());
+            trace.put(mode->name());
             trace.put(static_cast<std::uint64_t>(mode->rank()));
             trace.put(mode->active());
         }

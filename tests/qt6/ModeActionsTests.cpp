@@ -84,6 +84,31 @@ TEST_F(QtModeActionsTests, AMenuThatOpensShowsModesThatWereAddedMeanwhile) {
               (Texts{"Light", "Dark", "*Follow system appearance", "Pen && ink"}));
 }
 
+TEST_F(QtModeActionsTests, AModeWithoutAnIdentifierIsShownAndCannotBeChosen) {
+    setUp("C");
+    manager()->addMode(
+        zel::alloc<zel::ZelStyleManagerMode>()->initWithIdentifier(std::nullopt, 5, "Sepia"));
+    manager()->addMode(
+        zel::alloc<zel::ZelStyleManagerMode>()->initWithIdentifier("own", 6, std::nullopt));
+    const zel::ZelQtModeActions actions;
+    EXPECT_EQ(shown(actions.actions()),
+              (Texts{"Light", "Sepia", "", "Dark", "*Follow system appearance"}));
+    EXPECT_FALSE(actions.actions().at(1)->isEnabled());
+    EXPECT_TRUE(actions.actions().at(2)->isEnabled());
+    actions.actions().at(1)->trigger();
+    EXPECT_EQ(manager()->activeModeIdentifier(), zel::NSUserDefaultsValue("follow-system"));
+}
+
+TEST_F(QtModeActionsTests, AModeWithoutAnIdentifierIsMarkedWhereItIsTheOneThatApplies) {
+    setUp("C");
+    manager()->addMode(
+        zel::alloc<zel::ZelStyleManagerMode>()->initWithIdentifier(std::nullopt, 5, "Sepia"));
+    manager()->removeMode(manager()->modes().front());
+    manager()->setActiveModeIdentifier("");
+    const zel::ZelQtModeActions actions;
+    EXPECT_EQ(shown(actions.actions()), (Texts{"*Sepia", "Dark", "Follow system appearance"}));
+}
+
 TEST_F(QtModeActionsTests, AnUnknownChoiceIsShownAsTheModeThatItMeans) {
     setUp("C");
     manager()->setActiveModeIdentifier("no such mode");

@@ -143,7 +143,8 @@ private:
         mode->setIdentifier("identifier " + std::to_string(any(10)));
         mode->setRank(any(10));
         mode->setManager(ZelStyleManager::sharedStyleManager());
-        require(mode->name().starts_with("name ") && mode->identifier().starts_with("identifier "),
+        require(mode->name()->starts_with("name ") &&
+                    mode->identifier()->starts_with("identifier "),
                 "a mode's fields are mixed up");
         require(mode->rank() < 10 && mode->manager() && !mode->active(), "a mode's field is torn");
         mode->setActive(false);

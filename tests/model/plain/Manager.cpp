@@ -31,8 +31,11 @@ void Manager::addMode(const Ref<Mode>& mode) {
         throw InvalidArgument("nil mode");
     }
     const auto key = [](const Ref<Mode>& each) {
-        std::string name = each->name(); // in the tests ASCII alone
-        std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::tolower(c); });
+        Id name = each->name();
+        if (name) { // in the tests ASCII alone
+            std::ranges::transform(*name, name->begin(),
+                                   [](unsigned char c) { return std::tolower(c); });
+        }
         return std::pair(each->rank(), name);
     };
     mode->setManager(std::static_pointer_cast<Manager>(shared_from_this()));
@@ -63,8 +66,9 @@ void Manager::setActiveModeIdentifier(const Id& identifier) {
 
 void Manager::updateActiveMode() {
     const auto found = std::ranges::find_if(modes_, [&](const Ref<Mode>& each) {
-        return std::variant<std::string, std::uint64_t>(each->identifier()) ==
-               activeModeIdentifier();
+        const auto stored = activeModeIdentifier();
+        const auto* const text = std::get_if<std::string>(&stored);
+        return text && each->identifier() == *text;
     });
     const auto chosen = found != modes_.end() ? *found : modes_.empty() ? nullptr : modes_.front();
     if (chosen) {
@@ -72,8 +76,7 @@ void Manager::updateActiveMode() {
     }
 }
 
-Ref<Mode> Mode::initWithIdentifier(const std::string& identifier, std::uint64_t rank,
-                                   const std::string& name) {
+Ref<Mode> Mode::initWithIdentifier(const Id& identifier, std::uint64_t rank, const Id& name) {
     identifier_ = identifier;
     rank_ = rank;
     name_ = name;

@@ -28,22 +28,21 @@ private:
 
 class Mode : public Object {
 public:
-    Ref<Mode> initWithIdentifier(const std::string& identifier, std::uint64_t rank,
-                                 const std::string& name);
+    Ref<Mode> initWithIdentifier(const Id& identifier, std::uint64_t rank, const Id& name);
     bool active() const { return false; }
     void setActive(bool active);
     Ref<Manager> manager() const { return manager_.lock(); }
     void setManager(const Ref<Manager>& manager) { manager_ = manager; }
-    std::string identifier() const { return identifier_; }
-    void setIdentifier(const std::string& identifier) { identifier_ = identifier; }
-    std::string name() const { return name_; }
-    void setName(const std::string& name) { name_ = name; }
+    Id identifier() const { return identifier_; }
+    void setIdentifier(const Id& identifier) { identifier_ = identifier; }
+    Id name() const { return name_; }
+    void setName(const Id& name) { name_ = name; }
     std::uint64_t rank() const { return rank_; }
     void setRank(std::uint64_t rank) { rank_ = rank; }
 
 private:
     Weak<Manager> manager_;
-    std::string identifier_, name_;
+    Id identifier_, name_;
     std::uint64_t rank_ = 0;
 };
 

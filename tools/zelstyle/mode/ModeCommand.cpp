@@ -21,21 +21,26 @@ std::string listAsText() {
     const ZelStyleManager::Modes& modes = ZelStyleManager::sharedStyleManager()->modes();
     std::size_t width = 0;
     for (const auto& mode : modes) {
-        width = std::max(width, mode->identifier().size());
+        width = std::max(width, mode->identifier().value_or("").size());
     }
     std::string text;
     for (const auto& mode : modes) {
         text += mode == modeInForce() ? "* " : "  ";
-        text += padded(mode->identifier(), width) + "  " + mode->name() + '\n';
+        text += padded(mode->identifier().value_or(""), width) + "  ";
+        text += mode->name().value_or("") + '\n';
     }
     return text;
+}
+
+ordered_json orNull(const std::optional<std::string>& text) {
+    return text ? ordered_json(*text) : ordered_json();
 }
 
 std::string listAsJson() {
     ordered_json modes = ordered_json::array();
     for (const auto& mode : ZelStyleManager::sharedStyleManager()->modes()) {
-        modes.push_back({{"identifier", mode->identifier()},
-                         {"name", mode->name()},
+        modes.push_back({{"identifier", orNull(mode->identifier())},
+                         {"name", orNull(mode->name())},
                          {"rank", mode->rank()},
                          {"chosen", mode == modeInForce()}});
     }

@@ -30,7 +30,9 @@ std::shared_ptr<ZelStyleManagerMode> modeInForce() {
 std::string knownModes() {
     std::string list;
     for (const auto& mode : ZelStyleManager::sharedStyleManager()->modes()) {
-        list += (list.empty() ? "" : ", ") + mode->identifier();
+        if (const auto identifier = mode->identifier()) {
+            list += (list.empty() ? "" : ", ") + *identifier;
+        }
     }
     return list;
 }

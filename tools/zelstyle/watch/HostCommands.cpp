@@ -60,7 +60,7 @@ std::shared_ptr<NSObject> requirePart(const ThemedWindow& window, std::string_vi
 void setAppearance(std::string_view name) {
     const auto mode = modeInForce();
     if (mode && mode->identifier() != ZelStyleManagerModeIdentifierFollowSystem) {
-        printMessage("the mode is " + mode->identifier() +
+        printMessage("the mode is " + mode->identifier().value_or("one without an identifier") +
                      "; what the system looks like counts again in follow-system");
     }
     NSApplication::sharedApplication()->setEffectiveAppearance(NSAppearance::appearanceNamed(name));

@@ -29,7 +29,8 @@ public:
     ZelGtkModeMenu(const ZelGtkModeMenu&) = delete;
     ZelGtkModeMenu& operator=(const ZelGtkModeMenu&) = delete;
 
-    /// One item for each mode, in the manager's order, with its name.
+    /// One item for each mode, in the manager's order, with its name; disabled where the mode has
+    /// no identifier, and so can't be chosen.
     [[nodiscard]] GMenuModel* menu() const noexcept;
     /// Its state is the chosen mode's identifier, a string.
     [[nodiscard]] GAction* action() const noexcept;

@@ -16,8 +16,8 @@ class ZelStyleManager;
 
 /// The modes that a user can choose from, as actions in an exclusive group: each shows its mode's
 /// localised name, choosing it chooses the mode for good, and the mark stands at the mode that
-/// applies. An action's data is its mode's identifier.
-/// Owns: its actions. Refers to: the manager, which it shares.
+/// applies. An action's data is its mode's identifier; where it has none, the action is disabled,
+/// since the mode can't be chosen. Owns: its actions. Refers to: the manager, which it shares.
 /// Threads: the main thread. Failure: none.
 class ZEL_EXPORT ZelQtModeActions final : public QActionGroup {
 public:

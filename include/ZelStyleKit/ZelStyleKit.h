@@ -12,6 +12,7 @@
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/NSProcessInfo.h>
 #include <ZelStyleKit/NSUserDefaults.h>
+#include <ZelStyleKit/NSUserDefaultsInMemory.h>
 #include <ZelStyleKit/NSView.h>
 #include <ZelStyleKit/NSViewController.h>
 #include <ZelStyleKit/ZelAttributeValue.h>

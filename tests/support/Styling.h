@@ -6,9 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,28 +15,7 @@
 
 namespace zeltest {
 
-/// User defaults that no file stands behind.
-class DefaultsInMemory : public zel::NSUserDefaultsStore {
-public:
-    std::optional<zel::NSUserDefaultsValue> objectForKey(std::string_view key) override {
-        const std::scoped_lock guard(mutex_);
-        const auto found = values_.find(key);
-        return found == values_.end() ? std::nullopt : std::optional(found->second);
-    }
-    bool setObject(const std::optional<zel::NSUserDefaultsValue>& value,
-                   std::string_view forKey) override {
-        const std::scoped_lock guard(mutex_);
-        values_.erase(std::string(forKey));
-        if (value) {
-            values_.emplace(forKey, *value);
-        }
-        return true;
-    }
-
-private:
-    std::mutex mutex_;
-    std::map<std::string, zel::NSUserDefaultsValue, std::less<>> values_;
-};
+using DefaultsInMemory = zel::NSUserDefaultsInMemory;
 
 /// A fresh library around each test: defaults in memory, no domain, nothing queued, a light system.
 /// The application object is made before the appearance tracker, which therefore observes it.

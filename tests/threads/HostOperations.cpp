@@ -104,6 +104,9 @@ void storeDefaults(World&) {
     (void)defaults.objectForKey("key");
     NSUserDefaults own;
     own.setStore(std::make_shared<DefaultsInMemory>());
+    DefaultsInMemory store;
+    store.setObject(NSUserDefaultsValue(std::string("value")), "key");
+    (void)store.objectForKey("key");
 }
 
 void describeProcess(World&) {
@@ -201,6 +204,8 @@ std::vector<Operation> platformOperations() {
     addOperations(
         all, "NSUserDefaults", true, storeDefaults,
         {"NSUserDefaults", "standardUserDefaults", "objectForKey", "setObject", "setStore"});
+    addOperations(all, "NSUserDefaultsInMemory", true, storeDefaults,
+                  {"objectForKey", "setObject"});
     addOperations(all, "NSSystemColors", true, setColors, {"setSystemColors", "systemColors"});
     addOperations(all, "NSView", false, arrangeViews,
                   {"NSView", "addSubview", "removeFromSuperview", "superview", "subviews"});

@@ -3,31 +3,9 @@
 #include <ZelStyleKit/ZelStyleKit.h>
 
 #include <cstdio>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace {
-
-/// Keeps the choice in memory, so that a run touches no file of the user's.
-class MemoryStore : public zel::NSUserDefaultsStore {
-public:
-    std::optional<zel::NSUserDefaultsValue> objectForKey(std::string_view key) override {
-        const auto found = values_.find(key);
-        return found == values_.end() ? std::nullopt : std::optional(found->second);
-    }
-    bool setObject(const std::optional<zel::NSUserDefaultsValue>& value,
-                   std::string_view forKey) override {
-        values_.erase(std::string(forKey));
-        if (value) {
-            values_.emplace(forKey, *value);
-        }
-        return true;
-    }
-
-private:
-    std::map<std::string, zel::NSUserDefaultsValue, std::less<>> values_;
-};
 
 int failures = 0;
 
@@ -41,7 +19,9 @@ void expect(bool holds, const char* what) {
 } // namespace
 
 int main() {
-    zel::NSUserDefaults::standardUserDefaults().setStore(std::make_shared<MemoryStore>());
+    // So that a run touches no file of the user's.
+    zel::NSUserDefaults::standardUserDefaults().setStore(
+        std::make_shared<zel::NSUserDefaultsInMemory>());
     zel::ZelStyleManager::setup();
 
     const auto window = zel::alloc<zel::NSView>();

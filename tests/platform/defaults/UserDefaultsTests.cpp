@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <ZelStyleKit/NSUserDefaultsInMemory.h>
+
 #include "UserDefaultsTestsFolder.h"
 
-#include <map>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -14,35 +15,46 @@ using zel::NSUserDefaults;
 using zel::NSUserDefaultsStore;
 using zel::NSUserDefaultsValue;
 
-/// A host's store, which can be told to refuse or to break.
-class MemoryStore final : public NSUserDefaultsStore {
+/// A host's store, which can be made to refuse or to break.
+class MemoryStore final : public zel::NSUserDefaultsInMemory {
 public:
     std::optional<NSUserDefaultsValue> objectForKey(std::string_view key) override {
-        if (throws) {
-            throw std::runtime_error("broken");
-        }
-        const auto found = values.find(key);
-        return found == values.end() ? std::nullopt : std::optional(found->second);
+        fail();
+        return NSUserDefaultsInMemory::objectForKey(key);
     }
     bool setObject(const std::optional<NSUserDefaultsValue>& value,
                    std::string_view forKey) override {
+        fail();
+        return !refuses && NSUserDefaultsInMemory::setObject(value, forKey);
+    }
+    void hold(const char* value) { NSUserDefaultsInMemory::setObject(value, "mode"); }
+    [[nodiscard]] std::optional<NSUserDefaultsValue> held(std::string_view key) {
+        return NSUserDefaultsInMemory::objectForKey(key);
+    }
+
+    bool refuses = false;
+    bool throws = false;
+
+private:
+    void fail() const {
         if (throws) {
             throw std::runtime_error("broken");
         }
-        if (refuses) {
-            return false;
-        }
-        values.erase(std::string(forKey));
-        if (value) {
-            values.emplace(forKey, *value);
-        }
-        return true;
     }
-
-    std::map<std::string, NSUserDefaultsValue, std::less<>> values;
-    bool refuses = false;
-    bool throws = false;
 };
+
+TEST(DefaultsInMemory, HoldEachKeysLastValueUntilItIsRemoved) {
+    zel::NSUserDefaultsInMemory store;
+    EXPECT_EQ(store.objectForKey("mode"), std::nullopt);
+    EXPECT_TRUE(store.setObject("first", "mode"));
+    EXPECT_TRUE(store.setObject("second", "mode"));
+    EXPECT_TRUE(store.setObject(NSNumber::numberWithLong(3), "other"));
+    EXPECT_EQ(store.objectForKey("mode"), NSUserDefaultsValue("second"));
+    EXPECT_TRUE(store.setObject(std::nullopt, "mode"));
+    EXPECT_TRUE(store.setObject(std::nullopt, "absent"));
+    EXPECT_EQ(store.objectForKey("mode"), std::nullopt);
+    EXPECT_EQ(store.objectForKey("other"), NSUserDefaultsValue(NSNumber::numberWithLong(3)));
+}
 
 struct HostStore : ::testing::Test {
     HostStore() { defaults.setStore(store); }
@@ -52,23 +64,23 @@ struct HostStore : ::testing::Test {
 
 TEST_F(HostStore, TakesWhatIsSetAndAnswersWhatIsAsked) {
     EXPECT_TRUE(defaults.setObject("always-dark", "mode"));
-    EXPECT_EQ(store->values.at("mode"), NSUserDefaultsValue("always-dark"));
-    store->values.insert_or_assign("mode", "always-light");
+    EXPECT_EQ(store->held("mode"), NSUserDefaultsValue("always-dark"));
+    store->hold("always-light");
     EXPECT_EQ(stringIn(defaults, "mode"), "always-light");
 }
 
 TEST_F(HostStore, AValueThatItRefusesHoldsInThisProcess) {
-    store->values.emplace("mode", "old");
+    store->hold("old");
     store->refuses = true;
     EXPECT_FALSE(defaults.setObject("new", "mode"));
     EXPECT_EQ(stringIn(defaults, "mode"), "new");
     EXPECT_FALSE(defaults.setObject("newer", "mode"));
     EXPECT_EQ(stringIn(defaults, "mode"), "newer");
-    EXPECT_EQ(store->values.at("mode"), NSUserDefaultsValue("old"));
+    EXPECT_EQ(store->held("mode"), NSUserDefaultsValue("old"));
 }
 
 TEST_F(HostStore, ARemovalThatItRefusesHoldsInThisProcess) {
-    store->values.emplace("mode", "old");
+    store->hold("old");
     store->refuses = true;
     EXPECT_FALSE(defaults.setObject(std::nullopt, "mode"));
     EXPECT_EQ(defaults.objectForKey("mode"), std::nullopt);
@@ -80,7 +92,7 @@ TEST_F(HostStore, ALaterWriteThatSucceedsEndsWhatOnlyThisProcessHeld) {
     EXPECT_FALSE(defaults.setObject("held too", "other"));
     store->refuses = false;
     EXPECT_TRUE(defaults.setObject("stored", "mode"));
-    store->values.insert_or_assign("mode", "changed elsewhere");
+    store->hold("changed elsewhere");
     EXPECT_EQ(stringIn(defaults, "mode"), "changed elsewhere");
     EXPECT_EQ(stringIn(defaults, "other"), "held too");
 }
@@ -116,7 +128,7 @@ public:
 };
 
 TEST_F(HostStore, WhatOneRefusesThatIsReplacedMeanwhileIsNotHeldOverItsSuccessors) {
-    store->values.emplace("mode", "of the successor");
+    store->hold("of the successor");
     defaults.setStore(std::make_shared<RetiringStore>(defaults, store));
     EXPECT_FALSE(defaults.setObject("refused", "mode"));
     EXPECT_EQ(stringIn(defaults, "mode"), "of the successor");
@@ -142,7 +154,7 @@ TEST_F(HostStore, IsCalledAndEndedWithNoLockHeld) {
     EXPECT_EQ(stringIn(other, "outer"), "found");
     EXPECT_TRUE(other.setObject("value", "outer"));
     other.setStore(store);
-    EXPECT_EQ(store->values.at("fate"), NSUserDefaultsValue("ended"));
+    EXPECT_EQ(store->held("fate"), NSUserDefaultsValue("ended"));
 }
 
 TEST_F(HostStore, CanBeReplacedWhileOthersReadAndWrite) {

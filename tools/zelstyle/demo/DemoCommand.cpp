@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/zelstyle/demo/DemoCommand.h"
 
-#include "tools/zelstyle/demo/MemoryDefaults.h"
+#include <ZelStyleKit/NSUserDefaultsInMemory.h>
+
 #include "tools/zelstyle/demo/Story.h"
 #include "tools/zelstyle/terminal/Output.h"
 #include "tools/zelstyle/watch/AppearanceSource.h"
@@ -50,7 +51,7 @@ private:
 } // namespace
 
 int runDemo(const DemoOptions& options) {
-    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<MemoryDefaults>());
+    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<NSUserDefaultsInMemory>());
     EventLoop loop;
     Output output;
     output.write(storyBeginning);

@@ -33,8 +33,9 @@ public:
 /// The user's defaults: a file of the user's and application's own unless the host replaces the
 /// store. A value whose writing failed holds for the rest of this process.
 /// A symbolic link to the file is followed and stays. What is no file, may not be read or is larger
-/// than 8 MiB is left alone: it holds nothing and is not written. Nobody waits for a pipe or a
-/// device, and for another process's writing only a writer does, two seconds at most.
+/// than 8 MiB is left alone: it holds nothing and is not written. What is another user's is read
+/// and not written, by root neither. Nobody waits for a pipe or a device, and for another process's
+/// writing only a writer does, two seconds at most.
 /// Owns: the store. Threads: any thread, in handlers and destructors as well. Failure: never
 /// throws.
 class ZEL_EXPORT NSUserDefaults {

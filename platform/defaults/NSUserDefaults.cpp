@@ -68,13 +68,11 @@ bool NSUserDefaults::setObject(const std::optional<NSUserDefaultsValue>& value,
         if (state_->store != store) {
             return written; // replaced meanwhile, and with it what this process alone holds
         }
-        const auto found = state_->unwritten.find(forKey);
-        if (found != state_->unwritten.end() && written) {
-            state_->unwritten.erase(found);
-        } else if (found != state_->unwritten.end()) {
-            found->second = value;
-        } else if (!written) {
-            state_->unwritten.emplace(forKey, value);
+        if (!written) {
+            state_->unwritten.insert_or_assign(std::string(forKey), value);
+        } else if (const auto held = state_->unwritten.find(forKey);
+                   held != state_->unwritten.end()) {
+            state_->unwritten.erase(held);
         }
     } catch (...) { // out of memory: the value can't even be held here
         return written;

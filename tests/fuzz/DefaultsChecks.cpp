@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/fuzz/DefaultsChecks.h"
 
-#include "platform/defaults/DefaultsFileFormat.h"
+#include "platform/defaults/DefaultsText.h"
 #include "tests/fuzz/Require.h"
 
 #include <algorithm>
@@ -10,10 +10,8 @@
 namespace zelfuzz {
 namespace {
 
-using zel::DefaultsFileEntries;
+using zel::DefaultsEntries;
 using zel::NSNumber;
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isSameNumber(const NSNumber& a, const NSNumber& b) {
     if (a.kind() != b.kind() || a.kind() != NSNumber::Kind::Double) {
@@ -24,7 +22,7 @@ bool isSameNumber(const NSNumber& a, const NSNumber& b) {
     return std::signbit(x) == std::signbit(y) && ((std::isnan(x) && std::isnan(y)) || x == y);
 }
 
-bool areSame(const DefaultsFileEntries& a, const DefaultsFileEntries& b) {
+bool areSame(const DefaultsEntries& a, const DefaultsEntries& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
         return x.first == y.first && isSame(x.second, y.second);
     });
@@ -43,16 +41,12 @@ std::vector<std::string_view> linesOf(std::string_view text) {
 
 /// Whether a line is an entry of the key, wherever it stands.
 bool isEntryOf(std::string_view key, std::string_view line) {
-    return zel::parseDefaultsFile(line).contains(key);
+    return zel::parseDefaultsText(line).contains(key);
 }
 
 void checkRemoval(std::string_view text, std::string_view key, std::string_view after) {
     std::string expected;
-    for (std::string_view marked = text; marked.starts_with(byteOrderMark);) {
-        expected += byteOrderMark;
-        marked.remove_prefix(byteOrderMark.size());
-    }
-    for (const std::string_view line : linesOf(text.substr(expected.size()))) {
+    for (const std::string_view line : linesOf(text)) {
         expected += isEntryOf(key, line) ? std::string_view() : line;
     }
     require(after == expected, "a removal takes the key's lines and no other", text);
@@ -93,15 +87,15 @@ bool isSame(const std::optional<zel::NSUserDefaultsValue>& a,
 }
 
 void checkWrite(std::string_view text, const Write& write) {
-    DefaultsFileEntries expected = zel::parseDefaultsFile(text);
+    DefaultsEntries expected = zel::parseDefaultsText(text);
     const bool wasThere = expected.erase(write.key) > 0;
     if (write.value) {
         expected.emplace(write.key, *write.value);
     }
-    const std::string after = zel::editDefaultsFile(text, write.key, write.value);
-    require(areSame(zel::parseDefaultsFile(after), expected),
+    const std::string after = zel::editDefaultsText(text, write.key, write.value);
+    require(areSame(zel::parseDefaultsText(after), expected),
             "a write changes its key's value and no other", text);
-    require(zel::editDefaultsFile(after, write.key, write.value) == after,
+    require(zel::editDefaultsText(after, write.key, write.value) == after,
             "writing the same again changes nothing", text);
     if (!write.value) {
         checkRemoval(text, write.key, after);
@@ -114,17 +108,17 @@ void checkWrite(std::string_view text, const Write& write) {
 
 void checkEntries(std::string_view text) {
     constexpr std::size_t most = 4;
-    const DefaultsFileEntries entries = zel::parseDefaultsFile(text);
+    const DefaultsEntries entries = zel::parseDefaultsText(text);
     std::string rebuilt;
     for (const auto& [key, value] : entries) {
-        rebuilt = zel::editDefaultsFile(rebuilt, key, value);
+        rebuilt = zel::editDefaultsText(rebuilt, key, value);
     }
-    require(areSame(zel::parseDefaultsFile(rebuilt), entries), "what was read can be written",
+    require(areSame(zel::parseDefaultsText(rebuilt), entries), "what was read can be written",
             text);
     require(linesOf(rebuilt).size() == entries.size(), "an entry takes one line", text);
     std::size_t count = 0;
     for (auto entry = entries.begin(); entry != entries.end() && count < most; ++entry, ++count) {
-        require(zel::editDefaultsFile(rebuilt, entry->first, entry->second) == rebuilt,
+        require(zel::editDefaultsText(rebuilt, entry->first, entry->second) == rebuilt,
                 "writing what is there changes nothing", text);
         checkWrite(text, {entry->first, "always-dark"});
         checkWrite(text, {entry->first, std::nullopt});

@@ -2,7 +2,7 @@
 // The user's defaults file, whatever bytes it holds. An input is the file's text and, behind a line
 // "%%", writes, one in each line: a key, then s TEXT, u N, l N, d NUMBER or b N, or nothing to
 // remove the key.
-#include "platform/defaults/DefaultsFileFormat.h"
+#include "platform/defaults/DefaultsText.h"
 #include "tests/fuzz/DefaultsChecks.h"
 #include "tests/fuzz/Script.h"
 #include "tests/fuzz/TemporaryFolder.h"
@@ -64,11 +64,11 @@ void checkFile(std::string_view text, const std::vector<Write>& writes) {
     zel::NSUserDefaults defaults;
     std::string expected(text);
     for (const Write& write : writes) {
-        for (const auto& [key, value] : zel::parseDefaultsFile(expected)) {
+        for (const auto& [key, value] : zel::parseDefaultsText(expected)) {
             require(isSame(defaults.objectForKey(key), value), "an entry is read", key);
         }
         require(defaults.setObject(write.value, write.key), "a write succeeds", write.key);
-        expected = zel::editDefaultsFile(expected, write.key, write.value);
+        expected = zel::editDefaultsText(expected, write.key, write.value);
         require(bytesOf(path) == expected, "the file holds what was written", expected);
         require(isSame(zel::NSUserDefaults().objectForKey(write.key), write.value),
                 "who reads the file afresh finds what was written", write.key);
@@ -94,7 +94,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string text(parts.first);
     for (const Write& write : writes) {
         checkWrite(text, write);
-        text = zel::editDefaultsFile(text, write.key, write.value);
+        text = zel::editDefaultsText(text, write.key, write.value);
     }
     if (isOneOf(64, input)) {
         checkFile(parts.first, writes);

@@ -3,6 +3,10 @@
 #include "tests/support/Styling.h"
 
 #include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace zeltest {
 namespace {
@@ -36,6 +40,31 @@ TEST_F(PlatformMemoryTests, AnObservationThatNoMemoryIsThereForIsNotMade) {
     EXPECT_GE(failures, 2U); // the object's first, and the text
     runElsewhere([&] { object->didChangeValueForKey(key); });
     EXPECT_EQ(observer->calls, 1);
+}
+
+TEST_F(PlatformMemoryTests, ADefaultsFileThatNoMemoryIsThereForStaysWhole) {
+    const std::string folder = testing::TempDir() + "defaults-memory";
+    std::filesystem::create_directories(folder + "/memory");
+    const std::string path = folder + "/memory/defaults.conf";
+    ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+    NSProcessInfo::setProcessName("memory");
+    const std::string before = "mode = \"a text of more letters than fit into a string\"\n";
+    std::ofstream(path) << before;
+    bool isWritten = false;
+    const std::size_t failures = runShortOfMemory(
+        [&] {
+            NSUserDefaults defaults;
+            (void)defaults.objectForKey("mode");
+            isWritten = defaults.setObject(NSNumber::numberWithLong(1), "mode");
+        },
+        [&] {
+            std::stringstream text;
+            text << std::ifstream(path).rdbuf();
+            EXPECT_EQ(text.str(), isWritten ? "mode = 1\n" : before);
+        });
+    EXPECT_GE(failures, 10U);
+    EXPECT_TRUE(isWritten);
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(PlatformMemoryTests, AnObserverThatTheCentreHasNoMemoryForHearsNothing) {

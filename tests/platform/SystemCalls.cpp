@@ -15,7 +15,7 @@
 namespace zel_tests {
 namespace {
 
-/// Never destroyed: files are closed to the very end of the process.
+/// Never destroyed: files are written to the very end of the process.
 Intervention::AskOfDescriptor& interventionFor(SystemCall call) {
     using All =
         std::array<Intervention::AskOfDescriptor, static_cast<std::size_t>(SystemCall::Count)>;
@@ -56,12 +56,6 @@ using zel_tests::isRefused;
 using zel_tests::SystemCall;
 
 extern "C" {
-
-int close(int descriptor) {
-    return isRefused(SystemCall::Close, descriptor)
-               ? -1
-               : static_cast<int>(::syscall(SYS_close, descriptor));
-}
 
 int flock(int descriptor, int operation) noexcept {
     return isRefused(SystemCall::Flock, descriptor)
@@ -106,6 +100,11 @@ ssize_t readlink(const char* path, char* to, std::size_t size) noexcept {
     return isRefused(SystemCall::Readlink, -1)
                ? -1
                : ::syscall(SYS_readlinkat, AT_FDCWD, path, to, size);
+}
+
+ssize_t write(int descriptor, const void* from, std::size_t size) {
+    return isRefused(SystemCall::Write, descriptor) ? -1
+                                                    : ::syscall(SYS_write, descriptor, from, size);
 }
 
 } // extern "C"

@@ -6,7 +6,7 @@
 namespace zel_tests {
 
 /// Functions of the system's that this program replaces by ones that pass on to it.
-enum class SystemCall { Close, Flock, Fstat, Fsync, Mkdir, Open, Read, Readlink, Count };
+enum class SystemCall { Flock, Fstat, Fsync, Mkdir, Open, Read, Readlink, Write, Count };
 
 /// Stands before one of them while it lives; one at a time for each. It is asked before each call
 /// and answers the error that the call is to fail with, or 0 to have it go on to the system. It is

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSUserDefaultsInMemory.h>
 
-#include "UserDefaultsTestsFolder.h"
+#include "DefaultsFolder.h"
 
 #include <memory>
 #include <stdexcept>
 #include <thread>
+
+#include <pwd.h>
 
 namespace zel_tests {
 namespace {
@@ -14,6 +16,8 @@ using zel::NSNumber;
 using zel::NSUserDefaults;
 using zel::NSUserDefaultsStore;
 using zel::NSUserDefaultsValue;
+
+const char* homeOfAccount = nullptr; ///< none: the user has no account
 
 /// A host's store, which can be made to refuse or to break.
 class MemoryStore final : public zel::NSUserDefaultsInMemory {
@@ -175,13 +179,7 @@ TEST_F(HostStore, CanBeReplacedWhileOthersReadAndWrite) {
     EXPECT_EQ(stringIn(defaults, "mode"), "last");
 }
 
-struct DefaultsFileLocation : UserDefaultsFolder {};
-
-TEST_F(DefaultsFileLocation, IsAFolderNamedAfterTheProcessInTheConfigurationFolder) {
-    EXPECT_TRUE(NSUserDefaults::standardUserDefaults().setObject("always-dark", "mode"));
-    EXPECT_EQ(text(), "mode = \"always-dark\"\n");
-    EXPECT_EQ(stringIn(NSUserDefaults::standardUserDefaults(), "mode"), "always-dark");
-}
+using DefaultsFileLocation = DefaultsFolder;
 
 TEST_F(DefaultsFileLocation, NoStoreBringsTheFileBack) {
     write("mode = \"of the file\"\n");
@@ -195,6 +193,7 @@ TEST_F(DefaultsFileLocation, NoStoreBringsTheFileBack) {
 TEST_F(DefaultsFileLocation, FollowsTheProcessNameThatTheHostSets) {
     NSUserDefaults defaults;
     EXPECT_TRUE(defaults.setObject("painting", "mode"));
+    EXPECT_EQ(text(), "mode = \"painting\"\n");
     zel::NSProcessInfo::setProcessName("Sculptor");
     EXPECT_EQ(stringIn(defaults, "mode"), "(none)");
     EXPECT_TRUE(defaults.setObject("sculpting", "mode"));
@@ -205,21 +204,30 @@ TEST_F(DefaultsFileLocation, FollowsTheProcessNameThatTheHostSets) {
 
 TEST_F(DefaultsFileLocation, IsUnderTheHomeFolderWithoutAnAbsoluteConfigurationFolder) {
     ::setenv("HOME", folder.c_str(), 1);
-    const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(folder);
     for (const char* const ignored : {"", "relative/folder", "./x"}) {
         ::setenv("XDG_CONFIG_HOME", ignored, 1);
         EXPECT_TRUE(NSUserDefaults().setObject(ignored, "mode"));
-        EXPECT_EQ(storedString("mode"), ignored);
-        EXPECT_FALSE(std::filesystem::exists("relative"));
-        EXPECT_TRUE(std::filesystem::remove(folder + "/.config/Painter/defaults.conf"));
+        EXPECT_TRUE(std::filesystem::remove(folder + "/.config/Painter/defaults.conf")) << ignored;
     }
-    std::filesystem::current_path(before);
+    EXPECT_EQ(modeOf(folder + "/.config"), 0700u);
     ::unsetenv("XDG_CONFIG_HOME");
     EXPECT_TRUE(NSUserDefaults().setObject("value", "mode"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/.config/Painter/defaults.conf"));
-    EXPECT_EQ(modeOf(folder + "/.config"), 0700u);
-    EXPECT_EQ(modeOf(folder + "/.config/Painter"), 0700u);
+}
+
+TEST_F(DefaultsFileLocation, IsUnderTheAccountsHomeFolderWithoutAHomeVariable) {
+    ::unsetenv("XDG_CONFIG_HOME");
+    for (const char* const noHome : {"", "not/absolute"}) {
+        ::setenv("HOME", noHome, 1);
+        homeOfAccount = folder.c_str();
+        EXPECT_TRUE(NSUserDefaults().setObject("value", "k"));
+        EXPECT_TRUE(std::filesystem::remove(folder + "/.config/Painter/defaults.conf"));
+        for (const char* const none : {static_cast<const char*>(nullptr), "", "relative/home"}) {
+            homeOfAccount = none;
+            EXPECT_EQ(storedString("k"), "(none)");
+            EXPECT_TRUE(fileRefuses("new"));
+        }
+    }
 }
 
 struct NamedFolder {
@@ -233,43 +241,53 @@ TEST_F(DefaultsFileLocation, NeverLeavesItsFolderWhateverTheNameOfTheProcess) {
         {"..", "%2E%2E"},
         {".", "%2E"},
         {"/", "%2F"},
-        {"a/b", "a%2Fb"},
         {"a%2Fb", "a%252Fb"},
         {std::string("nul\0name", 8), "nul%00name"},
         {"line\nbreak\x7F", "line%0Abreak%7F"},
         {"Grüße …", "Grüße …"},
+        {std::string(255, 'n'), std::string(255, 'n')},
+        {std::string(400, 'n') + "1", std::string(238, 'n') + "%9D58A7481994F8BC"},
+        {std::string(400, 'n') + "2", std::string(238, 'n') + "%9D58AA481994FDD5"},
     };
     for (const NamedFolder& named : cases) {
         zel::NSProcessInfo::setProcessName(named.name);
-        EXPECT_TRUE(NSUserDefaults().setObject("value", "mode")) << named.folder;
+        EXPECT_TRUE(NSUserDefaults().setObject(named.name, "mode")) << named.folder;
         EXPECT_TRUE(std::filesystem::exists(folder + '/' + named.folder + "/defaults.conf"))
             << named.folder;
+        EXPECT_EQ(storedString("mode"), named.name);
     }
 }
 
-TEST_F(DefaultsFileLocation, TellsLongNamesApart) {
-    const std::string longName(400, 'n');
-    zel::NSProcessInfo::setProcessName(longName + "1");
-    EXPECT_TRUE(NSUserDefaults().setObject("first", "mode"));
-    zel::NSProcessInfo::setProcessName(longName + "2");
-    EXPECT_EQ(storedString("mode"), "(none)");
-    EXPECT_TRUE(NSUserDefaults().setObject("second", "mode"));
-    zel::NSProcessInfo::setProcessName(longName + "1");
-    EXPECT_EQ(storedString("mode"), "first");
+TEST_F(DefaultsFileLocation, MayBeAFolderWhoseNameHasOddBytes) {
+    for (const char* const name : {"/line\nbreak", "/\xFF\xC3", "/ \"'\\%*$", "/a//b/../c/."}) {
+        ::setenv("XDG_CONFIG_HOME", (folder + name).c_str(), 1);
+        std::filesystem::create_directories(folder + name + "/Painter/../..");
+        EXPECT_TRUE(NSUserDefaults().setObject("value", "k")) << name;
+        EXPECT_EQ(storedString("k"), "value") << name;
+    }
 }
 
 TEST_F(DefaultsFileLocation, CanBeWrittenWhileTheProcessEnds) {
-    const int result = inChild([]() -> int {
+    EXPECT_TRUE(holdsInChild([]() -> bool {
         std::atexit([] {
             const bool written = NSUserDefaults::standardUserDefaults().setObject("end", "mode");
             zeltest::endAtOnce(written ? 42 : 1);
         });
         NSUserDefaults::standardUserDefaults().setObject("start", "mode");
         std::exit(0);
-    });
-    EXPECT_EQ(result, 42);
+    }));
     EXPECT_EQ(storedString("mode"), "end");
 }
 
 } // namespace
 } // namespace zel_tests
+
+/// In the system's place.
+extern "C" int getpwuid_r(uid_t /*user*/, passwd* account, char* /*buffer*/, std::size_t /*size*/,
+                          passwd** found) {
+    static std::string home;
+    home = zel_tests::homeOfAccount == nullptr ? "" : zel_tests::homeOfAccount;
+    account->pw_dir = home.data();
+    *found = zel_tests::homeOfAccount == nullptr ? nullptr : account;
+    return 0;
+}

@@ -21,19 +21,19 @@ inline namespace v1 {
 //     zoom = 1.5                                  # double; also 1e+20, inf, nan
 //
 // Any other line (a comment, another program's entry, damage) means nothing here and stays as it
-// is, byte for byte. Where several lines bear one key, the last that can be understood counts.
-// Lines end with LF or CRLF; byte order marks may stand before them.
-// Pure functions; they throw nothing but std::bad_alloc.
+// is, byte for byte. Where several lines have one key, the last that can be understood counts.
+// Lines end with LF or CRLF; one byte order mark may stand before each.
+// Pure functions in time linear in the text's length; they throw nothing but std::bad_alloc.
 
-using DefaultsFileEntries = std::map<std::string, NSUserDefaultsValue, std::less<>>;
+using DefaultsEntries = std::map<std::string, NSUserDefaultsValue, std::less<>>;
 
-/// The entries that a file's text holds.
-DefaultsFileEntries parseDefaultsFile(std::string_view text);
+/// The entries that a text holds.
+DefaultsEntries parseDefaultsText(std::string_view text);
 
 /// The text with a value under the key: only the value of the line that counts is replaced, or a
-/// line added at the end. For none, every line of the key goes.
+/// line added at the end. For none, every line of the key is removed.
 /// A double keeps every bit but a NaN's payload.
-std::string editDefaultsFile(std::string_view text, std::string_view key,
+std::string editDefaultsText(std::string_view text, std::string_view key,
                              const std::optional<NSUserDefaultsValue>& value);
 
 } // namespace v1

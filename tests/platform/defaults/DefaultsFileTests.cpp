@@ -165,6 +165,16 @@ TEST_F(DefaultsFile, IsNotAPipeThatTakesItsPlaceAtTheLastMoment) {
     EXPECT_TRUE(holdsInChild([&] { return storedString("k") == "(none)" && isPipe; }));
 }
 
+TEST_F(DefaultsFile, IsNotEvenOpenedWhereItIsAPipe) {
+    makeFolder();
+    ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
+    int opened = 0; // which alone would wake who waits at its other end
+    const Intervention watch(SystemCall::Open, [&] { return opened++, 0; });
+    EXPECT_EQ(storedString("k"), "(none)");
+    EXPECT_TRUE(fileRefuses("new"));
+    EXPECT_EQ(opened, 0);
+}
+
 TEST_F(DefaultsFile, IsReplacedThoughSomethingIsWhereItsNewTextIsPrepared) {
     write("k = \"old\"\n");
     std::ofstream(temporary()) << "half a fi"; // of a killed writer

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "tests/faults/Value.h"
-
 #include <cstdint>
-
-#include <time.h>
+#include <optional>
+#include <string>
 
 namespace zeltest {
+
+/// Which write of a run it is: no two have the same.
+struct WriteName {
+    std::uint32_t round = 0;
+    std::uint32_t writer = 0;
+    std::uint32_t number = 0;
+};
 
 /// What a writer says through the pipe, as it is in memory: short enough to be written whole or not
 /// at all, whenever the writer is killed.
@@ -20,21 +25,22 @@ struct Report {
     };
     Kind kind = Kind::Begun;
     WriteName write;
-    std::uint32_t key = 0;
-    bool removes = false; ///< the key's entry, instead of storing a value
-    std::int64_t time = 0;
+    std::int64_t time = 0; ///< in nanoseconds, of a clock that all processes share
 };
 
-/// Keys are numbers: that of a writer is its own, and nobody else's; the others are everybody's.
-inline std::string keyNamed(std::uint32_t key) {
-    return "key." + std::to_string(key);
+/// Each writer has a key of its own.
+inline std::string keyOf(std::uint32_t writer) {
+    return "key." + std::to_string(writer);
 }
 
-/// Nanoseconds of a clock that all processes share.
-inline std::int64_t now() {
-    timespec time{};
-    ::clock_gettime(CLOCK_MONOTONIC, &time);
-    return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
-}
+/// What a write stores: its name and a filling of 0 to 250 letters that follows from it, so that a
+/// value says by itself whether it is whole. Every eighth removes the key.
+std::optional<std::string> valueOf(const WriteName& write);
+
+/// Whether it is a value that some write stores.
+bool isWhole(const std::string& value);
+
+/// Writes the user's defaults, and reads them in between, until it is killed.
+[[noreturn]] void writeUntilKilled(WriteName first, std::uint32_t writers, int pipe);
 
 } // namespace zeltest

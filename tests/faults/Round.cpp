@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/faults/Round.h"
 
-#include "tests/faults/DefaultsText.h"
-#include "tests/faults/Writer.h"
-
 #include <ZelStyleKit/NSUserDefaults.h>
 
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -22,13 +20,14 @@
 namespace zeltest {
 namespace {
 
-constexpr std::uint32_t sharedKeys = 8;
 constexpr char witness[] = "witness"; // the key of this process
+/// What the file holds from the beginning, which nobody may touch.
+constexpr char foreignLines[] = "# kept\nno entry at all \x01\xFF = [\n";
 
 } // namespace
 
 Rounds::Rounds(std::string folder, std::uint32_t writers, std::uint64_t seed)
-    : folder_(std::move(folder)), file_(folder_ + "/defaults.conf"), seed_(seed), random_(seed),
+    : folder_(std::move(folder)), file_(folder_ + "/defaults.conf"), random_(seed),
       writers_(writers) {
     std::filesystem::create_directories(folder_);
     std::ofstream(file_, std::ios::binary) << foreignLines;
@@ -41,11 +40,8 @@ std::optional<std::string> Rounds::play() {
     while (readReport()) {
     }
     ::close(std::exchange(pipe_, -1));
-    for (std::uint32_t writer = 0; writer < writers_.size(); ++writer) {
-        history_.addDeath(writer, writers_[writer].died);
-    }
-    if (!history_.misread.empty()) {
-        return "a writer read something wrong: " + history_.misread;
+    if (misreader_) {
+        return "writer " + std::to_string(*misreader_) + " read something wrong";
     }
     const auto wrong = wrongInFile();
     return wrong ? wrong : wrongInFolder();
@@ -58,20 +54,20 @@ void Rounds::startWriters() {
     }
     pipe_ = ends[0];
     const pid_t self = ::getpid();
-    for (std::uint32_t writer = 0; writer < writers_.size(); ++writer) {
+    const auto count = static_cast<std::uint32_t>(writers_.size());
+    for (std::uint32_t writer = 0; writer < count; ++writer) {
         const pid_t child = ::fork();
         if (child == 0) {
             ::prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody outlives the program
             if (::getppid() != self) {
                 ::_exit(1);
             }
-            const auto count = static_cast<std::uint32_t>(writers_.size());
-            writeUntilKilled({seed_, round_, writer, count, sharedKeys, ends[1]});
+            writeUntilKilled({round_, writer, 1}, count, ends[1]);
         }
         if (child < 0) {
             throw std::runtime_error("no process");
         }
-        writers_[writer] = {child, 0};
+        writers_[writer].process = child;
     }
     ::close(ends[1]);
 }
@@ -86,37 +82,36 @@ void Rounds::killAll() {
         ::usleep(static_cast<useconds_t>(random_() % 300)); // into the middle of what a write does
         kill(victim());
     }
-    if (!readDefaultsText(file_)) {
+    if (!entries()) {
         throw std::runtime_error("a torn file, in the middle of round " + std::to_string(round_));
     }
     for (const Writer& writer : writers_) {
-        if (writer.died == 0) {
+        if (writer.process > 0) {
             ::kill(writer.process, SIGKILL);
         }
     }
-    for (std::size_t writer = 0; writer < writers_.size(); ++writer) {
-        if (writers_[writer].died == 0) {
+    for (Writer& writer : writers_) {
+        if (writer.process > 0) {
             kill(writer);
         }
     }
 }
 
-/// Every other time the writer that was heard last: the one that most likely has the file's lock.
-std::size_t Rounds::victim() {
+/// Every other time the writer that reported last: the one that most likely has the file's lock.
+Rounds::Writer& Rounds::victim() {
     std::size_t chosen = random_() % 2 == 0 ? lastReporter_ : random_() % writers_.size();
-    while (writers_[chosen].died != 0) {
+    while (writers_[chosen].process < 0) {
         chosen = (chosen + 1) % writers_.size();
     }
-    return chosen;
+    return writers_[chosen];
 }
 
-void Rounds::kill(std::size_t writer) {
-    ::kill(writers_[writer].process, SIGKILL);
+void Rounds::kill(Writer& writer) {
+    ::kill(writer.process, SIGKILL);
     int status = 0;
-    if (::waitpid(writers_[writer].process, &status, 0) < 0 || !WIFSIGNALED(status)) {
+    if (::waitpid(std::exchange(writer.process, -1), &status, 0) < 0 || !WIFSIGNALED(status)) {
         throw std::runtime_error("a writer ended by itself");
     }
-    writers_[writer].died = now();
 }
 
 void Rounds::readReports(std::size_t count) {
@@ -133,36 +128,77 @@ bool Rounds::readReport() {
         return false;
     }
     lastReporter_ = report.write.writer;
-    history_.add(report);
+    Writer& writer = writers_.at(report.write.writer);
+    if (report.kind == Report::Kind::Misread) {
+        misreader_ = report.write.writer;
+    } else if (report.kind == Report::Kind::Begun) {
+        ++figures_.begun;
+        writer.underWay = report;
+    } else {
+        const std::int64_t taken = report.time - writer.underWay.value().time;
+        writer.underWay.reset();
+        const bool acknowledged = report.kind == Report::Kind::Acknowledged;
+        ++(acknowledged ? figures_.acknowledged : figures_.refused);
+        auto& longest = acknowledged ? figures_.longestAcknowledged : figures_.longestRefused;
+        longest = std::max(longest, taken);
+        if (acknowledged) {
+            writer.durable = valueOf(report.write);
+        }
+    }
     return true;
 }
 
+/// The entries of the file, by a reader of the tests' own. None where the file is not whole: where
+/// anything but the foreign lines, and then one line for each key with a string, is in it.
+std::optional<std::map<std::string, std::string>> Rounds::entries() const {
+    std::ifstream stream(file_, std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (!stream || !text.starts_with(foreignLines) || text.back() != '\n') {
+        return std::nullopt;
+    }
+    std::map<std::string, std::string> entries;
+    for (std::size_t at = sizeof foreignLines - 1; at < text.size();) {
+        const std::size_t end = text.find('\n', at);
+        const std::string line = text.substr(at, end - at);
+        const std::size_t mark = line.find(" = \"");
+        if (mark == std::string::npos || line.size() < mark + 5 || line.back() != '"' ||
+            !entries.emplace(line.substr(0, mark), line.substr(mark + 4, line.size() - mark - 5))
+                 .second) {
+            return std::nullopt;
+        }
+        at = end + 1;
+    }
+    return entries;
+}
+
 std::optional<std::string> Rounds::wrongInFile() {
-    auto entries = readDefaultsText(file_);
-    if (!entries) {
+    auto left = entries();
+    if (!left) {
         return "the file is torn";
     }
     const zel::NSUserDefaults reader;
-    const auto keys = static_cast<std::uint32_t>(writers_.size()) + sharedKeys;
-    for (std::uint32_t key = 0; key < keys; ++key) {
-        const auto found = entries->extract(keyNamed(key));
-        const History::Value value = found ? std::optional(found.mapped()) : std::nullopt;
-        if (!history_.mayHold(key, value)) {
-            return keyNamed(key) + " holds " + value.value_or("(nothing)") + " after\n" +
-                   history_.describe(key);
+    for (std::uint32_t number = 0; number < writers_.size(); ++number) {
+        Writer& writer = writers_[number];
+        const auto found = left->extract(keyOf(number));
+        const auto value = found ? std::optional(found.mapped()) : std::nullopt;
+        const bool isCutShort = writer.underWay.has_value();
+        figures_.cutShort += isCutShort ? 1 : 0;
+        if (value != writer.durable && !(isCutShort && value == valueOf(writer.underWay->write))) {
+            return keyOf(number) + " holds " + value.value_or("(nothing)") + " instead of " +
+                   writer.durable.value_or("(nothing)");
         }
-        const auto read = reader.objectForKey(keyNamed(key));
+        const auto read = reader.objectForKey(keyOf(number));
         if ((read ? std::optional(std::get<std::string>(*read)) : std::nullopt) != value) {
-            return keyNamed(key) + " is read as something else than the file holds";
+            return keyOf(number) + " is read as something else than the file holds";
         }
-        history_.settle(key, value);
+        writer.durable = value;
+        writer.underWay.reset();
     }
-    const auto own = entries->extract(witness);
+    const auto own = left->extract(witness);
     if (round_ > 1 && (!own || own.mapped() != std::to_string(round_ - 1))) {
-        return std::string("what was written between the rounds is lost");
+        return "what was written between the rounds is lost";
     }
-    return entries->empty() ? std::nullopt
-                            : std::optional("nobody wrote " + entries->begin()->first);
+    return left->empty() ? std::nullopt : std::optional("nobody wrote " + left->begin()->first);
 }
 
 /// The dead hinder nobody: neither by a lock nor by a file that they left half written.
@@ -174,7 +210,7 @@ std::optional<std::string> Rounds::wrongInFolder() {
             return "nobody should have left " + entry.path().string();
         }
     }
-    leftovers_ += std::filesystem::exists(file_ + ".tmp") ? 1 : 0;
+    figures_.leftovers += std::filesystem::exists(file_ + ".tmp") ? 1 : 0;
     if (!zel::NSUserDefaults().setObject(std::to_string(round_), witness)) {
         return "the dead keep the living from writing";
     }

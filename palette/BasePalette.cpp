@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "palette/PaletteRow.h"
 
+#include "style/ZelStyleInternals.h"
+
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
@@ -72,8 +74,10 @@ ZelStyleType typeOfScheme(const std::optional<std::string>& identifier) {
 void provideBase(const std::shared_ptr<ZelStyle>& style,
                  const std::shared_ptr<ZelStyleScheme>& scheme) {
     const ZelStyleType type = typeOfScheme(scheme ? scheme->identifier() : std::nullopt);
-    style->setStyleType(NSNumber::numberWithUnsignedLong(type));
-    writePalette(baseRows, style, type == ZelStyleTypeDark);
+    PaletteValues values = presetsOf(*style);
+    values.written[static_cast<std::size_t>(StyleType)] = NSNumber::numberWithUnsignedLong(type);
+    computePalette(baseRows, values, type == ZelStyleTypeDark);
+    ZelStyleInternals::setValuesAt(*style, values.written);
 }
 
 } // namespace

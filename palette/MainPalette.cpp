@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "palette/PaletteRow.h"
 
+#include "style/ZelStyleInternals.h"
+
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
@@ -61,7 +63,9 @@ static_assert(mainRows.size() == 33);
 void provideMain(const std::shared_ptr<ZelStyle>& style,
                  const std::shared_ptr<ZelStyleScheme>& scheme) {
     const bool darkMode = scheme && scheme->identifier() == ZelStyleSchemeIdentifierDark;
-    writePalette(mainRows, style, darkMode);
+    PaletteValues values = presetsOf(*style);
+    computePalette(mainRows, values, darkMode);
+    ZelStyleInternals::setValuesAt(*style, values.written);
 }
 
 } // namespace

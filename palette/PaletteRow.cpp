@@ -3,24 +3,21 @@
 
 #include "style/ZelStyleInternals.h"
 
-#include <ZelStyleKit/ZelStyle.h>
-
 namespace zel {
 inline namespace v1 {
 namespace {
 
-using Value = std::optional<ZelAttributeValue>;
-
-Value colorValue(const std::optional<NSColor>& color) {
-    return color ? Value(*color) : std::nullopt;
+ZelAttributeValue colorOrNull(const std::optional<NSColor>& color) {
+    return color ? ZelAttributeValue(*color) : NSNull{};
 }
 
-std::optional<NSColor> colorOf(const ZelStyle& style, ZelStyleAttribute attribute) {
-    return ZelStyleInternals::predefinedSlot(style, attribute).asColor();
+const NSColor* findColor(const PaletteValues& values, ZelStyleAttribute attribute) {
+    const ZelAttributeValue* value = values.find(attribute);
+    return value ? value->color() : nullptr;
 }
 
-/// What the recipe makes for a style; nothing where a colour that it needs is missing.
-Value make(const PaletteRecipe& recipe, const ZelStyle& style, bool darkMode) {
+/// What the recipe makes; null where a colour that it needs is missing.
+ZelAttributeValue make(const PaletteRecipe& recipe, const PaletteValues& values, bool darkMode) {
     const ZelRGBA& c = recipe.components;
     switch (recipe.kind) {
     case PaletteRecipe::Kind::White:
@@ -28,40 +25,53 @@ Value make(const PaletteRecipe& recipe, const ZelStyle& style, bool darkMode) {
     case PaletteRecipe::Kind::SRGB:
         return NSColor::colorWithSRGBRed(c.red, c.green, c.blue, c.alpha);
     case PaletteRecipe::Kind::Platform:
-        return colorValue(recipe.platform());
+        return colorOrNull(recipe.platform());
     case PaletteRecipe::Kind::Copy:
-        return style.effectiveValueForAttribute(ZelStyleAttributeKeyOf(recipe.source));
+        if (const ZelAttributeValue* value = values.find(recipe.source)) {
+            return *value;
+        }
+        return NSNull{};
     case PaletteRecipe::Kind::CopyAlpha:
-        if (const auto color = colorOf(style, recipe.source)) {
+        if (const NSColor* color = findColor(values, recipe.source)) {
             return color->colorWithAlphaComponent(c.alpha);
         }
-        return std::nullopt;
+        return NSNull{};
     case PaletteRecipe::Kind::Effect:
-        if (const auto color = colorOf(style, recipe.source)) {
+        if (const NSColor* color = findColor(values, recipe.source)) {
             return color->colorWithZelStyleEffect(recipe.effect, darkMode);
         }
-        return std::nullopt;
+        return NSNull{};
     }
-    return std::nullopt;
-}
-
-// A value of any kind counts, also one that the typed accessor doesn't answer: it is a client's.
-bool hasValue(const ZelStyle& style, ZelStyleAttribute attribute) {
-    const auto tag = ZelStyleInternals::predefinedSlot(style, attribute).tag;
-    return tag != AttributeSlot::absent && tag != AttributeSlot::null;
+    return NSNull{};
 }
 
 } // namespace
 
-void writePalette(std::span<const PaletteRow> rows, const std::shared_ptr<ZelStyle>& style,
-                  bool darkMode) {
+const ZelAttributeValue* PaletteValues::find(ZelStyleAttribute attribute) const noexcept {
+    const auto at = static_cast<std::size_t>(attribute);
+    const auto& value = written[at] ? written[at] : presets[at];
+    return value && !value->isNull() ? &*value : nullptr;
+}
+
+void computePalette(std::span<const PaletteRow> rows, PaletteValues& values, bool darkMode) {
     for (const PaletteRow& row : rows) {
-        if (row.written == PaletteRow::Written::WhenAbsent && hasValue(*style, row.attribute)) {
-            continue;
+        if (row.written == PaletteRow::Written::Always || !values.find(row.attribute)) {
+            values.written[static_cast<std::size_t>(row.attribute)] =
+                make(darkMode ? row.dark : row.other, values, darkMode);
         }
-        ZelStyleInternals::setValueAt(*style, static_cast<AttributeIndex>(row.attribute),
-                                      make(darkMode ? row.dark : row.other, *style, darkMode));
     }
+}
+
+PaletteValues presetsOf(const ZelStyle& style) {
+    PaletteValues values;
+    for (AttributeIndex key = 0; key < ZelStyleAttributeCount; ++key) {
+        const AttributeSlot slot =
+            ZelStyleInternals::predefinedSlot(style, static_cast<ZelStyleAttribute>(key));
+        values.presets[key] = slot.tag == AttributeSlot::other
+                                  ? ZelStyleInternals::effectiveValue(style, key)
+                                  : slot.asValue();
+    }
+    return values;
 }
 
 } // namespace v1

@@ -2,9 +2,10 @@
 #pragma once
 
 #include <ZelStyleKit/NSColor.h>
+#include <ZelStyleKit/ZelAttributeValue.h>
 #include <ZelStyleKit/ZelStyleAttributes.h>
 
-#include <memory>
+#include <array>
 #include <optional>
 #include <span>
 
@@ -80,9 +81,25 @@ constexpr PaletteRow always(ZelStyleAttribute attribute, PaletteRecipe both) {
     return always(attribute, both, both);
 }
 
-/// Writes a palette into a style, row after row; each row reads what earlier ones wrote.
-void writePalette(std::span<const PaletteRow> rows, const std::shared_ptr<ZelStyle>& style,
-                  bool darkMode);
+/// What palettes are computed in, apart from any style: values by attribute, each absent, the null
+/// marker or a value of any kind. Owns what it holds; one thread's.
+struct PaletteValues {
+    using Values = std::array<std::optional<ZelAttributeValue>, ZelStyleAttributeCount>;
+
+    Values presets; ///< what was there before the first row
+    Values written; ///< what rows have written, the null marker where a colour was missing
+
+    /// What a row reads: what was written last, else the preset; `nullptr` for none and for null. A
+    /// value of any kind counts, also one that the typed accessor doesn't answer: it is a client's.
+    [[nodiscard]] const ZelAttributeValue* find(ZelStyleAttribute attribute) const noexcept;
+};
+
+/// Computes a palette, row after row: order is meaning, a row reads what earlier ones wrote.
+/// Nothing but `values` changes, and nothing else is read but the platform's colours.
+void computePalette(std::span<const PaletteRow> rows, PaletteValues& values, bool darkMode);
+
+/// A style's effective values as presets, with nothing written.
+[[nodiscard]] PaletteValues presetsOf(const ZelStyle& style);
 
 } // namespace v1
 } // namespace zel

@@ -3,43 +3,29 @@
 
 #include <ZelStyleKit/ZelStyleAttributes.h>
 
-#include <array>
+#include <memory>
 #include <unordered_map>
 
 namespace zel {
 inline namespace v1 {
-
-#define ZEL_DEFINE_KEY(key, Key, Kind, group) std::string_view ZelStyleAttributeKey##Key = #key;
-ZEL_STYLE_ATTRIBUTES(ZEL_DEFINE_KEY)
-#undef ZEL_DEFINE_KEY
-
 namespace {
 
-constexpr std::array<std::string_view, ZelStyleAttributeCount> predefinedKeys{
-#define ZEL_NAME_KEY(key, Key, Kind, group) #key,
-    ZEL_STYLE_ATTRIBUTES(ZEL_NAME_KEY)
-#undef ZEL_NAME_KEY
-};
-static_assert(ZelStyleAttributeCount == 55);
+using Indices = std::unordered_map<std::string_view, AttributeIndex>;
+
+Indices* makeIndices() {
+    auto made = std::make_unique<Indices>();
+    for (AttributeIndex index = 0; index < ZelStyleAttributeCount; ++index) {
+        made->emplace(ZelStyleAttributeKeyOf(static_cast<ZelStyleAttribute>(index)), index);
+    }
+    return made.release();
+}
 
 } // namespace
 
-std::optional<AttributeIndex> indexOfAttribute(std::string_view key) noexcept {
-    using Indices = std::unordered_map<std::string_view, AttributeIndex>;
-    static const Indices& indices =
-        []() -> const Indices& { // never destroyed: styles may end at exit
-        auto* const made = new Indices;
-        for (const std::string_view each : predefinedKeys) {
-            made->emplace(each, static_cast<AttributeIndex>(made->size()));
-        }
-        return *made;
-    }();
+std::optional<AttributeIndex> indexOfAttribute(std::string_view key) {
+    static const Indices& indices = *makeIndices(); // never destroyed: styles may end at exit
     const auto found = indices.find(key);
     return found == indices.end() ? std::nullopt : std::optional(found->second);
-}
-
-std::string_view ZelStyleAttributeKeyOf(ZelStyleAttribute attribute) noexcept {
-    return predefinedKeys[static_cast<std::size_t>(attribute)];
 }
 
 } // namespace v1

@@ -12,7 +12,7 @@ inline namespace v1 {
 using AttributeIndex = std::uint32_t;
 
 /// The place of the predefined attribute with that key; nothing for any other string.
-std::optional<AttributeIndex> indexOfAttribute(std::string_view key) noexcept;
+std::optional<AttributeIndex> indexOfAttribute(std::string_view key);
 
 } // namespace v1
 } // namespace zel

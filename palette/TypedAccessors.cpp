@@ -33,37 +33,40 @@ void write(ZelStyle& style, ZelStyleAttribute attribute, const std::optional<Val
                                   value ? std::optional<ZelAttributeValue>(*value) : std::nullopt);
 }
 
+/// The classes that declare the accessors, by the group of the attribute.
+using BaseAttributes = ZelStyleBasePalette;
+using MainAttributes = ZelStyleSemanticColors;
+
 } // namespace
 
 #define ZEL_DEFINE_ACCESSORS(key, Key, Kind, group)                                                \
-    std::optional<NS##Kind> ZelStyle::key() const {                                                \
-        return read##Kind(*this, ZelStyleAttribute::Key);                                          \
+    std::optional<NS##Kind> group##Attributes::key() const {                                       \
+        return read##Kind(static_cast<const ZelStyle&>(*this), ZelStyleAttribute::Key);            \
     }                                                                                              \
-    void ZelStyle::set##Key(const std::optional<NS##Kind>& value) {                                \
-        write(*this, ZelStyleAttribute::Key, value);                                               \
+    void group##Attributes::set##Key(const std::optional<NS##Kind>& value) {                       \
+        write(static_cast<ZelStyle&>(*this), ZelStyleAttribute::Key, value);                       \
     }
 ZEL_STYLE_ATTRIBUTES(ZEL_DEFINE_ACCESSORS)
 #undef ZEL_DEFINE_ACCESSORS
 
 namespace {
 
-std::uint64_t typeOf(const ZelStyle& style) {
-    const auto type = style.styleType();
-    return type ? type->unsignedLongValue() : ZelStyleTypeCustom;
+std::uint64_t typeIn(const std::optional<NSNumber>& number) {
+    return number ? number->unsignedLongValue() : ZelStyleTypeCustom;
 }
 
 } // namespace
 
-bool ZelStyle::isDarkStyle() const {
-    return typeOf(*this) == ZelStyleTypeDark;
+bool ZelStyleBasePalette::isDarkStyle() const {
+    return typeIn(styleType()) == ZelStyleTypeDark;
 }
 
-bool ZelStyle::isLightStyle() const {
-    return typeOf(*this) == ZelStyleTypeLight;
+bool ZelStyleBasePalette::isLightStyle() const {
+    return typeIn(styleType()) == ZelStyleTypeLight;
 }
 
-bool ZelStyle::isCustomStyle() const {
-    return typeOf(*this) == ZelStyleTypeCustom;
+bool ZelStyleBasePalette::isCustomStyle() const {
+    return typeIn(styleType()) == ZelStyleTypeCustom;
 }
 
 } // namespace v1

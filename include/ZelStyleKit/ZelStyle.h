@@ -4,6 +4,8 @@
 #include <ZelStyleKit/NSObject.h>
 #include <ZelStyleKit/ZelAttributeValue.h>
 #include <ZelStyleKit/ZelStyleAttributes.h>
+#include <ZelStyleKit/ZelStyleBasePalette.h>
+#include <ZelStyleKit/ZelStyleSemanticColors.h>
 
 #include <cstdint>
 #include <functional>
@@ -19,14 +21,8 @@ class ZelStyleDefaultValueProvider;
 class ZelStyleDomain;
 class ZelStyleScheme;
 
-/// What "styleType" holds.
-enum ZelStyleType : unsigned long {
-    ZelStyleTypeCustom = 0, ///< of a scheme that is neither "light" nor "dark"
-    ZelStyleTypeLight = 1,
-    ZelStyleTypeDark = 2,
-};
-
-/// A named set of attribute values with an optional parent whose values it inherits.
+/// A named set of attribute values with an optional parent whose values it inherits. The predefined
+/// attributes have typed accessors, which the two classes of colours declare.
 /// Owns: its own values, the cache of merged values, its update observers (keyed by owner, which it
 /// holds weakly).
 /// Refers to: parent style, scheme and domain, weakly; a scheme owns the style.
@@ -36,7 +32,9 @@ enum ZelStyleType : unsigned long {
 /// the styling lock of the process while they call back: one update or delivery runs at a time.
 /// Failure: a nil key to write to raises `ZelInvalidArgument`; changing the observers while an
 /// update walks them raises `ZelEnumerationMutation`; every lock is free afterwards.
-class ZEL_EXPORT ZelStyle : public NSObject {
+class ZEL_EXPORT ZelStyle : public NSObject,
+                            public ZelStyleBasePalette,
+                            public ZelStyleSemanticColors {
 public:
     /// Called with (owner, the style that changed, whether this is the call made on adding).
     using UpdateObserver =
@@ -130,21 +128,6 @@ public:
     static void loadBase();
     /// `loadMain`: registers the provider "main", which runs after "base".
     static void loadMain();
-
-    /// `isDarkStyle`, `isLightStyle`, `isCustomStyle`: which type "styleType" holds; a style that
-    /// holds no number there is custom.
-    [[nodiscard]] bool isDarkStyle() const;
-    [[nodiscard]] bool isLightStyle() const;
-    [[nodiscard]] bool isCustomStyle() const;
-
-    /// Typed accessors of the predefined attributes, `backgroundColor()` and
-    /// `setBackgroundColor(color)` and so on. A read gives the effective value; absent, null and a
-    /// value of another kind are none. A write is `setValue` under the key.
-#define ZEL_DECLARE_ACCESSORS(key, Key, Kind, group)                                               \
-    [[nodiscard]] std::optional<NS##Kind> key() const;                                             \
-    void set##Key(const std::optional<NS##Kind>& value);
-    ZEL_STYLE_ATTRIBUTES(ZEL_DECLARE_ACCESSORS)
-#undef ZEL_DECLARE_ACCESSORS
 
 private:
     friend struct ZelStyleInternals;

@@ -8,7 +8,8 @@
 
 /// The predefined attributes, each named once: X(key, Key, Kind, group), where `key` is the string,
 /// `Key` the same with its first letter in upper case, Kind what it holds (Color or Number), and
-/// group the palette that fills it. Constants, accessors and counts are made from this list.
+/// group the palette that fills it. Constants, counts and the accessors' definitions are made from
+/// this list; the accessors' declarations are written out, each with what the attribute is for.
 /// Deliberate: "labelColorQuarternary" is spelt so; it is part of the public vocabulary.
 #define ZEL_STYLE_ATTRIBUTES(X)                                                                    \
     X(styleType, StyleType, Number, Base)                                                          \

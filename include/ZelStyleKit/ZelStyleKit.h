@@ -20,12 +20,14 @@
 #include <ZelStyleKit/ZelMisuse.h>
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleAttributes.h>
+#include <ZelStyleKit/ZelStyleBasePalette.h>
 #include <ZelStyleKit/ZelStyleChangeEvent.h>
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleManager.h>
 #include <ZelStyleKit/ZelStyleManagerMode.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
+#include <ZelStyleKit/ZelStyleSemanticColors.h>
 #include <ZelStyleKit/ZelStyleSystemAppearance.h>
 #include <ZelStyleKit/ZelStyleToken.h>
 #include <ZelStyleKit/ZelStyleVersion.h>

@@ -32,6 +32,19 @@ Names publicOperations() {
     return operations;
 }
 
+/// The typed accessors are one operation each way; the table speaks of them together.
+bool isTypedAccessor(const std::string& operation) {
+    static const Names accessors{
+#define ZELTEST_NAMES(key, Key, Kind, group) #key, "set" #Key,
+        ZEL_STYLE_ATTRIBUTES(ZELTEST_NAMES)
+#undef ZELTEST_NAMES
+    };
+    const auto name = operation.find("::");
+    return (operation.starts_with("ZelStyleBasePalette::") ||
+            operation.starts_with("ZelStyleSemanticColors::")) &&
+           accessors.contains(operation.substr(name + 2));
+}
+
 TEST(ThreadTable, HasARowForEachPublicOperationAndNoOther) {
     const ThreadTable read = table();
     Names rows;
@@ -40,7 +53,7 @@ TEST(ThreadTable, HasARowForEachPublicOperationAndNoOther) {
     }
     Names operations = publicOperations();
     std::erase_if(operations, [&](const std::string& each) {
-        return read.values.contains(each.substr(0, each.find("::")));
+        return read.values.contains(each.substr(0, each.find("::"))) || isTypedAccessor(each);
     });
     EXPECT_GE(operations.size(), 250U); // they were found
     for (const std::string& each : operations) {

@@ -25,8 +25,8 @@ public:
     /// `effectiveAppearance`; light until the host says otherwise.
     [[nodiscard]] const NSAppearance& effectiveAppearance() const noexcept { return appearance_; }
 
-    /// Sets the effective appearance and tells the observers of "effectiveAppearance", on this
-    /// thread; nothing happens where it is the same.
+    /// `setEffectiveAppearance:`. Calls the observers of "effectiveAppearance", on this thread;
+    /// nothing happens where it is the same.
     void setEffectiveAppearance(const NSAppearance& appearance);
 
 private:

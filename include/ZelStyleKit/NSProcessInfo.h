@@ -23,8 +23,8 @@ struct NSOperatingSystemVersion {
 /// well.
 class ZEL_EXPORT NSProcessInfo {
 public:
-    /// `processName`: what the host named the application, else the program's file name. It names
-    /// the user's defaults file.
+    /// `processName`, `setProcessName:`: what the host named the application, else the program's
+    /// file name. It names the user's defaults file.
     static std::string processName();
     static void setProcessName(std::string_view name);
 

@@ -23,7 +23,7 @@ public:
     NSViewController();
     ~NSViewController() override;
 
-    /// `view`: loads it on the first request.
+    /// `view`, `setView:`. Reading loads it on the first request.
     [[nodiscard]] const std::shared_ptr<NSView>& view();
     void setView(std::shared_ptr<NSView> view);
     /// `loadView`: makes the view; a plain one unless overridden, through `setView`.

@@ -65,15 +65,18 @@ public:
     /// `isChildOf:`. Whether the argument is a strict ancestor, by identity.
     [[nodiscard]] bool isChildOf(const std::shared_ptr<ZelStyle>& style) const;
 
-    /// `domain`, `scheme`, `parentStyle`, `identifier`: plain accessors; setting one drops no
-    /// cache, moves no counter and re-keys the style nowhere. A style's parent is neither itself
-    /// nor a style that inherits from it.
+    // Plain accessors: setting one drops no cache, moves no counter and re-keys the style nowhere.
+
+    /// `domain`, `setDomain:`
     [[nodiscard]] std::shared_ptr<ZelStyleDomain> domain() const;
     void setDomain(const std::shared_ptr<ZelStyleDomain>& domain);
+    /// `scheme`, `setScheme:`
     [[nodiscard]] std::shared_ptr<ZelStyleScheme> scheme() const;
     void setScheme(const std::shared_ptr<ZelStyleScheme>& scheme);
+    /// `parentStyle`, `setParentStyle:`. Neither the style itself nor one that inherits from it.
     [[nodiscard]] std::shared_ptr<ZelStyle> parentStyle() const;
     void setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle);
+    /// `identifier`, `setIdentifier:`
     [[nodiscard]] std::optional<std::string> identifier() const;
     void setIdentifier(std::optional<std::string_view> identifier);
 

@@ -70,16 +70,20 @@ public:
     /// `identifier`; absent before initialisation.
     [[nodiscard]] std::optional<std::string> identifier() const;
 
-    /// `requiredDefaultValueProviders`: identifiers that must have run before; none: no
-    /// requirement.
+    /// `requiredDefaultValueProviders`, `setRequiredDefaultValueProviders:`: identifiers that must
+    /// have run before; none: no requirement.
     [[nodiscard]] std::optional<Identifiers> requiredDefaultValueProviders() const;
     void setRequiredDefaultValueProviders(std::optional<Identifiers> required);
 
-    /// `providerBlock`, `willApplyBlock`, `didApplyBlock`; empty where there is none.
+    // Blocks; empty where there is none.
+
+    /// `providerBlock`, `setProviderBlock:`
     [[nodiscard]] ProviderBlock providerBlock() const;
     void setProviderBlock(ProviderBlock block);
+    /// `willApplyBlock`, `setWillApplyBlock:`
     [[nodiscard]] ApplyBlock willApplyBlock() const;
     void setWillApplyBlock(ApplyBlock block);
+    /// `didApplyBlock`, `setDidApplyBlock:`
     [[nodiscard]] ApplyBlock didApplyBlock() const;
     void setDidApplyBlock(ApplyBlock block);
 

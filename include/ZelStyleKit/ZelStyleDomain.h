@@ -57,7 +57,8 @@ public:
     std::shared_ptr<ZelStyleDomain> initWithDomainIdentifier(std::string_view identifier);
 
     [[nodiscard]] std::optional<std::string> domainIdentifier() const;
-    /// `styleClass`: for the application to record a class; the library never uses it.
+    /// `styleClass`, `setStyleClass:`: for the application to record a class; the library never
+    /// uses it.
     [[nodiscard]] std::optional<std::type_index> styleClass() const;
     void setStyleClass(std::optional<std::type_index> styleClass);
 

@@ -57,7 +57,9 @@ private:
     friend struct ZelStyleManagerInternals;
     struct State;
 
+    /// `_shouldBeActiveMode`
     [[nodiscard]] std::shared_ptr<ZelStyleManagerMode> _shouldBeActiveMode() const;
+    /// `_updateActiveMode`
     void _updateActiveMode();
 
     const std::unique_ptr<State> state_;

@@ -41,15 +41,19 @@ public:
     /// stored, so that a mode is applied afresh whenever it is chosen; false does nothing.
     void setActive(bool active);
 
-    /// `manager`, `identifier`, `name`, `rank`: plain accessors. A list is sorted when a mode is
-    /// added, by rank, lowest first, then by name, those without one first; changing either here
-    /// doesn't move the mode. A mode without an identifier can't be chosen.
+    // A list is sorted when a mode is added, by rank, lowest first, then by name, those without one
+    // first; changing either here doesn't move the mode.
+
+    /// `manager`, `setManager:`
     [[nodiscard]] std::shared_ptr<ZelStyleManager> manager() const;
     void setManager(const std::shared_ptr<ZelStyleManager>& manager);
+    /// `identifier`, `setIdentifier:`. A mode without one can't be chosen.
     [[nodiscard]] std::optional<std::string> identifier() const;
     void setIdentifier(std::optional<std::string_view> identifier);
+    /// `name`, `setName:`
     [[nodiscard]] std::optional<std::string> name() const;
     void setName(std::optional<std::string_view> name);
+    /// `rank`, `setRank:`
     [[nodiscard]] std::uint64_t rank() const;
     void setRank(std::uint64_t rank);
 

@@ -5,6 +5,14 @@
 
 namespace zel {
 inline namespace v1 {
+namespace {
+
+template <class Block>
+Block copyOf(const std::shared_ptr<const Block>& block) {
+    return block ? *block : Block();
+}
+
+} // namespace
 
 std::string_view ZelStyleDefaultValueProviderIdentifierBase = "base";
 std::string_view ZelStyleDefaultValueProviderIdentifierMain = "main";
@@ -40,26 +48,28 @@ std::shared_ptr<ZelStyleDefaultValueProvider> ZelStyleDefaultValueProvider::init
 
 void ZelStyleDefaultValueProvider::provideDefaultValuesFor(
     const std::shared_ptr<ZelStyle>& style, const std::shared_ptr<ZelStyleScheme>& withScheme) {
-    if (const ProviderBlock block = providerBlock()) {
-        block(style, withScheme);
+    if (const auto block = held(providerBlock_)) {
+        (*block)(style, withScheme);
     }
 }
 
 void ZelStyleDefaultValueProvider::willApply(
     const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
     const std::shared_ptr<ZelStyle>& toStyle, const std::shared_ptr<ZelStyleScheme>& withScheme) {
-    if (const ApplyBlock block = willApplyBlock()) {
-        block(toStyle, withScheme,
-              std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this()), provider);
+    if (const auto block = held(willApplyBlock_)) {
+        (*block)(toStyle, withScheme,
+                 std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this()),
+                 provider);
     }
 }
 
 void ZelStyleDefaultValueProvider::didApply(
     const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
     const std::shared_ptr<ZelStyle>& toStyle, const std::shared_ptr<ZelStyleScheme>& withScheme) {
-    if (const ApplyBlock block = didApplyBlock()) {
-        block(toStyle, withScheme,
-              std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this()), provider);
+    if (const auto block = held(didApplyBlock_)) {
+        (*block)(toStyle, withScheme,
+                 std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this()),
+                 provider);
     }
 }
 
@@ -80,36 +90,44 @@ void ZelStyleDefaultValueProvider::setRequiredDefaultValueProviders(
     required_ = std::move(required);
 }
 
-// The replaced callback ends after the lock is released: it may hold anything.
+template <class Block>
+std::shared_ptr<const Block>
+ZelStyleDefaultValueProvider::held(const std::shared_ptr<const Block>& field) const {
+    const std::scoped_lock guard(mutex_);
+    return field;
+}
+
+// The replaced callback ends after the lock is released, and after its last run: it may hold
+// anything.
+template <class Block>
+void ZelStyleDefaultValueProvider::replace(std::shared_ptr<const Block>& field, Block block) {
+    auto shared = block ? std::make_shared<const Block>(std::move(block)) : nullptr;
+    const std::scoped_lock guard(mutex_);
+    field.swap(shared);
+}
 
 ZelStyleDefaultValueProvider::ProviderBlock ZelStyleDefaultValueProvider::providerBlock() const {
-    const std::scoped_lock guard(mutex_);
-    return providerBlock_;
+    return copyOf(held(providerBlock_));
 }
 
 void ZelStyleDefaultValueProvider::setProviderBlock(ProviderBlock block) {
-    const std::scoped_lock guard(mutex_);
-    providerBlock_.swap(block);
+    replace(providerBlock_, std::move(block));
 }
 
 ZelStyleDefaultValueProvider::ApplyBlock ZelStyleDefaultValueProvider::willApplyBlock() const {
-    const std::scoped_lock guard(mutex_);
-    return willApplyBlock_;
+    return copyOf(held(willApplyBlock_));
 }
 
 void ZelStyleDefaultValueProvider::setWillApplyBlock(ApplyBlock block) {
-    const std::scoped_lock guard(mutex_);
-    willApplyBlock_.swap(block);
+    replace(willApplyBlock_, std::move(block));
 }
 
 ZelStyleDefaultValueProvider::ApplyBlock ZelStyleDefaultValueProvider::didApplyBlock() const {
-    const std::scoped_lock guard(mutex_);
-    return didApplyBlock_;
+    return copyOf(held(didApplyBlock_));
 }
 
 void ZelStyleDefaultValueProvider::setDidApplyBlock(ApplyBlock block) {
-    const std::scoped_lock guard(mutex_);
-    didApplyBlock_.swap(block);
+    replace(didApplyBlock_, std::move(block));
 }
 
 } // namespace v1

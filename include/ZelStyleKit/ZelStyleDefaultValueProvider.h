@@ -25,7 +25,10 @@ extern ZEL_EXPORT std::string_view ZelStyleDefaultValueProviderIdentifierMain;
 /// A named callback that fills a new root style with default values, and hooks around the others'.
 /// Owns: its identifier, requirements and callbacks (copies). Refers to: nothing.
 /// Threads: accessors are atomic, in handlers and destructors as well; callbacks run on the thread
-/// that makes a style, under no lock of the style's or of the registry's.
+/// that makes a style, with no lock held. They are called in place, so that what a functor keeps
+/// lasts from run to run, are held while they run, and may replace themselves or make styles, which
+/// runs them again. Runs are not serialised: a callback with state guards it itself where styles
+/// are made on several threads.
 /// Failure: a provider without callback is an empty step that still counts as applied. A callback
 /// must not change the registry of providers: the walk that called it raises.
 class ZEL_EXPORT ZelStyleDefaultValueProvider : public NSObject {
@@ -75,7 +78,8 @@ public:
     [[nodiscard]] std::optional<Identifiers> requiredDefaultValueProviders() const;
     void setRequiredDefaultValueProviders(std::optional<Identifiers> required);
 
-    // Blocks; empty where there is none.
+    // Blocks, empty where there is none. A read makes a copy of the block, with what it keeps at
+    // that moment; calling the copy leaves the provider's as it is.
 
     /// `providerBlock`, `setProviderBlock:`
     [[nodiscard]] ProviderBlock providerBlock() const;
@@ -88,12 +92,17 @@ public:
     void setDidApplyBlock(ApplyBlock block);
 
 private:
+    template <class Block>
+    std::shared_ptr<const Block> held(const std::shared_ptr<const Block>& field) const;
+    template <class Block>
+    void replace(std::shared_ptr<const Block>& field, Block block);
+
     mutable std::mutex mutex_; // guards everything below, for single accesses
     std::optional<std::string> identifier_;
     std::optional<Identifiers> required_;
-    ProviderBlock providerBlock_;
-    ApplyBlock willApplyBlock_;
-    ApplyBlock didApplyBlock_;
+    std::shared_ptr<const ProviderBlock> providerBlock_;
+    std::shared_ptr<const ApplyBlock> willApplyBlock_;
+    std::shared_ptr<const ApplyBlock> didApplyBlock_;
 };
 
 } // namespace v1

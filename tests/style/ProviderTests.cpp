@@ -112,6 +112,86 @@ TEST_F(ProviderTests, EverythingButTheIdentifierCanBeSet) {
     EXPECT_EQ(called, 1);
 }
 
+/// Counts its own runs, in itself.
+struct Counting {
+    std::vector<int>* runs;
+    int count = 0;
+    void operator()(auto&&...) { runs->push_back(++count); }
+};
+
+TEST_F(ProviderTests, WhatACallbackKeepsLastsFromRunToRun) {
+    const auto provider = makeProvider("icons");
+    std::vector<int> runs;
+    provider->setProviderBlock(Counting{&runs});
+    provider->setWillApplyBlock(Counting{&runs, 10});
+    provider->setDidApplyBlock(Counting{&runs, 20});
+    for (int i = 0; i < 2; ++i) {
+        provider->willApply(provider, style, scheme);
+        provider->provideDefaultValuesFor(style, scheme);
+        provider->didApply(provider, style, scheme);
+    }
+    EXPECT_EQ(runs, (std::vector{11, 1, 21, 12, 2, 22}));
+}
+
+TEST_F(ProviderTests, AReadCallbackIsACopyOfWhatItKeepsThen) {
+    const auto provider = makeProvider("icons");
+    std::vector<int> runs;
+    provider->setProviderBlock(Counting{&runs});
+    provider->provideDefaultValuesFor(style, scheme);
+    const auto copy = provider->providerBlock();
+    copy(style, scheme);
+    copy(style, scheme);
+    provider->provideDefaultValuesFor(style, scheme);
+    EXPECT_EQ(runs, (std::vector{1, 2, 3, 2}));
+}
+
+TEST_F(ProviderTests, ACallbackThatReplacesItselfRunsToItsEndWithWhatItHolds) {
+    const auto provider = makeProvider("icons");
+    Names calls;
+    const auto held = std::make_shared<std::string>("held");
+    const auto replacing = [&calls, held](auto set) {
+        return [&calls, held, set](auto&&...) {
+            set([&calls](auto&&...) { calls.push_back("next"); });
+            calls.push_back(*held);
+        };
+    };
+    provider->setProviderBlock(replacing([&](auto&& next) { provider->setProviderBlock(next); }));
+    provider->setWillApplyBlock(replacing([&](auto&& next) { provider->setWillApplyBlock(next); }));
+    provider->setDidApplyBlock(replacing([&](auto&& next) { provider->setDidApplyBlock(next); }));
+    for (int i = 0; i < 2; ++i) {
+        provider->willApply(provider, style, scheme);
+        provider->provideDefaultValuesFor(style, scheme);
+        provider->didApply(provider, style, scheme);
+    }
+    EXPECT_EQ(calls, (Names{"held", "held", "held", "next", "next", "next"}));
+    EXPECT_EQ(held.use_count(), 2) << "this test's, and the functor's that makes them";
+}
+
+TEST_F(ProviderTests, ACallbackMayBeCalledFromItself) {
+    const auto provider = makeProvider("icons");
+    std::vector<int> depths;
+    provider->setProviderBlock([&, depth = 0](auto&&...) mutable {
+        depths.push_back(++depth);
+        if (depth < 3) {
+            provider->provideDefaultValuesFor(style, scheme);
+        }
+    });
+    provider->provideDefaultValuesFor(style, scheme);
+    EXPECT_EQ(depths, (std::vector{1, 2, 3}));
+}
+
+TEST_F(ProviderTests, TwoThreadsRunOneCallbackAtOnce) {
+    const auto provider = makeProvider("icons");
+    int runs = 0; // the second run is waited for
+    provider->setProviderBlock([&](auto&&...) {
+        if (++runs == 1) {
+            runElsewhere([&] { provider->provideDefaultValuesFor(style, scheme); });
+        }
+    });
+    provider->provideDefaultValuesFor(style, scheme);
+    EXPECT_EQ(runs, 2);
+}
+
 TEST_F(ProviderTests, AReplacedCallbackEndsWithTheProvidersLockFree) {
     const auto provider = makeProvider("icons");
     bool wasUsable = false;

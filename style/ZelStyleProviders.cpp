@@ -108,6 +108,10 @@ const std::vector<Provider>& ZelStyleInternals::_defaultValueProviders() {
     return registry().providers;
 }
 
+ZelStyle::Providers ZelStyle::defaultValueProviders() {
+    return registry().providers;
+}
+
 // Deliberate: a provider named "main" always goes to the front, the newest first.
 void ZelStyle::addDefaultValueProvider(
     const std::shared_ptr<ZelStyleDefaultValueProvider>& provider) {

@@ -45,6 +45,7 @@ public:
     /// Computes a child's own values from its parent's; the parent may be nil by then.
     using InheritedChanges = std::function<void(const std::shared_ptr<ZelStyle>& parent,
                                                 const std::shared_ptr<ZelStyle>& child)>;
+    using Providers = std::vector<std::shared_ptr<ZelStyleDefaultValueProvider>>;
 
     ZelStyle();
     ~ZelStyle() override;
@@ -118,11 +119,16 @@ public:
     void removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject>& owner);
 
     /// `addDefaultValueProvider:`. Appends; deliberate: every one named "main" goes to the front.
+    /// Nil raises `ZelInvalidArgument`.
     static void
     addDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);
     /// `removeDefaultValueProvider:`. Removes every occurrence of that very provider.
     static void
     removeDefaultValueProvider(const std::shared_ptr<ZelStyleDefaultValueProvider>& provider);
+
+    /// The registry of providers as it is now, front to back, as a copy: to find one by its
+    /// identifier, a built-in one as well, and remove it or set hooks on it.
+    [[nodiscard]] static Providers defaultValueProviders();
 
     /// `load`: registers the built-in providers. Runs by itself before the registry is first used;
     /// called again, it registers them again.

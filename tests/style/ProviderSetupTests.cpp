@@ -35,6 +35,19 @@ TEST_F(ProviderSetupTests, TheRegistryIsOneForAll) {
               &ZelStyleInternals::_defaultValueProviders());
 }
 
+TEST_F(ProviderSetupTests, ABuiltInProviderCanBeFoundAndRemoved) {
+    const Providers found = ZelStyle::defaultValueProviders();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0]->identifier(), "main");
+    EXPECT_EQ(found[1]->identifier(), "base");
+    ZelStyle::removeDefaultValueProvider(found[0]);
+    EXPECT_EQ(ZelStyle::defaultValueProviders(), Providers{found[1]});
+    EXPECT_EQ(found.size(), 2U) << "a copy";
+    const auto style = makeRoot();
+    EXPECT_EQ(style->effectiveValues()->size(), 22U);
+    EXPECT_EQ(style->labelColor(), std::nullopt);
+}
+
 TEST_F(ProviderSetupTests, CallbacksAreGivenTheSchemeNamedAtInitialisation) {
     const auto scheme = alloc<ZelStyleScheme>()->initWithIdentifier("sepia", nullptr);
     std::vector<std::shared_ptr<ZelStyleScheme>> given;

@@ -28,6 +28,7 @@ void inherit(World& world) {
 void changeProviders(World& world) {
     ZelStyle::addDefaultValueProvider(world.provider);
     (void)alloc<ZelStyle>()->initWithIdentifier("root", world.scheme);
+    (void)ZelStyle::defaultValueProviders().size();
     ZelStyle::removeDefaultValueProvider(world.provider);
 }
 
@@ -60,6 +61,7 @@ std::vector<Operation> valueOperations() {
         {"ZelStyle::inheritedStyleWithChanges", true, inherit},
         {"ZelStyle::addStyleUpdateObserver", true, observeUpdates},
         {"ZelStyle::removeStyleUpdateObserverWithOwner", true, observeUpdates},
+        {"ZelStyle::defaultValueProviders", false, changeProviders},
         {"ZelStyle::addDefaultValueProvider", false, changeProviders},
         {"ZelStyle::removeDefaultValueProvider", false, changeProviders},
     };

@@ -11,12 +11,12 @@ import subprocess
 PRESET = "mutation"
 LIBRARY = "ZelStyleKit"
 PROGRAMS = {  # by the folder whose sources they test first of all
-    "style": "zelstylekit_style_tests", "palette": "zelstylekit_palette_tests",
-    "domain": "zelstylekit_domain_tests", "styleable": "styleable_tests",
+    "style": "style_tests", "palette": "palette_tests",
+    "domain": "domain_tests", "styleable": "styleable_tests",
     "appearance": "appearance_tests",
 }
-OTHERS = ["figure_tests", "out_of_memory_tests"]
-MODEL = "zelstylekit_model"
+OTHERS = ["figures_tests", "memory_tests"]
+MODEL = "model_player"
 
 
 class CannotBuild(Exception):

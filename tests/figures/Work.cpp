@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Does a piece of work once, in `measured`, for somebody who counts its instructions.
-// usage: figure_work WORK SIZE
+// usage: figures_work WORK SIZE
 #include <ZelStyleKit/ZelStyleKit.h>
 
 #include <cstdio>
@@ -166,7 +166,7 @@ int main(int argc, char** argv) {
                                                              {"registration", registration}};
     const auto found = argc == 3 ? works.find(argv[1]) : works.end();
     if (found == works.end()) {
-        std::fputs("usage: figure_work WORK SIZE\n", stderr);
+        std::fputs("usage: figures_work WORK SIZE\n", stderr);
         return 2;
     }
     measured(found->second(std::strtoul(argv[2], nullptr, 10)));

@@ -26,12 +26,12 @@ std::string Options::ways() const {
 }
 
 std::string Options::again(std::uint64_t fromSeed, std::uint64_t count) const {
-    return "zelstylekit_model --seed " + std::to_string(fromSeed) + " --operations " +
+    return "model_player --seed " + std::to_string(fromSeed) + " --operations " +
            std::to_string(count) + " --steps " + std::to_string(steps) + ways();
 }
 
 std::string Options::againByScript() const {
-    return "zelstylekit_model" + ways() + " --script FILE";
+    return "model_player" + ways() + " --script FILE";
 }
 
 Options optionsOf(int count, const char* const* words) {

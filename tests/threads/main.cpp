@@ -45,7 +45,7 @@ int main(int count, char** words) {
         run(optionsOf(count, words));
         return 0;
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "zelstylekit_threads: %s\n", failure.what());
+        std::fprintf(stderr, "threads_run: %s\n", failure.what());
         return 1;
     }
 }

@@ -142,7 +142,7 @@ void forEachEntry(std::string_view text, const Visit& visit) {
 }
 
 /// What is not UTF-8 is escaped too, so that the file stays text to every editor.
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string result = "\"";
     for (std::size_t at = 0; at < text.size();) {
@@ -187,7 +187,7 @@ std::string textOf(const NSNumber& number) {
 
 std::string textOf(const NSUserDefaultsValue& value) {
     const auto* text = std::get_if<std::string>(&value);
-    return text != nullptr ? quoted(*text) : textOf(std::get<NSNumber>(value));
+    return text != nullptr ? inQuotes(*text) : textOf(std::get<NSNumber>(value));
 }
 
 std::string withoutKey(std::string_view text, std::string_view key) {
@@ -213,7 +213,7 @@ std::string withLine(std::string_view text, std::string_view key, std::string_vi
         result += text.back() == '\r' ? "\n" : lineEnd;
     }
     const bool bare = !key.empty() && key.find_first_not_of(kBareKeyCharacters) == key.npos;
-    result += bare ? std::string(key) : quoted(key);
+    result += bare ? std::string(key) : inQuotes(key);
     return result.append(" = ").append(valueText).append(lineEnd);
 }
 

@@ -3,7 +3,8 @@
 
 # Warnings, for our own sources only.
 function(zel_warnings target)
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+        $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>)
     if(ZELSTYLEKIT_WERROR)
         target_compile_options(${target} PRIVATE -Werror)
     endif()

@@ -68,14 +68,15 @@ ListenerWalk::~ListenerWalk() {
 void ListenerWalk::collectTarget() {
     isListed_ = true;
     if (targetNode_ && table_.size() > 0) {
-        StyleableTree::forEachAtAndBelow(*targetNode_, [&](const ZelStyleableNode& each) {
+        const auto add = [&](const ZelStyleableNode& each) ZEL_REQUIRES(linkLock) {
             const auto* state = Attachment::find<StylingState>(each.object());
             Listener* listener = state ? table_.find(*state) : nullptr;
             if (listener && listener->kind == Listener::Kind::Known) {
                 (void)StyleableTree::bindingOf(each); // from above: one step for each
                 table_.candidates.push_back({listener->order, listener});
             }
-        });
+        };
+        StyleableTree::forEachAtAndBelow(*targetNode_, add);
     }
     collectAsked();
 }

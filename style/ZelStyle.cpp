@@ -21,12 +21,13 @@ std::uint64_t nextSerial() noexcept {
     return last.fetch_add(1, std::memory_order_relaxed) + 1;
 }
 
-/// Replaces a reference; the former one goes after the lock, since with it its last trace may.
-template <class Reference, class Value>
-void replace(Reference& field, Value value) {
-    Reference reference = std::move(value);
+/// Replaces a field of a style's state; the former one goes after the lock, since with it its last
+/// trace may.
+template <class State, class Field, class Value>
+void replace(State& state, Field State::*member, Value value) {
+    Field replacement = std::move(value);
     const PrivateGuard guard(stylesLock);
-    field.swap(reference);
+    (state.*member).swap(replacement);
 }
 
 } // namespace
@@ -60,7 +61,7 @@ ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
         return nullptr;
     }
     const auto self = std::static_pointer_cast<ZelStyle>(shared_from_this());
-    replace(state_->identifier, makeIdentifier(identifier));
+    replace(*state_, &State::identifier, makeIdentifier(identifier));
     setDomain(given ? given->domain() : nullptr);
     setParentStyle(parent);
     if (!parent) {
@@ -81,7 +82,7 @@ std::shared_ptr<ZelStyleDomain> ZelStyle::domain() const {
 }
 
 void ZelStyle::setDomain(const std::shared_ptr<ZelStyleDomain>& domain) {
-    replace(state_->domain, domain);
+    replace(*state_, &State::domain, domain);
 }
 
 std::shared_ptr<ZelStyleScheme> ZelStyle::scheme() const {
@@ -90,7 +91,7 @@ std::shared_ptr<ZelStyleScheme> ZelStyle::scheme() const {
 }
 
 void ZelStyle::setScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
-    replace(state_->scheme, scheme);
+    replace(*state_, &State::scheme, scheme);
 }
 
 std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const {
@@ -99,7 +100,7 @@ std::shared_ptr<ZelStyle> ZelStyle::parentStyle() const {
 }
 
 void ZelStyle::setParentStyle(const std::shared_ptr<ZelStyle>& parentStyle) {
-    replace(state_->parentStyle, parentStyle);
+    replace(*state_, &State::parentStyle, parentStyle);
     lookupChanges.increment(); // it descends from other styles
 }
 
@@ -109,7 +110,7 @@ std::optional<std::string> ZelStyle::identifier() const {
 }
 
 void ZelStyle::setIdentifier(std::optional<std::string_view> identifier) {
-    replace(state_->identifier, makeIdentifier(identifier));
+    replace(*state_, &State::identifier, makeIdentifier(identifier));
 }
 
 bool ZelStyle::isChildOf(const std::shared_ptr<ZelStyle>& style) const {

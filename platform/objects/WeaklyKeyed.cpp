@@ -36,10 +36,10 @@ public:
                 return;
             }
         }
-        const auto kept =
-            std::ranges::partition(watching_, [](const auto& each) { return !each.expired(); });
-        ended.assign(std::make_move_iterator(kept.begin()), std::make_move_iterator(kept.end()));
-        watching_.erase(kept.begin(), kept.end());
+        const auto expired = std::partition(watching_.begin(), watching_.end(),
+                                            [](const auto& each) { return !each.expired(); });
+        ended.assign(std::make_move_iterator(expired), std::make_move_iterator(watching_.end()));
+        watching_.erase(expired, watching_.end());
         watching_.push_back(map);
     }
 

@@ -87,7 +87,8 @@ class PairTests : public StylingTests,
 TEST_P(PairTests, NeitherBlocksTheOther) {
     constexpr int rounds = 40;
     NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
-    const auto& [first, second] = GetParam();
+    const Work first = std::get<0>(GetParam()); // clang 14 captures no structured binding
+    const Work second = std::get<1>(GetParam());
     const auto owner = makePlain();
     const auto domain = busyDomain();
     addStyle(domain->lightScheme(), "main");

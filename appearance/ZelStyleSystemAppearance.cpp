@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleSystemAppearance.h>
 
+#include "style/StylingLock.h"
+
 #include <ZelStyleKit/NSApplication.h>
 #include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/NSNotificationCenter.h>
 #include <ZelStyleKit/NSProcessInfo.h>
+
+#include <atomic>
+#include <utility>
 
 namespace zel {
 inline namespace v1 {
@@ -31,14 +36,29 @@ ZelStyleSystemAppearance::~ZelStyleSystemAppearance() {
     }
 }
 
+// Initialising the tracker notifies its observers, who may want the styling lock: it is acquired
+// first, so that no thread holds it while it waits for another one to make the tracker. An observer
+// that asks meanwhile gets the one that is being made.
 const std::shared_ptr<ZelStyleSystemAppearance>&
 ZelStyleSystemAppearance::sharedSystemAppearance() {
-    static const auto* const shared = [] { // never destroyed: domains may end at exit
-        auto tracker = alloc<ZelStyleSystemAppearance>();
-        tracker->init();
-        return new std::shared_ptr<ZelStyleSystemAppearance>(std::move(tracker));
-    }();
-    return *shared;
+    using Shared = const std::shared_ptr<ZelStyleSystemAppearance>;
+    static std::atomic<Shared*> made{nullptr}; // never destroyed: domains may end at exit
+    if (Shared* present = made.load(std::memory_order_acquire)) {
+        return *present;
+    }
+    const StylingLock lock;
+    static Shared* making = nullptr; // by the lock
+    if (making == nullptr) {
+        making = new Shared(alloc<ZelStyleSystemAppearance>());
+        try {
+            (*making)->init();
+        } catch (...) { // no memory, or an observer's: the next request makes it afresh
+            delete std::exchange(making, nullptr);
+            throw;
+        }
+        made.store(making, std::memory_order_release);
+    }
+    return *making;
 }
 
 // An application object made later is not observed; the host then determines by hand.

@@ -60,7 +60,7 @@ ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
     if (!init()) {
         return nullptr;
     }
-    const auto self = std::static_pointer_cast<ZelStyle>(shared_from_this());
+    auto self = std::static_pointer_cast<ZelStyle>(shared_from_this());
     replace(*state_, &State::identifier, makeIdentifier(identifier));
     setDomain(given ? given->domain() : nullptr);
     setParentStyle(parent);

@@ -165,7 +165,7 @@ ZelStyle::inheritedStyleWithChanges(InheritedChanges changes,
         }
     }
     const auto ownDomain = addedTo ? nullptr : domain();
-    const auto child = alloc<ZelStyle>()->initWithIdentifier(
+    auto child = alloc<ZelStyle>()->initWithIdentifier(
         identifier, ownDomain ? ownDomain->currentScheme() : addedTo, parent);
     if (changes) {
         const StylingLock lock;

@@ -49,7 +49,7 @@ std::string folderNameFor(std::string_view name) {
         fingerprint = (fingerprint ^ byte) * 1099511628211u;
     }
     if (result.size() > 255) {
-        result.replace(255 - 17, result.npos, escaped(fingerprint, 16));
+        result.replace(255 - 17, std::string_view::npos, escaped(fingerprint, 16));
     }
     // A percent sign of the name's own is escaped, so that a lone one can stand for no name.
     return result.empty() ? "%" : result;

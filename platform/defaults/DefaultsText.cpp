@@ -57,8 +57,8 @@ std::optional<char> takeEscaped(std::string_view& rest) {
         const auto byte = wholeNumber<unsigned char>(digits, 16);
         return digits.size() == 2 && byte ? std::optional(static_cast<char>(*byte)) : std::nullopt;
     }
-    const std::size_t index = letter.empty() ? letter.npos : kEscapeLetters.find(letter);
-    return index == letter.npos ? std::nullopt : std::optional(kEscaped[index]);
+    const std::size_t index = letter.empty() ? std::string_view::npos : kEscapeLetters.find(letter);
+    return index == std::string_view::npos ? std::nullopt : std::optional(kEscaped[index]);
 }
 
 std::optional<std::string> takeQuoted(std::string_view& rest) {
@@ -148,7 +148,7 @@ std::string inQuotes(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Step step = readUtf8(text, at);
         const std::size_t escape = kEscaped.find(text[at]);
-        if (escape != kEscaped.npos) {
+        if (escape != std::string_view::npos) {
             result.append(1, '\\').append(1, kEscapeLetters[escape]);
         } else if (step.valid && step.character >= 0x20 && step.character != 0x7F) {
             result += text.substr(at, step.length);
@@ -182,7 +182,7 @@ std::string textOf(const NSNumber& number) {
     }
     std::string text = digitsOf(number.doubleValue());
     // A whole number keeps a fraction, to be read back as a double ("inf" and "nan" hold an n).
-    return text.find_first_of(".en") == text.npos ? text + ".0" : text;
+    return text.find_first_of(".en") == std::string_view::npos ? text + ".0" : text;
 }
 
 std::string textOf(const NSUserDefaultsValue& value) {
@@ -205,14 +205,15 @@ std::string withoutKey(std::string_view text, std::string_view key) {
 std::string withLine(std::string_view text, std::string_view key, std::string_view valueText) {
     // The line end that the text uses, by its last complete line.
     const std::size_t end = text.rfind('\n');
-    const bool windows = end != text.npos && end > 0 && text[end - 1] == '\r';
+    const bool windows = end != std::string_view::npos && end > 0 && text[end - 1] == '\r';
     const std::string_view lineEnd = windows ? "\r\n" : "\n";
     std::string result(text);
     if (!text.empty() && text.back() != '\n') {
         // Half a line end is completed: with another one before it, it would become the value's.
         result += text.back() == '\r' ? "\n" : lineEnd;
     }
-    const bool bare = !key.empty() && key.find_first_not_of(kBareKeyCharacters) == key.npos;
+    const bool bare =
+        !key.empty() && key.find_first_not_of(kBareKeyCharacters) == std::string_view::npos;
     result += bare ? std::string(key) : inQuotes(key);
     return result.append(" = ").append(valueText).append(lineEnd);
 }

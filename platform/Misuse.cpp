@@ -14,13 +14,13 @@ namespace {
 
 using SharedHandler = std::shared_ptr<const ZelMisuseHandler>;
 
-struct Holder {
+struct HandlerPlace {
     PrivateLock lock;
     SharedHandler handler ZEL_GUARDED_BY(lock);
 };
 
-Holder& holder() {
-    static auto* const held = new Holder; // never destroyed: used at exit
+HandlerPlace& handlerPlace() {
+    static auto* const held = new HandlerPlace; // never destroyed: used at exit
     return *held;
 }
 
@@ -29,16 +29,16 @@ Holder& holder() {
 void setMisuseHandler(ZelMisuseHandler handler) {
     SharedHandler shared =
         handler ? std::make_shared<const ZelMisuseHandler>(std::move(handler)) : nullptr;
-    const PrivateGuard guard(holder().lock);
-    holder().handler.swap(shared);
+    const PrivateGuard guard(handlerPlace().lock);
+    handlerPlace().handler.swap(shared);
 } // the guard goes first, then the handler that was replaced
 
 void reportMisuse(std::string_view message) noexcept {
     requireNoPrivateLock();
     SharedHandler handler;
     {
-        const PrivateGuard guard(holder().lock);
-        handler = holder().handler;
+        const PrivateGuard guard(handlerPlace().lock);
+        handler = handlerPlace().handler;
     }
     if (handler) {
         try {

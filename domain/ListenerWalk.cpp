@@ -25,9 +25,10 @@ void prefetchAhead(const std::vector<Listener*>& places, std::size_t place) noex
     constexpr std::size_t near = 8;
     constexpr std::size_t line = 64;
     if (place + far < places.size()) {
-        const char* const listener = reinterpret_cast<const char*>(places[place + far]);
-        __builtin_prefetch(listener);
-        __builtin_prefetch(listener + line);
+        if (const Listener* const farther = places[place + far]) {
+            __builtin_prefetch(farther);
+            __builtin_prefetch(reinterpret_cast<const char*>(farther) + line);
+        }
         if (const Listener* const nearer = places[place + near]) {
             __builtin_prefetch(reinterpret_cast<const char*>(nearer->object) - 16, 1);
             __builtin_prefetch(nearer->state, 1);
@@ -39,7 +40,7 @@ void prefetchAhead(const std::vector<Listener*>& places, std::size_t place) noex
 
 ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
                            const std::shared_ptr<NSObject>& target, const ZelStyle* family)
-    : table_(table), styles_(styles), target_(target), targetNode_(nodeOf(target)),
+    : table_(table), styles_(styles), target_(target.get()), targetNode_(nodeOf(target)),
       end_(table.nextOrder()), listBegin_(table.candidates.size()) {
     try {
         const PrivateGuard guard(linkLock);
@@ -188,7 +189,7 @@ FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const NSObje
     if (listener.kind == Listener::Kind::Plain) {
         return target_ ? nullptr : styles_.placeOf(AppliedIdentifiers{});
     }
-    auto ancestry = ancestryOf(owner, target_.get());
+    auto ancestry = ancestryOf(owner, target_);
     if (target_ && !ancestry.isBelowTarget) {
         return nullptr;
     }

@@ -76,7 +76,7 @@ private:
 
     ListenerTable& table_;
     FoundStyles& styles_;
-    const std::shared_ptr<NSObject>& target_;
+    const NSObject* const target_;
     const ZelStyleableNode* const targetNode_;
     const StylingMoment begun_ = StylingMoment::now();
     const std::uint64_t end_;     ///< the order before which listeners are visited

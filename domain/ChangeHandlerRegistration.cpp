@@ -22,21 +22,17 @@ public:
         const ZelStyleable* styleable = owner->asZelStyleable();
         const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
         const PrivateGuard guard(linkLock);
-        state.node = node;
+        state.node = state.node ? state.node : node;
         Listener* present = table.find(state);
         listener_ = present ? present : &table.insert(owner, state, styleable);
         if (handler) {
-            added_ = &listener_->handlers.append(std::move(handler), table.takeOrder());
+            added_ = &listener_->handlers.append(std::move(handler), table.nextHandler++);
         }
         table.beginWalk();
     }
     RegistrationWalk(const RegistrationWalk&) = delete;
     RegistrationWalk& operator=(const RegistrationWalk&) = delete;
-    ~RegistrationWalk() {
-        RemovedListeners removed;
-        const PrivateGuard guard(linkLock);
-        table_.endWalk(removed);
-    }
+    ~RegistrationWalk() { table_.endWalk(); }
 
     [[nodiscard]] Listener& listener() const noexcept { return *listener_; }
     /// The handler that was added; nil for a handler object.

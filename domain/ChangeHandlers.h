@@ -15,8 +15,8 @@ inline namespace v1 {
 /// kept aside, where adding one moves none: one may be running.
 class ChangeHandlers {
 public:
-    /// Adds a handler and answers where it stays for as long as it is kept. `order` rises.
-    const ZelStyleChangeHandler& append(ZelStyleChangeHandler handler, std::uint64_t order) {
+    /// Adds a handler and answers where it stays for as long as it is kept. `number` rises.
+    const ZelStyleChangeHandler& append(ZelStyleChangeHandler handler, std::uint64_t number) {
         if (!first_) {
             first_ = std::move(handler);
             return first_;
@@ -24,15 +24,16 @@ public:
         if (!later_) {
             later_ = std::make_unique<std::deque<Later>>();
         }
-        return later_->emplace_back(std::move(handler), order).handler;
+        return later_->emplace_back(std::move(handler), number).handler;
     }
 
     [[nodiscard]] bool isEmpty() const noexcept { return !first_; }
     [[nodiscard]] const ZelStyleChangeHandler& first() const noexcept { return first_; }
+    [[nodiscard]] bool hasLater() const noexcept { return later_ != nullptr; }
     /// How many were added after the first, and before `bound`.
     [[nodiscard]] std::size_t laterBefore(std::uint64_t bound) const noexcept {
         std::size_t count = later_ ? later_->size() : 0;
-        while (count > 0 && (*later_)[count - 1].order >= bound) {
+        while (count > 0 && (*later_)[count - 1].number >= bound) {
             --count;
         }
         return count;
@@ -43,10 +44,10 @@ public:
 
 private:
     struct Later {
-        Later(ZelStyleChangeHandler added, std::uint64_t number)
-            : handler(std::move(added)), order(number) {}
+        Later(ZelStyleChangeHandler added, std::uint64_t rising)
+            : handler(std::move(added)), number(rising) {}
         ZelStyleChangeHandler handler;
-        std::uint64_t order;
+        std::uint64_t number;
     };
 
     ZelStyleChangeHandler first_;

@@ -49,13 +49,6 @@ struct DomainInternals {
     /// `_updateFromSystemAppearance:`
     static void _updateFromSystemAppearance(ZelStyleDomain& domain);
 
-    /// `_applyStyle:onChangeHandlers:withOwner:withEvent:force:forStyleOnly:`, of the handlers that
-    /// were registered before `bound`, and `_applyStyle:onChangeHandler:withEvent:force:…` where
-    /// the listener is a handler object. The styling lock is held, and the owner.
-    static void _applyStyle(const FoundStyles::Found& found, Listener& listener,
-                            const std::shared_ptr<NSObject>& owner,
-                            const ZelStyleDelivery& delivery, std::uint64_t bound);
-
     /// Adds an object, or another handler of it, to a table, and makes the first call.
     static void registerListener(ZelStyleDomain& domain, ListenerTable& table,
                                  ZelStyleChangeHandler handler,

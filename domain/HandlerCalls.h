@@ -2,7 +2,6 @@
 #pragma once
 
 #include "domain/ListenerTable.h"
-#include "domain/StyleFamilies.h"
 
 #include <cstdint>
 #include <utility>
@@ -15,33 +14,28 @@ inline namespace v1 {
 /// Threads: the styling lock is held, and the listener's owner.
 class HandlerCalls {
 public:
-    explicit HandlerCalls(Listener& listener) noexcept
-        : listener_(listener), state_(*listener.state) {
+    explicit HandlerCalls(Listener& listener) noexcept : listener_(listener) {
         ++listener_.running;
     }
     HandlerCalls(const HandlerCalls&) = delete;
     HandlerCalls& operator=(const HandlerCalls&) = delete;
-    ~HandlerCalls() {
-        if (isCalling_) [[unlikely]] { // a handler raised: the style isn't noted
-            bindingChanges.increment();
-        }
+    [[gnu::always_inline]] ~HandlerCalls() {
         if (--listener_.running == 0 && !listener_.isLive()) [[unlikely]] {
-            const ChangeHandlers removed = std::move(listener_.handlers);
+            listener_.endHandlers();
         }
     }
 
-    /// Makes a call, then notes the style of that serial as delivered. Where something has changed
-    /// meanwhile the style may be outdated, and what other deliveries have noted of this listener
-    /// wrong.
+    /// Makes a call, then notes the style of that serial as delivered. Where that may belie what a
+    /// walk has noted of all listeners, meanwhile or in another domain, the note is invalidated.
     template <class Call>
     void make(std::uint64_t serial, Call call) {
         requireNoPrivateLock();
-        isCalling_ = true;
+        const std::uint64_t notes = StyleFamilies::notes;
         call();
-        isCalling_ = false;
-        auto& last = state_.lastZelStyle;
-        if (begun_ != StylingMoment::now() ||
-            (state_.hasListenedElsewhere && last.load(std::memory_order_relaxed) != serial))
+        auto& state = *listener_.state;
+        auto& last = state.lastZelStyle;
+        if (notes != StyleFamilies::notes ||
+            (state.hasListenedElsewhere && last.load(std::memory_order_relaxed) != serial))
             [[unlikely]] {
             bindingChanges.increment();
         }
@@ -50,9 +44,6 @@ public:
 
 private:
     Listener& listener_;
-    StylingState& state_;
-    const StylingMoment begun_ = StylingMoment::now();
-    bool isCalling_ = false;
 };
 
 } // namespace v1

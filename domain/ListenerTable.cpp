@@ -24,14 +24,6 @@ ListenerTable::~ListenerTable() {
     }
 } // the guard goes first, then the listeners
 
-Listener* ListenerTable::find(const StylingState& state) const noexcept {
-    Listener* each = state.listeners;
-    while (each && each->table != this) {
-        each = each->nextOfOwner;
-    }
-    return each;
-}
-
 Listener& ListenerTable::insert(const std::shared_ptr<NSObject>& owner, StylingState& state,
                                 const ZelStyleable* styleable) {
     closeGaps();
@@ -43,14 +35,12 @@ Listener& ListenerTable::insert(const std::shared_ptr<NSObject>& owner, StylingS
     made->object = owner.get();
     made->state = &state;
     made->table = this;
-    made->order = nextOrder_;
     made->kind = state.node ? Listener::Kind::Known
                             : (styleable ? Listener::Kind::Asked : Listener::Kind::Plain);
     if (made->kind == Listener::Kind::Asked) {
-        asked_.emplace(made->order, made.get());
+        asked_.insert(made.get());
     }
     Listener& added = *made.release();
-    ++nextOrder_;
     added.place = places_.size();
     places_.push_back(&added);
     state.hasListenedElsewhere = state.hasListenedElsewhere || state.listeners;
@@ -82,7 +72,9 @@ bool ListenerTable::endOneOf(StylingState& state) noexcept {
     return true;
 }
 
-void ListenerTable::endWalk(RemovedListeners& removed) noexcept {
+void ListenerTable::endWalk() noexcept {
+    RemovedListeners removed;
+    const PrivateGuard guard(linkLock);
     if (--walks_ > 0) {
         return;
     }
@@ -105,7 +97,7 @@ void ListenerTable::unlink(Listener& listener) noexcept {
 void ListenerTable::takeOut(Listener& listener, RemovedListeners& removed, bool mayRun) noexcept {
     unlink(listener);
     if (listener.kind == Listener::Kind::Asked) {
-        asked_.erase(listener.order);
+        asked_.erase(&listener);
     }
     families.noteRemoved();
     size_.fetch_sub(1, std::memory_order_relaxed);

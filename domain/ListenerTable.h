@@ -8,8 +8,8 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace zel {
@@ -30,11 +30,15 @@ struct Listener {
     /// False once it was removed. Any thread.
     [[nodiscard]] bool isLive() const noexcept { return live.load(std::memory_order_acquire); }
 
+    /// Destroys its handlers; no private lock is held.
+    [[gnu::noinline]] void endHandlers() noexcept {
+        const ChangeHandlers ended = std::move(handlers);
+    }
+
     std::weak_ptr<NSObject> owner; ///< fixed
     const NSObject* object;        ///< the owner's address, to be prefetched; fixed
     StylingState* state;           ///< the owner's, for as long as that lives; fixed
     ListenerTable* table;          ///< fixed
-    std::uint64_t order;           ///< of registration, never used twice in a table; fixed
     Kind kind;                     ///< fixed
     std::atomic<bool> live{true};
     unsigned running = 0;            ///< calls of its handlers under way; by the styling lock
@@ -66,11 +70,11 @@ private:
 };
 
 /// The listeners of one kind in one domain, in the order in which they were registered. A listener
-/// goes when its object ends, with everything its handlers captured.
+/// is removed when its object ends, with everything its handlers captured.
 /// Owns: the listeners. Refers to: their objects.
 /// Threads: what adds and walks holds the styling lock; removing doesn't need it. The structure is
-/// guarded by `linkLock`. While a walk is under way listeners that are removed stay where they are,
-/// marked, until it ends.
+/// guarded by `linkLock`. While a walk is under way nothing moves: listeners that are removed stay
+/// where they are, marked, until it ends, and new ones are appended.
 class ListenerTable {
 public:
     ListenerTable() = default;
@@ -84,7 +88,13 @@ public:
     }
 
     /// An object's listener in this table, or nothing.
-    [[nodiscard]] Listener* find(const StylingState& state) const noexcept ZEL_REQUIRES(linkLock);
+    [[nodiscard]] Listener* find(const StylingState& state) const noexcept ZEL_REQUIRES(linkLock) {
+        Listener* each = state.listeners;
+        while (each && each->table != this) {
+            each = each->nextOfOwner;
+        }
+        return each;
+    }
     /// Adds an object that has no listener here yet.
     Listener& insert(const std::shared_ptr<NSObject>& owner, StylingState& state,
                      const ZelStyleable* styleable) ZEL_REQUIRES(linkLock);
@@ -98,29 +108,24 @@ public:
 
     /// Begins and ends a walk; the styling lock is held.
     void beginWalk() noexcept ZEL_REQUIRES(linkLock) { ++walks_; }
-    void endWalk(RemovedListeners& removed) noexcept ZEL_REQUIRES(linkLock);
+    void endWalk() noexcept;
 
-    /// The order that the next listener or handler gets.
-    [[nodiscard]] std::uint64_t nextOrder() const noexcept { return nextOrder_; }
-    std::uint64_t takeOrder() noexcept { return nextOrder_++; }
-    /// The listeners by place, nil where one was removed, in rising order.
-    [[nodiscard]] const std::vector<Listener*>& places() const noexcept ZEL_REQUIRES(linkLock) {
+    /// The listeners by place, nil where one was removed, for a walk that is under way.
+    [[nodiscard]] const std::vector<Listener*>& places() const noexcept
+        ZEL_NO_THREAD_SAFETY_ANALYSIS {
         return places_;
     }
-    /// Those that have to be asked for their parents, by order.
-    [[nodiscard]] const std::map<std::uint64_t, Listener*>& asked() const noexcept
-        ZEL_REQUIRES(linkLock) {
+    /// Those that have to be asked for their parents.
+    [[nodiscard]] const std::set<Listener*>& asked() const noexcept ZEL_REQUIRES(linkLock) {
         return asked_;
     }
 
-    /// A listener with its order, which sorting would else fetch from memory.
-    struct Candidate {
-        std::uint64_t order;
-        Listener* listener;
-    };
-    /// Room for the candidates of walks, each walk's above those of the walk that it interrupts; by
-    /// the styling lock.
-    std::vector<Candidate> candidates;
+    /// The number of the next handler, by the styling lock: handlers that are added during a
+    /// notification aren't called by it.
+    std::uint64_t nextHandler = 1;
+    /// Room for the lists of walks, each walk's above that of the walk that it interrupts; by the
+    /// styling lock. Kept, so that a delivery allocates nothing.
+    std::vector<std::uint64_t> listed;
     /// The listeners by the families of their styles; see there.
     StyleFamilies families;
 
@@ -132,11 +137,10 @@ private:
     void closeGaps() noexcept ZEL_REQUIRES(linkLock);
 
     std::vector<Listener*> places_ ZEL_GUARDED_BY(linkLock); // owned
-    std::map<std::uint64_t, Listener*> asked_ ZEL_GUARDED_BY(linkLock);
+    std::set<Listener*> asked_ ZEL_GUARDED_BY(linkLock);
     Listener* removed_ ZEL_GUARDED_BY(linkLock) = nullptr; ///< a list of the marked ones
     std::size_t gaps_ ZEL_GUARDED_BY(linkLock) = 0;
     unsigned walks_ ZEL_GUARDED_BY(linkLock) = 0;
-    std::uint64_t nextOrder_ = 1; // by the styling lock
     std::atomic<std::size_t> size_{0};
 };
 

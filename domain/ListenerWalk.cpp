@@ -17,183 +17,82 @@ const ZelStyleableNode* nodeOf(const std::shared_ptr<NSObject>& object) {
     return styleable ? styleable->zelStyleableNode() : nullptr;
 }
 
-/// Asks for the memory of listeners that come soon: their own, and one step nearer that of the
-/// object, whose reference counts stand just before it, and of its state. Without it a switch of
-/// 100,000 listeners takes 3.9 times as long.
-void prefetchAhead(const std::vector<Listener*>& places, std::size_t place) noexcept {
-    constexpr std::size_t far = 16;
-    constexpr std::size_t near = 8;
-    constexpr std::size_t line = 64;
-    if (place + far < places.size()) {
-        if (const Listener* const farther = places[place + far]) {
-            __builtin_prefetch(farther);
-            __builtin_prefetch(reinterpret_cast<const char*>(farther) + line);
-        }
-        if (const Listener* const nearer = places[place + near]) {
-            __builtin_prefetch(reinterpret_cast<const char*>(nearer->object) - 16, 1);
-            __builtin_prefetch(nearer->state, 1);
-        }
-    }
-}
-
 } // namespace
 
 ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
                            const std::shared_ptr<NSObject>& target, const ZelStyle* family)
-    : table_(table), styles_(styles), target_(target.get()), targetNode_(nodeOf(target)),
-      end_(table.nextOrder()), listBegin_(table.candidates.size()) {
-    try {
-        const PrivateGuard guard(linkLock);
-        if (target_) {
-            collectTarget();
-        } else if (family && table_.families.isCurrent()) {
-            collectFamily(*family);
-        }
-        moment_ = StylingMoment::now();
-        table_.beginWalk();
-    } catch (...) { // no memory
-        table_.candidates.resize(listBegin_);
-        throw;
-    }
-    wasListed_ = isListed_;
-    finishCollecting();
-}
-
-ListenerWalk::~ListenerWalk() {
-    table_.candidates.resize(listBegin_);
-    RemovedListeners removed;
+    : table_(table), styles_(styles), target_(target.get()), list_{table.listed} {
+    const ZelStyleableNode* const targetNode = nodeOf(target);
     const PrivateGuard guard(linkLock);
-    table_.endWalk(removed);
-}
-
-void ListenerWalk::collectTarget() {
-    isListed_ = true;
-    if (targetNode_ && table_.size() > 0) {
-        const auto add = [&](const ZelStyleableNode& each) ZEL_REQUIRES(linkLock) {
-            const auto* state = Attachment::find<StylingState>(each.object());
-            Listener* listener = state ? table_.find(*state) : nullptr;
-            if (listener && listener->kind == Listener::Kind::Known) {
-                (void)StyleableTree::bindingOf(each); // from above: one step for each
-                table_.candidates.push_back({listener->order, listener});
-            }
-        };
-        StyleableTree::forEachAtAndBelow(*targetNode_, add);
+    end_ = table_.places().size();
+    if (target_) {
+        beginListing();
+        listTarget(targetNode);
+    } else if (family && table_.families.isCurrent()) {
+        beginListing();
+        styles_.setOfFamily(true);
+        table_.families.forEachOf(family->token().serial(),
+                                  [&](const Listener& listener) { list(listener); });
     }
-    collectAsked();
+    visitsAll_ = !isListed_;
+    table_.beginWalk();
 }
 
-void ListenerWalk::collectFamily(const ZelStyle& family) {
+/// Begins with those that have to be asked.
+void ListenerWalk::beginListing() {
     isListed_ = true;
-    styles_.setOfFamily(true);
-    table_.families.forEachOf(family.token().serial(), [&](Listener& listener) {
-        table_.candidates.push_back({listener.order, &listener});
+    list_.bits.resize(list_.begin + end_ / wordBits + 1);
+    for (const Listener* each : table_.asked()) {
+        list(*each);
+    }
+}
+
+void ListenerWalk::listTarget(const ZelStyleableNode* node) {
+    if (node == nullptr || table_.size() == 0) {
+        return;
+    }
+    StyleableTree::forEachAtAndBelow(*node, [&](const ZelStyleableNode& each)
+                                                ZEL_REQUIRES(linkLock) {
+        const auto* state = Attachment::find<StylingState>(each.object());
+        const Listener* listener = state ? table_.find(*state) : nullptr;
+        if (listener && listener->kind == Listener::Kind::Known) {
+            StyleableTree::bind(each, *state);
+            list(*listener);
+        }
     });
-    collectAsked();
 }
 
-void ListenerWalk::collectAsked() {
-    for (const auto& [order, listener] : table_.asked()) {
-        table_.candidates.push_back({order, listener});
-    }
-}
-
-void ListenerWalk::finishCollecting() {
-    auto& all = table_.candidates;
-    const auto begin = all.begin() + static_cast<std::ptrdiff_t>(listBegin_);
-    if (!std::ranges::is_sorted(begin, all.end(), {}, &ListenerTable::Candidate::order)) {
-        std::ranges::sort(begin, all.end(), {}, &ListenerTable::Candidate::order);
-    }
-    listNext_ = listBegin_;
-    listEnd_ = all.size();
-}
-
-bool ListenerWalk::fill() {
-    if (needsRoom_) {
-        styles_.makeRoom();
-        needsRoom_ = false;
-    }
-    const PrivateGuard guard(linkLock);
-    if (isListed_ && moment_ != StylingMoment::now()) {
-        leaveList();
-    }
-    count_ = used_ = 0;
-    collected_ = bindingChanges.now();
-    if (isListed_) {
-        fillFromList();
-    } else {
-        fillFromTable();
-    }
-    return count_ > 0;
-}
-
-void ListenerWalk::fillFromList() {
-    for (; listNext_ < listEnd_ && count_ < batchSize; ++listNext_) {
-        Listener& listener = *table_.candidates[listNext_].listener;
-        if (listener.isLive() && !take(listener)) {
-            return;
-        }
-    }
-}
-
-void ListenerWalk::fillFromTable() {
-    const auto& places = table_.places();
-    for (; placeNext_ < places.size() && count_ < batchSize; ++placeNext_) {
-        prefetchAhead(places, placeNext_);
-        Listener* const listener = places[placeNext_];
-        if (!listener || !listener->isLive()) {
-            continue;
-        }
-        if (listener->order >= end_ || !take(*listener)) {
-            return;
-        }
-    }
-}
-
-// Behind the last candidate that was served; the others of the batch come again.
-void ListenerWalk::leaveList() {
+/// Goes on with the places behind the last one that was visited.
+void ListenerWalk::leaveList() noexcept {
     isListed_ = false;
     testsEach_ = target_ != nullptr;
     styles_.setOfFamily(false);
-    const std::uint64_t next = used_ > 0 ? batch_[used_ - 1].listener->order + 1 : 0;
+}
+
+/// Finds a node's binding, and those of the listeners that come next: after a change of bindings
+/// `linkLock` is acquired once for many of them.
+StyleableTree::Binding ListenerWalk::bindAhead(const ZelStyleableNode& node) {
+    constexpr std::size_t count = 32;
     const auto& places = table_.places();
-    while (placeNext_ < places.size() &&
-           (places[placeNext_] == nullptr || places[placeNext_]->order < next)) {
-        ++placeNext_;
+    const PrivateGuard guard(linkLock);
+    for (std::size_t i = place_; i < std::min(place_ + count, end_); ++i) {
+        const Listener* const each = places[i];
+        if (each && each->isLive() && each->state->node) {
+            StyleableTree::bind(*each->state->node, *each->state);
+        }
     }
+    return StyleableTree::bindingOf(node);
 }
 
-/// False where there is no room for its style.
-bool ListenerWalk::take(Listener& listener) {
-    FoundStyles::Found* style = nullptr;
-    if (listener.kind == Listener::Kind::Known) {
-        const ZelStyleableNode* const node = listener.state->node;
-        if (node && !testsEach_) [[likely]] {
-            style = styles_.placeOf(StyleableTree::bindingOf(*node, collected_));
-            needsRoom_ = style == nullptr;
-        }
-    } else if (listener.kind == Listener::Kind::Plain) {
-        if (target_) {
-            return true;
-        }
-        style = styles_.placeOf(StyleableTree::Binding{.epoch = collected_});
-        needsRoom_ = style == nullptr;
-    }
-    if (needsRoom_) [[unlikely]] {
-        return false;
-    }
-    batch_[count_++] = {&listener, style};
-    return true;
-}
-
-FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const NSObject& owner) {
+const FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const NSObject& owner) {
     if (listener.kind == Listener::Kind::Plain) {
-        return target_ ? nullptr : styles_.placeOf(AppliedIdentifiers{});
+        return target_ ? nullptr : &styles_.main();
     }
     auto ancestry = ancestryOf(owner, target_);
-    if (target_ && !ancestry.isBelowTarget) {
+    if (!listener.isLive() || (target_ && !ancestry.isBelowTarget)) {
         return nullptr;
     }
-    return styles_.placeOf(std::move(ancestry.applied));
+    return &styles_.of(std::move(ancestry.applied));
 }
 
 } // namespace v1

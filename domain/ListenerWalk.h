@@ -4,9 +4,7 @@
 #include "domain/ListenerTable.h"
 #include "domain/StyleResolution.h"
 
-#include <ZelStyleKit/ZelStyleChangeEvent.h>
-
-#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -15,85 +13,130 @@ namespace zel {
 inline namespace v1 {
 
 /// A walk over the listeners of a table that a notification is for, in the order of registration:
-/// all of them, those at and below a target, or those of a family of styles. Candidates are
-/// collected a batch at a time under `linkLock`, each with the place of its style, and served
-/// without it. Those below a target are found by walking down its tree, those of a family by the
-/// table's index; listeners that have to be asked for their parents are candidates in any case.
-/// Where a handler changes meanwhile what made these the right ones, the walk goes on with every
-/// listener still to come. A listener that is added during the walk isn't visited by it.
+/// all of them, those at and below a target, or those of a family of styles. Those below a target
+/// are collected by walking down its tree, those of a family by the table's index; listeners that
+/// have to be asked for their parents are visited in any case. Where a handler changes meanwhile
+/// what made these the right ones, the walk goes on with every listener still to come. A listener
+/// that is added during the walk isn't visited by it.
 /// Threads: made, used and destroyed behind the styling lock.
 class ListenerWalk {
 public:
-    /// A listener, and where its style is kept: nothing where it has to be asked.
-    struct Candidate {
-        Listener* listener;
-        FoundStyles::Found* style;
-    };
-
     ListenerWalk(ListenerTable& table, FoundStyles& styles, const std::shared_ptr<NSObject>& target,
                  const ZelStyle* family);
     ListenerWalk(const ListenerWalk&) = delete;
     ListenerWalk& operator=(const ListenerWalk&) = delete;
-    ~ListenerWalk();
+    ~ListenerWalk() { table_.endWalk(); }
 
-    /// The next candidate, or nothing at the end.
-    const Candidate* next() {
-        if (used_ == count_ || (isListed_ && moment_ != StylingMoment::now())) {
-            if (!fill()) {
-                return nullptr;
+    /// The next listener that was not removed, or nothing at the end.
+    [[gnu::always_inline]] Listener* next() {
+        const auto& places = table_.places();
+        while (goToNext(places)) {
+            Listener* const listener = places[place_++]; // a handler may have added some
+            if (listener && listener->isLive()) [[likely]] {
+                return listener;
             }
         }
-        return &batch_[used_++];
+        return nullptr;
     }
 
-    /// Where the style of a candidate is kept, whose owner is held: may ask it for its parents.
-    /// Nothing where the notification isn't for it.
-    FoundStyles::Found* styleOf(const Candidate& candidate, const NSObject& owner) {
-        if (candidate.style && collected_ == bindingChanges.now()) [[likely]] {
-            return candidate.style;
+    /// The style for a listener, whose owner is held; nothing where the notification isn't for it.
+    /// May ask the owner for its parents; nothing where the host has removed it then.
+    const FoundStyles::Found* styleOf(const Listener& listener, const NSObject& owner) {
+        if (listener.kind == Listener::Kind::Known && !testsEach_) [[likely]] {
+            const ZelStyleableNode& node = *listener.state->node;
+            auto binding = StyleableTree::rememberedOf(node);
+            if (binding.epoch != bindingChanges.now()) [[unlikely]] {
+                binding = bindAhead(node);
+            }
+            return &styles_.of(node, binding);
         }
-        return resolve(*candidate.listener, owner);
+        return resolve(listener, owner);
     }
 
     /// Whether all listeners were visited and nothing has changed meanwhile.
     [[nodiscard]] bool hasVisitedAll() const noexcept {
-        return !target_ && !wasListed_ && begun_ == StylingMoment::now();
+        return visitsAll_ && end_ == table_.places().size() && begun_ == StylingMoment::now();
     }
 
 private:
-    static constexpr std::size_t batchSize = 32;
+    static constexpr std::size_t wordBits = 64;
 
-    void collectTarget() ZEL_REQUIRES(linkLock);
-    void collectFamily(const ZelStyle& family) ZEL_REQUIRES(linkLock);
-    void collectAsked() ZEL_REQUIRES(linkLock);
-    void finishCollecting();
-    bool fill();
-    void fillFromList() ZEL_REQUIRES(linkLock);
-    void fillFromTable() ZEL_REQUIRES(linkLock);
-    void leaveList() ZEL_REQUIRES(linkLock);
-    bool take(Listener& listener) ZEL_REQUIRES(linkLock);
-    FoundStyles::Found* resolve(const Listener& listener, const NSObject& owner);
+    void listTarget(const ZelStyleableNode* node) ZEL_REQUIRES(linkLock);
+    /// Goes to the next place that is visited; false where there is none.
+    bool goToNext(const std::vector<Listener*>& places) {
+        if (isListed_) [[unlikely]] {
+            if (begun_ == StylingMoment::now()) [[likely]] {
+                goToListed();
+                return place_ < end_;
+            }
+            leaveList();
+        }
+        prefetchAhead(places);
+        return place_ < end_;
+    }
+    void beginListing() ZEL_REQUIRES(linkLock);
+    void list(const Listener& listener) noexcept {
+        const std::size_t place = listener.place;
+        list_.bits[list_.begin + place / wordBits] |= std::uint64_t{1} << place % wordBits;
+    }
+    /// Goes to the first listed place from the present one on, else to the end.
+    void goToListed() noexcept {
+        std::size_t word = place_ / wordBits;
+        std::uint64_t bits = list_.bits[list_.begin + word] >> place_ % wordBits;
+        while (bits == 0) {
+            if (++word > end_ / wordBits) {
+                place_ = end_;
+                return;
+            }
+            place_ = word * wordBits;
+            bits = list_.bits[list_.begin + word];
+        }
+        place_ += static_cast<std::size_t>(std::countr_zero(bits));
+    }
+    void leaveList() noexcept;
+    StyleableTree::Binding bindAhead(const ZelStyleableNode& node);
+    [[gnu::always_inline]] void
+    prefetchAhead(const std::vector<Listener*>& places) const noexcept;
+    const FoundStyles::Found* resolve(const Listener& listener, const NSObject& owner);
 
     ListenerTable& table_;
     FoundStyles& styles_;
     const NSObject* const target_;
-    const ZelStyleableNode* const targetNode_;
     const StylingMoment begun_ = StylingMoment::now();
-    const std::uint64_t end_;     ///< the order before which listeners are visited
-    const std::size_t listBegin_; ///< this walk's part of the table's candidates
-    std::size_t listEnd_ = 0;
-    std::size_t listNext_ = 0;
-    std::size_t placeNext_ = 0; ///< among all listeners
-    StylingMoment moment_;      ///< when the listed ones were the right ones
-    bool isListed_ = false;     ///< whether it goes by the list, or by all listeners
-    bool wasListed_ = false;
-    bool testsEach_ = false;      ///< after the list was left: each is tested for the target
-    bool needsRoom_ = false;      ///< for styles
-    std::uint64_t collected_ = 0; ///< `bindingChanges` when the batch was collected
-    std::size_t count_ = 0;
-    std::size_t used_ = 0;
-    std::array<Candidate, batchSize> batch_;
+    std::size_t place_ = 0; ///< of the next listener, unless it is listed
+    std::size_t end_ = 0;   ///< the first place that isn't visited
+    /// This walk's part of the table's bits: one for each place, set where a listener is listed. So
+    /// they come in order without being sorted.
+    struct List {
+        ~List() { bits.resize(begin); }
+        std::vector<std::uint64_t>& bits;
+        const std::size_t begin = bits.size();
+    };
+    const List list_;
+    bool isListed_ = false;  ///< whether it goes by the list, or by all listeners
+    bool visitsAll_ = false; ///< whether it does the latter from its beginning
+    bool testsEach_ = false; ///< after the list was left: each is tested for the target
 };
+
+/// Asks for the memory of listeners that come soon: their own, and one step nearer that of the
+/// object, whose reference counts stand just before it, and of its state. Without it a switch of
+/// 100,000 listeners takes 3.9 times as long. Always inline: a call that does nothing else would be
+/// taken for one without effect.
+inline void ListenerWalk::prefetchAhead(const std::vector<Listener*>& places) const noexcept {
+    constexpr std::size_t far = 16;
+    constexpr std::size_t near = 8;
+    constexpr std::size_t line = 64;
+    if (place_ + far < end_) {
+        if (const Listener* const farther = places[place_ + far]) {
+            __builtin_prefetch(farther);
+            __builtin_prefetch(reinterpret_cast<const char*>(farther) + line);
+        }
+        if (const Listener* const nearer = places[place_ + near]) {
+            __builtin_prefetch(reinterpret_cast<const char*>(nearer->object) - 16, 1);
+            __builtin_prefetch(nearer->state, 1);
+        }
+    }
+}
 
 } // namespace v1
 } // namespace zel

@@ -41,17 +41,65 @@ void buildFamilies(ZelStyleDomain& domain, ListenerTable& table) {
         const ZelStyleDelivery unforced;
         FoundStyles styles(domain, unforced);
         ListenerWalk walk(table, styles, nullptr, nullptr);
-        while (const auto* candidate = walk.next()) {
-            if (FoundStyles::Found* const found = candidate->style) {
-                styles.update(*found);
-                if (found->style) {
-                    families.add(found->style, *candidate->listener);
-                }
+        while (Listener* const listener = walk.next()) {
+            const auto owner = listener->owner.lock();
+            if (!owner || listener->kind == Listener::Kind::Asked) {
+                continue;
+            }
+            if (const auto* found = walk.styleOf(*listener, *owner); found && found->style) {
+                families.add(found->style, *listener);
             }
         }
         families.endBuilding(true);
     } catch (...) {
         families.endBuilding(false);
+    }
+}
+
+/// Whether a listener is called with a style: where another one was delivered to its object last,
+/// or where the delivery forces this one, as was found when it was looked up.
+bool isDue(const FoundStyles::Found& found, const StylingState& listener,
+           const ZelStyleDelivery& delivery) {
+    if (listener.lastZelStyle.load(std::memory_order_relaxed) != found.serial) {
+        return true;
+    }
+    return found.lookups == lookupChanges.now() ? found.isForced : isForced(found.style, delivery);
+}
+
+/// Calls an owner's later handlers, those that were registered before `bound`.
+[[gnu::noinline]] void callLater(const FoundStyles::Found& found, Listener& listener, HandlerCalls& calls,
+               const std::shared_ptr<NSObject>& owner, const ZelStyleDelivery& delivery,
+               std::uint64_t bound) {
+    const ChangeHandlers& handlers = listener.handlers;
+    const std::size_t later = handlers.laterBefore(bound);
+    for (std::size_t i = 0; i < later && listener.isLive(); ++i) {
+        if (isDue(found, *listener.state, delivery)) {
+            calls.make(found.serial,
+                       [&] { handlers.later(i)(owner, found.style, delivery.withEvent); });
+        }
+    }
+}
+
+/// `_applyStyle:onChangeHandlers:withOwner:withEvent:force:forStyleOnly:`, of the handlers that
+/// were registered before `bound`, and `_applyStyle:onChangeHandler:withEvent:force:…` where the
+/// listener is a handler object. Deliberate: the style is remembered after each call, so that an
+/// unforced change reaches only the owner's first handler; a forced one reaches them all.
+inline void _applyStyle(const FoundStyles::Found& found, Listener& listener,
+                        const std::shared_ptr<NSObject>& owner, const ZelStyleDelivery& delivery,
+                        std::uint64_t bound) {
+    if (!isDue(found, *listener.state, delivery)) {
+        return;
+    }
+    HandlerCalls calls(listener);
+    const ChangeHandlers& handlers = listener.handlers;
+    if (handlers.isEmpty()) {
+        calls.make(found.serial,
+                   [&] { owner->styleChangedWithEvent(found.style, delivery.withEvent); });
+        return;
+    }
+    calls.make(found.serial, [&] { handlers.first()(owner, found.style, delivery.withEvent); });
+    if (handlers.hasLater()) [[unlikely]] {
+        callLater(found, listener, calls, owner, delivery, bound);
     }
 }
 
@@ -65,33 +113,18 @@ void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr
         buildFamilies(domain, table);
     }
     FoundStyles styles(domain, delivery);
-    const std::uint64_t bound = table.nextOrder();
+    const std::uint64_t bound = table.nextHandler;
     ListenerWalk walk(table, styles, target, family);
-    while (const auto* candidate = walk.next()) {
-        Listener& listener = *candidate->listener;
-        const auto owner = listener.isLive() ? listener.owner.lock() : nullptr;
-        FoundStyles::Found* const found = owner ? walk.styleOf(*candidate, *owner) : nullptr;
-        if (found == nullptr) {
-            continue;
-        }
-        styles.update(*found);
-        if (listener.isLive()) { // finding the style may have asked the host, and ended another one
-            DomainInternals::_applyStyle(*found, listener, owner, delivery, bound);
+    while (Listener* const listener = walk.next()) {
+        const auto owner = listener->owner.lock();
+        const auto* const found = owner ? walk.styleOf(*listener, *owner) : nullptr;
+        if (found) {
+            _applyStyle(*found, *listener, owner, delivery, bound);
         }
     }
     if (walk.hasVisitedAll()) {
         table.families.noteWalked(StylingMoment::now());
     }
-}
-
-/// Whether a listener is called with a style: where another one was delivered to its object last,
-/// or where the delivery forces this one, as was found when it was looked up.
-bool isDue(const FoundStyles::Found& found, const StylingState& listener,
-           const ZelStyleDelivery& delivery) {
-    if (listener.lastZelStyle.load(std::memory_order_relaxed) != found.serial) {
-        return true;
-    }
-    return found.lookups == lookupChanges.now() ? found.isForced : isForced(found.style, delivery);
 }
 
 void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,
@@ -127,31 +160,6 @@ void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,
 }
 
 } // namespace
-
-// Deliberate: the style is remembered after each call, so that an unforced change reaches only the
-// owner's first handler; a forced one reaches them all.
-void DomainInternals::_applyStyle(const FoundStyles::Found& found, Listener& listener,
-                                  const std::shared_ptr<NSObject>& owner,
-                                  const ZelStyleDelivery& delivery, std::uint64_t bound) {
-    if (!isDue(found, *listener.state, delivery)) {
-        return;
-    }
-    HandlerCalls calls(listener);
-    const ChangeHandlers& handlers = listener.handlers;
-    if (handlers.isEmpty()) {
-        calls.make(found.serial,
-                   [&] { owner->styleChangedWithEvent(found.style, delivery.withEvent); });
-        return;
-    }
-    calls.make(found.serial, [&] { handlers.first()(owner, found.style, delivery.withEvent); });
-    const std::size_t later = handlers.laterBefore(bound);
-    for (std::size_t i = 0; i < later && listener.isLive(); ++i) {
-        if (isDue(found, *listener.state, delivery)) {
-            calls.make(found.serial,
-                       [&] { handlers.later(i)(owner, found.style, delivery.withEvent); });
-        }
-    }
-}
 
 std::shared_ptr<ZelStyle>
 DomainInternals::_notifyStyleFor(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& object) {

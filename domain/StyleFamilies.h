@@ -43,7 +43,12 @@ public:
     }
 
     /// After a walk over all listeners in which nothing has changed since that moment.
-    void noteWalked(const StylingMoment& moment) noexcept { walked_ = moment; }
+    void noteWalked(const StylingMoment& moment) noexcept {
+        walked_ = moment;
+        ++notes;
+    }
+    /// How often a walk was noted, in any table; by the styling lock.
+    static inline std::uint64_t notes = 0;
     /// Whether building is allowed and hasn't begun: finding styles may run a host's code.
     [[nodiscard]] bool canBuild() const noexcept {
         return walked_ == StylingMoment::now() && !isBuilding_;

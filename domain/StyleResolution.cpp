@@ -7,6 +7,7 @@
 #include <ZelStyleKit/ZelStyleScheme.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace zel {
@@ -75,52 +76,38 @@ bool isForced(const std::shared_ptr<ZelStyle>& style, const ZelStyleDelivery& de
     return delivery.force && (!only || (style && (style == only || style->isChildOf(only))));
 }
 
-// By where the identifiers are kept, and where those differ by what they say.
-FoundStyles::Found* FoundStyles::search(const StyleableTree::Binding& binding) {
-    const auto isSameText = [](const Identifier& held, const Identifier* given) {
-        return given ? isSame(held, *given) : held == nullptr;
-    };
-    std::size_t index = 0;
-    while (index < count_ && !(isSameText(found_[index].applied.scheme, binding.scheme) &&
-                               isSameText(found_[index].applied.style, binding.style))) {
-        ++index;
+// By what the identifiers say: objects that were given the same ones keep them in different places.
+void FoundStyles::search(const ZelStyleableNode& node) {
+    Found replaced; // ends after the lock
+    const PrivateGuard guard(linkLock);
+    const auto binding = StyleableTree::bindingOf(node);
+    auto applied = StyleableTree::identifiersOf(binding);
+    const auto same = std::ranges::find_if(found_, [&](const Found& each) {
+        return each.binding.epoch != 0 && each.applied == applied;
+    });
+    if (same != found_.end()) {
+        last_ = same;
+    } else {
+        last_ = &found_[oldest_];
+        oldest_ = (oldest_ + 1) % found_.size();
+        std::swap(replaced, *last_);
+        last_->applied = std::move(applied);
     }
-    if (index == capacity) {
-        return nullptr;
-    }
-    Found& found = found_[index];
-    if (index == count_) {
-        found.applied = StyleableTree::identifiersOf(binding);
-        ++count_;
-    }
-    found.binding = binding;
-    last_ = &found;
-    return last_;
+    last_->binding = binding;
 }
 
-FoundStyles::Found* FoundStyles::placeOf(AppliedIdentifiers applied) {
-    if (!isSame(asked_.applied.scheme, applied.scheme) ||
-        !isSame(asked_.applied.style, applied.style)) {
+const FoundStyles::Found& FoundStyles::of(AppliedIdentifiers applied) {
+    if (asked_.applied != applied) {
         asked_.applied = std::move(applied);
         asked_.lookups = 0;
     }
-    return &asked_;
-}
-
-void FoundStyles::makeRoom() {
-    if (count_ == capacity) {
-        for (Found& each : found_) {
-            const Found ended = std::exchange(each, {});
-        }
-        count_ = 0;
-        last_ = &asked_;
-    }
+    return updated(asked_);
 }
 
 void FoundStyles::lookUp(Found& found) {
     const std::uint64_t lookups = lookupChanges.now();
     auto style = styleForApplied(domain_, found.applied);
-    found.isForced = (isOfFamily_ && &found != &asked_) || isForced(style, delivery_);
+    found.isForced = (isOfFamily_ && found.binding.epoch != 0) || isForced(style, delivery_);
     found.serial = ZelStyleToken(style).serial();
     found.lookups = lookups;
     found.style.swap(style); // the former one may end now

@@ -34,8 +34,8 @@ std::shared_ptr<ZelStyle> styleForApplied(ZelStyleDomain& domain,
 
 /// The styles that one walk over listeners has found so far, so that listeners to which the same
 /// identifiers apply share one look-up.
-/// Owns: the styles, until the walk ends or there are too many of them.
-/// Threads: the walk's.
+/// Owns: the styles, until the walk ends or another one takes their place.
+/// Threads: the walk's, which holds the listeners' objects.
 class FoundStyles {
 public:
     FoundStyles(ZelStyleDomain& domain, const ZelStyleDelivery& delivery) noexcept
@@ -49,42 +49,41 @@ public:
         AppliedIdentifiers applied;
         StyleableTree::Binding binding; ///< by which it was recognised last
     };
-    /// Where the style of a binding is, or will be, kept; nothing where there is no room. Stays in
-    /// place until `makeRoom`.
-    Found* placeOf(const StyleableTree::Binding& binding) ZEL_REQUIRES(linkLock) {
-        if (binding.epoch == last_->binding.epoch && binding.scheme == last_->binding.scheme &&
-            binding.style == last_->binding.style) [[likely]] {
-            return last_;
-        }
-        return search(binding);
-    }
-    /// The same of identifiers that were asked for: one place, which the next takes over.
-    Found* placeOf(AppliedIdentifiers applied);
-    /// Makes room where there is none. May end styles.
-    void makeRoom();
 
-    /// Looks the style up, unless it is known as of now.
-    void update(Found& found) {
-        if (found.lookups != lookupChanges.now()) [[unlikely]] {
-            lookUp(found);
+    /// The style for a node's object, whose binding has just been read. Each of these answers is
+    /// good until the next.
+    const Found& of(const ZelStyleableNode& node, const StyleableTree::Binding& binding) {
+        if (binding != last_->binding) [[unlikely]] {
+            search(node);
         }
+        return updated(*last_);
     }
+    /// The style for identifiers that were asked for.
+    const Found& of(AppliedIdentifiers applied);
+    /// The style for an object that is not styleable: the main style.
+    const Found& main() { return updated(main_); }
 
-    /// Every style found by a binding is one that the delivery forces: the listeners are those of
+    /// Every style found by a node is one that the delivery forces: the listeners are those of
     /// its family.
     void setOfFamily(bool isOfFamily) noexcept { isOfFamily_ = isOfFamily; }
 
 private:
-    static constexpr std::size_t capacity = 8;
-    Found* search(const StyleableTree::Binding& binding) ZEL_REQUIRES(linkLock);
+    const Found& updated(Found& found) {
+        if (found.lookups != lookupChanges.now()) [[unlikely]] {
+            lookUp(found);
+        }
+        return found;
+    }
+    void search(const ZelStyleableNode& node);
     void lookUp(Found& found);
 
     ZelStyleDomain& domain_;
     const ZelStyleDelivery& delivery_;
-    std::array<Found, capacity> found_;
+    std::array<Found, 8> found_;   ///< by nodes
+    std::size_t oldest_ = 0;       ///< of them
+    Found* last_ = &found_[0];     ///< of them; no node's binding equals one of no epoch
     Found asked_;
-    std::size_t count_ = 0;
-    Found* last_ = &asked_; ///< whose binding, of no epoch, no other equals
+    Found main_;
     bool isOfFamily_ = false;
 };
 

@@ -9,7 +9,7 @@ inline namespace v1 {
 /// Counts whatever may make a look-up find another style, or a style have other ancestors: a
 /// scheme's styles or the current scheme changed, a domain was made or removed, a style got another
 /// parent or ended.
-extern ChangeCounter lookupChanges;
+inline constinit ChangeCounter lookupChanges;
 
 } // namespace v1
 } // namespace zel

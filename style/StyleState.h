@@ -18,7 +18,7 @@ inline namespace v1 {
 
 /// Guards the fields of every style that say so. One lock for all, since merging a style's values
 /// reads those of its ancestors; reads of merged values don't take it once they are computed.
-extern PrivateLock stylesLock;
+inline constinit PrivateLock stylesLock;
 
 /// A style's fields.
 struct ZelStyle::State {

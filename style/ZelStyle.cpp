@@ -11,9 +11,6 @@
 namespace zel {
 inline namespace v1 {
 
-constinit PrivateLock stylesLock;
-constinit ChangeCounter lookupChanges;
-
 namespace {
 
 std::uint64_t nextSerial() noexcept {

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "styleable/StyleableTree.h"
 
+#include <utility>
+
 namespace zel {
 inline namespace v1 {
-
-constinit PrivateLock linkLock;
-constinit ChangeCounter bindingChanges;
 
 namespace {
 
@@ -23,32 +22,33 @@ void add(StyleableTree::Binding& binding, const StylingState& state) ZEL_REQUIRE
 
 // Objects have the binding of their parent but for what they set themselves: the one found for a
 // node is that of the nodes above it too, up to and with the first that sets something.
-const StyleableTree::Binding& StyleableTree::findBinding(const ZelStyleableNode& node,
-                                                         std::uint64_t epoch) {
-    Binding binding;
-    binding.epoch = epoch;
+StyleableTree::Binding StyleableTree::bindingOf(const ZelStyleableNode& node) {
+    Binding binding{.epoch = bindingChanges.now()};
+    const ZelStyleableNode* end = &node; // above the last one that shares it and forgot it
+    bool isShared = true;
     for (const ZelStyleableNode* each = &node; each; each = each->parent_) {
-        if (each->binding_.epoch == epoch) {
-            binding.scheme = binding.scheme ? binding.scheme : each->binding_.scheme;
-            binding.style = binding.style ? binding.style : each->binding_.style;
+        const Binding above = rememberedOf(*each);
+        if (above.epoch == binding.epoch) {
+            binding.scheme = binding.scheme ? binding.scheme : above.scheme;
+            binding.style = binding.style ? binding.style : above.style;
             break;
         }
-        if (const auto* state = Attachment::find<StylingState>(each->object_)) {
-            add(binding, *state);
+        if (isShared) {
+            end = each->parent_;
         }
-        if (binding.scheme && binding.style) {
-            break;
-        }
-    }
-    for (const ZelStyleableNode* each = &node; each && each->binding_.epoch != epoch;
-         each = each->parent_) {
-        each->binding_ = binding;
         const auto* state = Attachment::find<StylingState>(each->object_);
         if (state && state->hasIdentifiers()) {
-            break;
+            isShared = false;
+            add(binding, *state);
+            if (binding.scheme && binding.style) {
+                break;
+            }
         }
     }
-    return node.binding_;
+    for (const ZelStyleableNode* each = &node; each != end; each = each->parent_) {
+        remember(*each, binding);
+    }
+    return binding;
 }
 
 AppliedIdentifiers StyleableTree::identifiersOf(const Binding& binding) {
@@ -57,7 +57,7 @@ AppliedIdentifiers StyleableTree::identifiersOf(const Binding& binding) {
 
 void StyleableTree::invalidate(const ZelStyleableNode& node) noexcept {
     const auto* state = Attachment::find<StylingState>(node.object_);
-    node.binding_.epoch = 0;
+    node.remembered_.epoch.store(0, std::memory_order_release);
     if (node.firstChild_ || (state && state->listeners)) {
         bindingChanges.increment();
     }
@@ -69,18 +69,6 @@ bool StyleableTree::isAtOrBelow(const ZelStyleableNode& node, const NSObject& ob
         each = each->parent_;
     }
     return each != nullptr;
-}
-
-const ZelStyleableNode* StyleableTree::nextInOrder(const ZelStyleableNode& node,
-                                                   const ZelStyleableNode& root) noexcept {
-    if (node.firstChild_) {
-        return node.firstChild_;
-    }
-    const ZelStyleableNode* each = &node;
-    while (each != &root && !each->nextSibling_) {
-        each = each->parent_;
-    }
-    return each == &root ? nullptr : each->nextSibling_;
 }
 
 ZelStyleableNode::~ZelStyleableNode() {

@@ -15,25 +15,45 @@ inline namespace v1 {
 struct AppliedIdentifiers {
     Identifier scheme;
     Identifier style;
+    friend bool operator==(const AppliedIdentifiers& a, const AppliedIdentifiers& b) noexcept {
+        return isSame(a.scheme, b.scheme) && isSame(a.style, b.style);
+    }
 };
 
 /// The trees whose links the library knows. Everything but `linkLock`'s own acquisition is the
 /// caller's: each operation needs it held.
 struct StyleableTree {
     /// What applies to a node's object, as the places where it is kept: the identifiers of its
-    /// own or of an object above it. Good for as long as the lock is held, and later as long as
-    /// `bindingChanges` says the same.
-    using Binding = ZelStyleableNode::Binding;
+    /// own or of an object above it. Right for as long as `bindingChanges` says `epoch`.
+    struct Binding {
+        std::uint64_t epoch = 0; ///< 0: never
+        const Identifier* scheme = nullptr;
+        const Identifier* style = nullptr;
+        friend bool operator==(const Binding&, const Binding&) noexcept = default;
+    };
 
+    /// The binding that a node remembers, right or not. Needs no lock, only that the node's object
+    /// is held: whoever then sees `bindingChanges` at the binding's epoch has read it whole, since
+    /// it is written anew only after a change.
+    static Binding rememberedOf(const ZelStyleableNode& node) noexcept {
+        const auto& words = node.remembered_;
+        return {words.epoch.load(std::memory_order_acquire),
+                words.scheme.load(std::memory_order_acquire),
+                words.style.load(std::memory_order_acquire)};
+    }
     /// The binding of a node, remembered or found by walking up; remembered on the way as far as it
     /// is the same.
-    static const Binding& bindingOf(const ZelStyleableNode& node) ZEL_REQUIRES(linkLock) {
-        return bindingOf(node, bindingChanges.now());
-    }
-    /// The same where `bindingChanges` has been read already.
-    static const Binding& bindingOf(const ZelStyleableNode& node, std::uint64_t epoch)
+    static Binding bindingOf(const ZelStyleableNode& node) ZEL_REQUIRES(linkLock);
+    /// Has a node remember its binding, `state` being its object's: most have that of their parent.
+    static void bind(const ZelStyleableNode& node, const StylingState& state)
         ZEL_REQUIRES(linkLock) {
-        return node.binding_.epoch == epoch ? node.binding_ : findBinding(node, epoch);
+        if (node.parent_ && !state.hasIdentifiers()) [[likely]] {
+            const Binding above = rememberedOf(*node.parent_);
+            if (above.epoch == bindingChanges.now()) [[likely]] {
+                return remember(node, above);
+            }
+        }
+        (void)bindingOf(node);
     }
     /// What a binding refers to, held.
     static AppliedIdentifiers identifiersOf(const Binding& binding) ZEL_REQUIRES(linkLock);
@@ -60,9 +80,23 @@ struct StyleableTree {
 private:
     static const ZelStyleableNode* nextInOrder(const ZelStyleableNode& node,
                                                const ZelStyleableNode& root) noexcept
-        ZEL_REQUIRES(linkLock);
-    static const Binding& findBinding(const ZelStyleableNode& node, std::uint64_t epoch)
-        ZEL_REQUIRES(linkLock);
+        ZEL_REQUIRES(linkLock) {
+        if (node.firstChild_) {
+            return node.firstChild_;
+        }
+        const ZelStyleableNode* each = &node;
+        while (each != &root && !each->nextSibling_) {
+            each = each->parent_;
+        }
+        return each == &root ? nullptr : each->nextSibling_;
+    }
+    // The epoch last: whoever reads it has the rest.
+    static void remember(const ZelStyleableNode& node, const Binding& binding) noexcept
+        ZEL_REQUIRES(linkLock) {
+        node.remembered_.scheme.store(binding.scheme, std::memory_order_release);
+        node.remembered_.style.store(binding.style, std::memory_order_release);
+        node.remembered_.epoch.store(binding.epoch, std::memory_order_release);
+    }
 };
 
 } // namespace v1

@@ -20,12 +20,12 @@ struct Listener;
 /// Guards what ties objects together, for all objects and domains: the links of known trees, the
 /// identifiers that objects carry and what is remembered of them, and the structure of the tables
 /// of listeners.
-extern PrivateLock linkLock;
+inline constinit PrivateLock linkLock;
 
 /// Counts whatever may give an object another style than before, or make it forget which it was
 /// given: a custom identifier, a link of a known tree, or a last style that was set by hand or by a
 /// delivery that was overtaken. What hosts answer who are asked for parents is never remembered.
-extern ChangeCounter bindingChanges;
+inline constinit ChangeCounter bindingChanges;
 
 /// What an object carries of styling. Made when first needed: by a custom identifier, a last style
 /// or a registration.
@@ -46,8 +46,10 @@ struct StylingState final : Attachment {
     /// Whether the object has had several listeners at once: of two domains, or of both kinds, who
     /// share the last style. By the styling lock.
     bool hasListenedElsewhere = false;
-    /// The object's place in a known tree, from its first registration until the node ends.
-    const ZelStyleableNode* node ZEL_GUARDED_BY(linkLock) = nullptr;
+    /// The object's place in a known tree, from its first registration until the node ends. Written
+    /// under `linkLock`, by a registration and by the object's destructor: whoever holds the object
+    /// behind the styling lock reads it without.
+    const ZelStyleableNode* node = nullptr;
 };
 
 } // namespace v1

@@ -3,6 +3,7 @@
 
 #include <ZelStyleKit/Export.h>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -40,10 +41,10 @@ public:
 private:
     friend struct StyleableTree;
     /// Which identifiers apply to the object, by where they are kept, and as of which change.
-    struct Binding {
-        std::uint64_t epoch = 0;
-        const std::shared_ptr<const std::string>* scheme = nullptr;
-        const std::shared_ptr<const std::string>* style = nullptr;
+    struct Remembered {
+        std::atomic<std::uint64_t> epoch{0};
+        std::atomic<const std::shared_ptr<const std::string>*> scheme{nullptr};
+        std::atomic<const std::shared_ptr<const std::string>*> style{nullptr};
     };
     void detach() noexcept;
 
@@ -52,8 +53,8 @@ private:
     ZelStyleableNode* parent_ = nullptr;
     ZelStyleableNode* firstChild_ = nullptr;
     ZelStyleableNode* nextSibling_ = nullptr;
-    ZelStyleableNode* previousSibling_ = nullptr;
-    mutable Binding binding_;
+    ZelStyleableNode* previousSibling_ = nullptr; // the first child's is the last one
+    mutable Remembered remembered_; // read without the lock, too
 };
 
 } // namespace v1

@@ -17,10 +17,10 @@ inline std::size_t ownerCount(zel::ZelStyleDomain& domain) {
 inline std::size_t objectCount(zel::ZelStyleDomain& domain) {
     return DomainInternals::state(domain).objects.size();
 }
-/// Candidates that walks which are over have left in the room for them.
+/// What walks that are over have left in the room for their lists.
 inline std::size_t leftByWalks(zel::ZelStyleDomain& domain) {
     auto& state = DomainInternals::state(domain);
-    return state.owners.candidates.size() + state.objects.candidates.size();
+    return state.owners.listed.size() + state.objects.listed.size();
 }
 inline std::size_t schemeCount(zel::ZelStyleDomain& domain) {
     auto& state = DomainInternals::state(domain);

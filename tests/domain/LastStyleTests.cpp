@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "style/StylingLock.h"
-#include "tests/domain/DomainInternals.h"
 #include "tests/support/Recorder.h"
 
 #include <stdexcept>
@@ -121,28 +119,21 @@ TEST_F(LastStyleTests, OneThatIsNotCalledKeepsIt) {
     EXPECT_EQ(owner->lastZelStyle(), plain->token());
 }
 
-TEST_F(LastStyleTests, ApplyingAStyleToOneHandlerObjectFollowsTheCallRule) {
+TEST_F(LastStyleTests, ADeliveryFollowsTheCallRule) {
     const auto child = addChildStyle(plain, "child");
     owner->onStyleChange = recorder.objectHandler("object");
     domain->registerChangeHandler(owner);
-    recorder.take();
+    domain->defaultScheme()->setStylesByIdentifier({});
     const auto applyIsCalled = [&](const std::shared_ptr<ZelStyle>& style,
                                    const std::shared_ptr<ZelStyle>& last,
                                    const ZelStyleDelivery& delivery) {
+        domain->setCurrentScheme(domain->darkScheme());
+        domain->lightScheme()->setStylesByIdentifier(
+            style ? ZelStyleScheme::Styles{{"main", style}} : ZelStyleScheme::Styles{});
+        domain->setCurrentScheme(domain->lightScheme()); // whose main style applies to the owner
         owner->setLastZelStyle(last);
-        const StylingLock lock;
-        const auto& state = *Attachment::find<StylingState>(*owner);
-        Listener* listener = nullptr;
-        {
-            const PrivateGuard guard(linkLock);
-            listener = DomainInternals::state(*domain).objects.find(state);
-        }
-        FoundStyles::Found found;
-        found.lookups = lookupChanges.now();
-        found.isForced = isForced(style, delivery);
-        found.serial = ZelStyleToken(style).serial();
-        found.style = style;
-        DomainInternals::_applyStyle(found, *listener, owner, delivery, 0);
+        recorder.take();
+        domain->notifyForStyleChangeOf(nullptr, delivery);
         EXPECT_EQ(owner->lastZelStyle(), ZelStyleToken(style));
         return !recorder.take().empty();
     };

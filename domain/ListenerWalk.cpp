@@ -8,8 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 const ZelStyleableNode* nodeOf(const std::shared_ptr<NSObject>& object) {
@@ -41,6 +40,7 @@ ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
 /// Begins with those that have to be asked.
 void ListenerWalk::beginListing() {
     isListed_ = true;
+    place_ = end_;
     list_.bits.resize(list_.begin + end_ / wordBits + 1);
     for (const Listener* each : table_.asked()) {
         list(*each);
@@ -95,5 +95,4 @@ const FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const 
     return &styles_.of(std::move(ancestry.applied));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

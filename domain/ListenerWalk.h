@@ -4,13 +4,13 @@
 #include "domain/ListenerTable.h"
 #include "domain/StyleResolution.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A walk over the listeners of a table that a notification is for, in the order of registration:
 /// all of them, those at and below a target, or those of a family of styles. Those below a target
@@ -77,6 +77,8 @@ private:
     void beginListing() ZEL_REQUIRES(linkLock);
     void list(const Listener& listener) noexcept {
         const std::size_t place = listener.place;
+        place_ = std::min(place_, place);
+        lastListed_ = std::max(lastListed_, place);
         list_.bits[list_.begin + place / wordBits] |= std::uint64_t{1} << place % wordBits;
     }
     /// Goes to the first listed place from the present one on, else to the end.
@@ -84,7 +86,7 @@ private:
         std::size_t word = place_ / wordBits;
         std::uint64_t bits = list_.bits[list_.begin + word] >> place_ % wordBits;
         while (bits == 0) {
-            if (++word > end_ / wordBits) {
+            if (++word > lastListed_ / wordBits) {
                 place_ = end_;
                 return;
             }
@@ -113,6 +115,7 @@ private:
         const std::size_t begin = bits.size();
     };
     const List list_;
+    std::size_t lastListed_ = 0;
     bool isListed_ = false;  ///< whether it goes by the list, or by all listeners
     bool visitsAll_ = false; ///< whether it does the latter from its beginning
     bool testsEach_ = false; ///< after the list was left: each is tested for the target
@@ -138,5 +141,4 @@ inline void ListenerWalk::prefetchAhead(const std::vector<Listener*>& places) co
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <array>
 #include <mutex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 constexpr std::string_view activeModeKey = "style-manager-active-mode";
@@ -179,5 +178,4 @@ void ZelStyleManager::_updateActiveMode() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 #include <ZelStyleKit/ZelStyleManager.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::string_view ZelStyleManagerModeIdentifierLight = "always-light";
 std::string_view ZelStyleManagerModeIdentifierDark = "always-dark";
@@ -97,5 +96,4 @@ void ZelStyleManagerMode::setRank(std::uint64_t rank) {
     rank_ = rank;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

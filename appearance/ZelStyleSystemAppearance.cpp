@@ -11,8 +11,7 @@
 #include <atomic>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::string_view ZelStyleSystemAppearanceChangedNotification = "ZelStyleSystemAppearanceChanged";
 
@@ -110,5 +109,4 @@ void ZelStyleSystemAppearance::setCurrentAppearanceType(std::uint64_t type) {
     });
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

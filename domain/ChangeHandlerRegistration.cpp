@@ -8,8 +8,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Keeps a table's listeners where they are for the time of a registration's call.
@@ -114,5 +113,4 @@ void ZelStyleDomain::unregisterChangeHandler(const std::shared_ptr<NSObject>& ob
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

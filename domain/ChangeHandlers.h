@@ -8,8 +8,7 @@
 #include <memory>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// One owner's change handlers, in the order of registration. Most owners have one; later ones are
 /// kept aside, where adding one moves none: one may be running.
@@ -54,5 +53,4 @@ private:
     std::unique_ptr<std::deque<Later>> later_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

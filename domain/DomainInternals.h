@@ -15,8 +15,7 @@
 #include <string>
 #include <typeindex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A domain's fields. Switching schemes and following aren't atomic.
 struct ZelStyleDomain::State {
@@ -58,5 +57,4 @@ struct DomainInternals {
     static void unregister(ListenerTable& table, const NSObject& object);
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -15,8 +15,7 @@
 #include <string>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 constexpr std::string_view resetIdentifier = "_reset";
@@ -143,5 +142,4 @@ void ZelStyleDomain::setupStyles() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Calls of one listener. Keeps its handlers where they are even where a call removes the listener;
 /// the last of those within each other destroys what was removed.
@@ -46,5 +45,4 @@ private:
     Listener& listener_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 // Objects that end at the same time find their listeners gone.
 ListenerTable::~ListenerTable() {
@@ -138,5 +137,4 @@ void ListenerTable::closeGaps() noexcept {
     gaps_ = 0;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -12,8 +12,7 @@
 #include <set>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ListenerTable;
 
@@ -144,5 +143,4 @@ private:
     std::atomic<std::size_t> size_{0};
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

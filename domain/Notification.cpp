@@ -7,8 +7,7 @@
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// The targets of the notification under way, from the innermost outwards.
@@ -175,5 +174,4 @@ void ZelStyleDomain::notifyForStyleChangeOf(const std::shared_ptr<NSObject>& sty
     notify(*this, target, kept, nullptr);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <ZelStyleKit/ZelStyle.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 void StyleFamilies::beginBuilding() noexcept {
     isBuilding_ = true;
@@ -32,5 +31,4 @@ void StyleFamilies::endBuilding(bool isComplete) noexcept {
     built_ = isComplete ? walked_ : StylingMoment();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 
@@ -92,5 +91,4 @@ private:
     bool isBuilding_ = false;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Takes those that nothing below has set.
@@ -135,5 +134,4 @@ std::shared_ptr<ZelStyle> ZelStyle::forStyleable(const std::shared_ptr<NSObject>
     return ZelStyleDomain::domainForIdentifier(identifier)->styleFor(styleable);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

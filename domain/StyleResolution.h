@@ -12,8 +12,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleDomain;
 
@@ -90,5 +89,4 @@ private:
 /// Whether a delivery forces a style: any, or its filter and those that descend from it.
 bool isForced(const std::shared_ptr<ZelStyle>& style, const ZelStyleDelivery& delivery);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

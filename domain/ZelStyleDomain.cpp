@@ -7,8 +7,7 @@
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleSystemAppearance.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::string_view ZelStyleDomainIdentifierDefault = "default";
 std::string_view ZelStyleIdentifierMain = "main";
@@ -177,5 +176,4 @@ ZelStyleDomain::styleForIdentifier(std::optional<std::string_view> identifier) {
     return fallback ? fallback->styleForIdentifier(identifier) : nullptr;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <array>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 #define ZEL_DEFINE_KEY(key, Key, Kind, group) std::string_view ZelStyleAttributeKey##Key = #key;
 ZEL_STYLE_ATTRIBUTES(ZEL_DEFINE_KEY)
@@ -25,5 +24,4 @@ std::string_view ZelStyleAttributeKeyOf(ZelStyleAttribute attribute) noexcept {
     return predefinedKeys[static_cast<std::size_t>(attribute)];
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

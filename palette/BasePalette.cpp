@@ -9,8 +9,7 @@
 
 #include <array>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using enum ZelStyleAttribute;
@@ -92,5 +91,4 @@ void ZelStyle::loadBase() {
         ZelStyleDefaultValueProviderIdentifierBase, std::nullopt, provideBase));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

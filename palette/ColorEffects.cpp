@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSColor.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 void scaleRGB(ZelRGBA& color, double factor) {
@@ -74,5 +73,4 @@ std::optional<NSColor> NSColor::modifiableColor() const noexcept {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

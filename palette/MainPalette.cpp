@@ -9,8 +9,7 @@
 
 #include <array>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using enum ZelStyleAttribute;
@@ -77,5 +76,4 @@ void ZelStyle::loadMain() {
         provideMain));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

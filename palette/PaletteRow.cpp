@@ -3,8 +3,7 @@
 
 #include "style/ZelStyleInternals.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 ZelAttributeValue colorOrNull(const std::optional<NSColor>& color) {
@@ -74,5 +73,4 @@ PaletteValues presetsOf(const ZelStyle& style) {
     return values;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <optional>
 #include <span>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 
@@ -101,5 +100,4 @@ void computePalette(std::span<const PaletteRow> rows, PaletteValues& values, boo
 /// A style's effective values as presets, with nothing written.
 [[nodiscard]] PaletteValues presetsOf(const ZelStyle& style);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

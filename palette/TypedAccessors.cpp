@@ -3,8 +3,7 @@
 
 #include <ZelStyleKit/ZelStyle.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Where the merged values have to be computed first, or are being written.
@@ -69,5 +68,4 @@ bool ZelStyleBasePalette::isCustomStyle() const {
     return typeIn(styleType()) == ZelStyleTypeCustom;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <memory>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using SharedHandler = std::shared_ptr<const ZelMisuseHandler>;
@@ -48,5 +47,4 @@ void reportMisuse(std::string_view message) noexcept {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

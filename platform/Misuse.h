@@ -3,11 +3,9 @@
 
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Gives a message to the host's misuse handler, where it has set one. No private lock is held.
 void reportMisuse(std::string_view message) noexcept;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

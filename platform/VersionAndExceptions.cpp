@@ -2,13 +2,11 @@
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleVersion.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 const double ZelStyleKitVersionNumber = 1.0;
 
 ZelInvalidArgument::~ZelInvalidArgument() = default;
 ZelEnumerationMutation::~ZelEnumerationMutation() = default;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <memory>
 #include <unordered_map>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Indices = std::unordered_map<std::string_view, AttributeIndex>;
@@ -28,5 +27,4 @@ std::optional<AttributeIndex> indexOfAttribute(std::string_view key) {
     return found == indices.end() ? std::nullopt : std::optional(found->second);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The place of a predefined attribute in the list of them.
 using AttributeIndex = std::uint32_t;
@@ -14,5 +13,4 @@ using AttributeIndex = std::uint32_t;
 /// The place of the predefined attribute with that key; nothing for any other string.
 std::optional<AttributeIndex> indexOfAttribute(std::string_view key);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

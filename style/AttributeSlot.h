@@ -10,8 +10,7 @@
 #include <optional>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// An attribute value in six words, so that it can be read while another thread writes it: a tag
 /// that says what it is, then a colour's components or a number's bits. A value that is neither
@@ -109,5 +108,4 @@ private:
     std::array<std::atomic<double>, NSColorSpace::maximumComponentCount> words_{};
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

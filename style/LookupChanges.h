@@ -3,13 +3,11 @@
 
 #include "platform/locks/ChangeCounter.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Counts whatever may make a look-up find another style, or a style have other ancestors: a
 /// scheme's styles or the current scheme changed, a domain was made or removed, a style got another
 /// parent or ended.
 inline constinit ChangeCounter lookupChanges;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

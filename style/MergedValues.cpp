@@ -4,8 +4,7 @@
 #include <string>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 std::string_view keyAt(AttributeIndex index) noexcept {
@@ -78,5 +77,4 @@ void MergedValues::put(std::string_view key, const ZelAttributeValue& value, boo
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

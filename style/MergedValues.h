@@ -14,8 +14,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The cache of a style's merged values, its own over its parent's. Colours and numbers of
 /// predefined attributes have fixed slots, so that a read of one takes no lock and writes nothing:
@@ -69,5 +68,4 @@ private:
     std::shared_ptr<const ZelAttributeDictionary> snapshot_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 #include <string>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 const ZelAttributeValue* OwnValues::find(std::string_view key) const {
     if (const auto index = indexOfAttribute(key)) {
@@ -36,5 +35,4 @@ std::optional<ZelAttributeValue> OwnValues::set(AttributeIndex index,
     return std::nullopt;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

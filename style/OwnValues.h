@@ -9,8 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A style's own values, null markers included: as many as were written. Guarded by `stylesLock`.
 class OwnValues {
@@ -35,5 +34,4 @@ private:
     ZelAttributeDictionary custom_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

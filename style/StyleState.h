@@ -13,8 +13,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Guards the fields of every style that say so. One lock for all, since merging a style's values
 /// reads those of its ancestors; reads of merged values don't take it once they are computed.
@@ -46,5 +45,4 @@ struct ZelStyle::State {
     }
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

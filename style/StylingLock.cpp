@@ -9,8 +9,7 @@
 #include <mutex>
 #include <thread>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 struct Lock {
@@ -62,5 +61,4 @@ void StylingLock::release() noexcept {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Holds the one recursive lock of the process behind which handlers, observers of updates and
 /// changes callbacks run, for a scope. It serialises style updates, deliveries, registrations with
@@ -27,5 +26,4 @@ private:
     static void release() noexcept;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

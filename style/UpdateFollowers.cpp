@@ -5,8 +5,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 UpdateFollower UpdateFollowers::set(const std::shared_ptr<NSObject>& owner,
                                     UpdateFollower follower) {
@@ -84,5 +83,4 @@ UpdateFollowers::Entries::node_type UpdateFollowers::take(const NSObject& owner)
     return removed;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -12,8 +12,7 @@
 #include <optional>
 #include <unordered_map>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What an owner has asked for of a style: an observer to call, or, where the owner is a child
 /// style that follows its parent, the changes that compute it.
@@ -72,5 +71,4 @@ private:
     unsigned walks_ ZEL_GUARDED_BY(lock_) = 0;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -127,5 +126,4 @@ std::uint64_t ZelStyle::seed() const {
     return sum;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

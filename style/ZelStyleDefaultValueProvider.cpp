@@ -3,8 +3,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 template <class Block>
@@ -130,5 +129,4 @@ void ZelStyleDefaultValueProvider::setDidApplyBlock(ApplyBlock block) {
     replace(didApplyBlock_, std::move(block));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <span>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What a style keeps to itself, for the library's other sources: reads without a lock, writes by
 /// the place of an attribute, and the internal operations.
@@ -50,5 +49,4 @@ struct ZelStyleInternals {
     static void _incrementSeed(ZelStyle& style);
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

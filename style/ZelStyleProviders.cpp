@@ -10,8 +10,7 @@
 #include <mutex>
 #include <set>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Provider = std::shared_ptr<ZelStyleDefaultValueProvider>;
@@ -137,5 +136,4 @@ void ZelStyleInternals::_setupWithDefaultValuesUsingScheme(
     DefaultSetup(style, scheme).run();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

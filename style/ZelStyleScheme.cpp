@@ -10,8 +10,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::string_view ZelStyleSchemeIdentifierDefault = "default";
 std::string_view ZelStyleSchemeIdentifierLight = "light";
@@ -114,5 +113,4 @@ void ZelStyleScheme::setStylesByIdentifier(Styles styles) {
     lookupChanges.increment();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// One style's accepted update under way.
@@ -208,5 +207,4 @@ void ZelStyle::removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using State = ZelStyleInternals::State;
@@ -165,5 +164,4 @@ void ZelStyleInternals::_incrementSeed(ZelStyle& style) {
     invalidated = state(style).invalidateMerged();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -118,5 +117,4 @@ void ZelStyleableNode::detach() noexcept {
     parent_ = nextSibling_ = previousSibling_ = nullptr;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

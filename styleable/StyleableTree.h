@@ -7,8 +7,7 @@
 
 #include <cstdint>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The identifiers that apply to an object: each its own or the nearest above it, found
 /// independently; nil where there is none.
@@ -99,5 +98,4 @@ private:
     }
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -11,8 +11,7 @@
 
 #include <stdexcept>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using CarriedIdentifier = Identifier StylingState::*;
@@ -120,5 +119,4 @@ bool NSObject::unregisterStyleableChangeHandlers() {
     return conforming != nullptr;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

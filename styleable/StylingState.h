@@ -11,8 +11,7 @@
 #include <atomic>
 #include <cstdint>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleableNode;
 struct Listener;
@@ -52,5 +51,4 @@ struct StylingState final : Attachment {
     const ZelStyleableNode* node = nullptr;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 #include <ZelStyleKit/NSViewController.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 ZelStyleable::~ZelStyleable() = default;
 
@@ -49,5 +48,4 @@ NSViewController::associatedZelStyleables() const {
     return std::vector<std::shared_ptr<NSObject>>{view_};
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

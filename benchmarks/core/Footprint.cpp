@@ -61,8 +61,7 @@ void operator delete[](void* memory, std::size_t) noexcept {
     release(memory);
 }
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -152,8 +151,7 @@ BENCHMARK(updateAllocations)->Name("update_allocations/ours")->Iterations(1);
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 int main(int argc, char** argv) {
     zel::becomeMultithreaded();

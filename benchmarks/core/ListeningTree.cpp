@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "core/ListeningTree.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -58,5 +57,4 @@ void endSharedTree() {
     theSharedTree().tree.reset();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -11,8 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Views in a tree, each of which listens for its style, and the baseline's listeners for the same
 /// views in the same order, so that both find the same memory.
@@ -56,5 +55,4 @@ ListeningTree& sharedTree(const std::string& name, std::vector<std::size_t> (*ma
 /// Ends the shared tree, for a benchmark that wants the domain to itself.
 void endSharedTree();
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <string>
 #include <unordered_map>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -104,5 +103,4 @@ BENCHMARK_CAPTURE(readFromMap, custom, customKey)->Name("read_key_custom/baselin
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

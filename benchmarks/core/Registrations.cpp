@@ -2,8 +2,7 @@
 #include "core/ListeningTree.h"
 #include "support/Program.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -30,5 +29,4 @@ BENCHMARK(connectOurs)->Name("connect/ours")->Arg(1000)->Arg(100'000)->UseRealTi
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

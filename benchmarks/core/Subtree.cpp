@@ -5,8 +5,7 @@
 #include <array>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -46,5 +45,4 @@ BENCHMARK(subtreeOurs)->Name("subtree/ours")->Arg(100'000)->Arg(200'000)->UseRea
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -4,8 +4,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -65,5 +64,4 @@ void unchangedOurs(benchmark::State& state) {
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

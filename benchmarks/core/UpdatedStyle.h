@@ -10,8 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A style with `size` child styles that follow it and `size` listeners that have it.
 /// Owns: the children, the listeners and their root, whose custom identifier names the style; the
@@ -96,5 +95,4 @@ private:
     std::vector<std::shared_ptr<NSView>> views_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

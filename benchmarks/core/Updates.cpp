@@ -4,8 +4,7 @@
 
 #include "core/ListeningTree.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -27,5 +26,4 @@ BENCHMARK(updateOurs)->Name("update/ours")->Arg(10'000)->Arg(20'000)->UseRealTim
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <ctime>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -173,8 +172,7 @@ BENCHMARK(switchProvider)
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 int main(int argc, char** argv) {
     zel::becomeMultithreaded();

@@ -7,8 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -85,8 +84,7 @@ BENCHMARK(changeSubtree)->Name("subtree/juce")->Arg(100'000)->Arg(200'000)->UseR
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 int main(int argc, char** argv) {
     zel::becomeMultithreaded();

@@ -10,8 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -205,8 +204,7 @@ BENCHMARK(switchMany)->Name("switch/qt_application/1000000")->UseRealTime();
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 int main(int argc, char** argv) {
     zel::becomeMultithreaded();

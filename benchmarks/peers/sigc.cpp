@@ -7,8 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -71,8 +70,7 @@ BENCHMARK(connectAndDisconnect)->Name("connect/sigc")->Arg(1000)->Arg(100'000)->
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 int main(int argc, char** argv) {
     zel::becomeMultithreaded();

@@ -7,8 +7,7 @@
 
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 namespace {
 
@@ -70,8 +69,7 @@ BENCHMARK(connectAndDisconnect)->Name("connect/signals2")->Arg(1000)->Arg(100'00
 
 } // namespace
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 int main(int argc, char** argv) {
     zel::becomeMultithreaded();

@@ -6,8 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What somebody writes who needs listeners and nothing else: a vector of weak owners and
 /// functions, walked with lock and call. It resolves no style and survives no change while it is
@@ -37,5 +36,4 @@ private:
     std::vector<Listener> listeners_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <string>
 #include <thread>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 // A benchmark is called "work/contender" or "work/contender/size"; the report reads these names.
 
@@ -41,5 +40,4 @@ inline bool reachedAll(benchmark::State& state, std::size_t calls, std::size_t e
     return false;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

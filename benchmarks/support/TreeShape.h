@@ -8,8 +8,7 @@
 #include <random>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The levels of every tree here, the root's included.
 inline constexpr std::size_t treeDepth = 8;
@@ -74,5 +73,4 @@ void shuffleListeners(std::vector<T>& listeners) {
     std::shuffle(listeners.begin(), listeners.end(), random);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Names of the standard appearances. Modifiable variables that hold fixed strings.
 extern ZEL_EXPORT std::string_view NSAppearanceNameAqua;
@@ -41,5 +40,4 @@ private:
     std::string name_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

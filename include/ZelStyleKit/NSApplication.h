@@ -7,8 +7,7 @@
 #include <memory>
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The application object: where a host, or an integration, says how the application looks.
 /// Owns: its effective appearance.
@@ -36,5 +35,4 @@ private:
 /// The application object, or nil while nobody has asked for it.
 [[nodiscard]] ZEL_EXPORT std::shared_ptr<NSApplication> NSApp();
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The library's resources: its localised strings, compiled in.
 /// Owns: the host's string table, where one is set.
@@ -47,5 +46,4 @@ using LocalizedComparison = std::function<int(std::string_view a, std::string_vi
 /// that is sorted already stays as it is until it changes. Threads: as above.
 ZEL_EXPORT void setLocalizedComparison(LocalizedComparison comparison);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A colour effect; any other number is allowed and only rebuilds the colour as sRGB.
 enum ZelStyleEffect : unsigned long {
@@ -125,5 +124,4 @@ struct NSSystemColors {
     [[nodiscard]] ZEL_EXPORT static NSSystemColors systemColors();
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class NSColor;
 
@@ -66,5 +65,4 @@ private:
     ToSRGB toSRGB_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

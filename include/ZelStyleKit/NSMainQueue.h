@@ -7,8 +7,7 @@
 #include <functional>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The main queue: tasks that run later, on the thread that drains it. The library starts no
 /// thread: a host drains the queue from its own event loop, when the wake hook says so.
@@ -42,5 +41,4 @@ private:
     std::unique_ptr<Queue> queue_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class NSObject;
 
@@ -52,5 +51,4 @@ private:
     const std::shared_ptr<Registrations> registrations_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// An immutable number or boolean. A value: trivially copyable, compared by kind and content.
 class NSNumber {
@@ -99,5 +98,4 @@ private:
     };
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -12,8 +12,7 @@
 #include <string_view>
 #include <type_traits>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class Attachment;
 class NSObject;
@@ -117,5 +116,4 @@ template <class T>
     return std::make_shared<T>();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

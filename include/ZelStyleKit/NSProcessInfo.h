@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A version of the host system.
 struct NSOperatingSystemVersion {
@@ -34,5 +33,4 @@ public:
     static void setOperatingSystemVersion(const NSOperatingSystemVersion& version) noexcept;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <string_view>
 #include <variant>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What the defaults hold under a key: a string, or a number or boolean.
 using NSUserDefaultsValue = std::variant<std::string, NSNumber>;
@@ -61,5 +60,4 @@ private:
     std::unique_ptr<State> state_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

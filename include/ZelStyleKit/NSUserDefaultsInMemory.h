@@ -7,8 +7,7 @@
 #include <map>
 #include <mutex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Defaults that no file holds: for tests, and for programs that remember nothing.
 /// Owns: the values, which end with it. Threads: any.
@@ -25,5 +24,4 @@ private:
     std::map<std::string, NSUserDefaultsValue, std::less<>> values_; ///< guarded by mutex_
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <memory>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A view in a tree of views; styled by the default domain.
 /// Owns: its subviews. Refers to: its superview, weakly.
@@ -47,5 +46,4 @@ private:
     std::vector<std::shared_ptr<NSView>> subviews_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

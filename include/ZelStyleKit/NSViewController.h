@@ -9,8 +9,7 @@
 #include <memory>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Controls a view that it makes when first asked for; styled by the default domain.
 /// Owns: its view, its child controllers. Refers to: its parent controller, weakly.
@@ -59,5 +58,4 @@ private:
     std::vector<std::shared_ptr<NSViewController>> children_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -14,8 +14,7 @@
 #include <utility>
 #include <variant>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The null marker: what stands under a key to which nil was written. Present, unlike an absent
 /// value; in a child style it hides the inherited value.
@@ -113,5 +112,4 @@ private:
 /// Attribute key to value, by key.
 using ZelAttributeDictionary = std::map<std::string, ZelAttributeValue, std::less<>>;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

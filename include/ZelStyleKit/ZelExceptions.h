@@ -5,8 +5,7 @@
 
 #include <stdexcept>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Raised where nil is given for what must not be nil: an attribute key, a handler, a provider, a
 /// mode.
@@ -24,5 +23,4 @@ public:
     ~ZelEnumerationMutation() override;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

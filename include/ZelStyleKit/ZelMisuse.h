@@ -6,8 +6,7 @@
 #include <functional>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Called with a sentence that says what a host does wrong and what to do instead. Runs on the
 /// thread that noticed it, with no private lock held; what it raises is swallowed.
@@ -17,5 +16,4 @@ using ZelMisuseHandler = std::function<void(std::string_view message)>;
 /// until one is set, and the library prints nothing itself. Any thread.
 ZEL_EXPORT void setMisuseHandler(ZelMisuseHandler handler);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -14,8 +14,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleDefaultValueProvider;
 class ZelStyleDomain;
@@ -144,5 +143,4 @@ private:
     const std::unique_ptr<State> state_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -68,8 +68,7 @@
     X(toolbarTintColor, ToolbarTintColor, Color, Main)                                             \
     X(toolbarBackgroundColor, ToolbarBackgroundColor, Color, Main)
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The predefined keys: `ZelStyleAttributeKeyBackgroundColor` holds "backgroundColor", and so on.
 /// Modifiable variables that hold fixed strings; the typed accessors don't go by them.
@@ -94,5 +93,4 @@ inline constexpr std::size_t ZelStyleAttributeCount = 0 ZEL_STYLE_ATTRIBUTES(ZEL
 [[nodiscard]] ZEL_EXPORT std::string_view
 ZelStyleAttributeKeyOf(ZelStyleAttribute attribute) noexcept;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What "styleType" holds.
 enum ZelStyleType : unsigned long {
@@ -146,5 +145,4 @@ private:
     ~ZelStyleBasePalette() = default;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

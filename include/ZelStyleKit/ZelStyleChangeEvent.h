@@ -5,8 +5,7 @@
 #include <functional>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class NSObject;
 class ZelStyle;
@@ -35,5 +34,4 @@ struct ZelStyleDelivery {
     std::shared_ptr<ZelStyle> forStyleOnly = nullptr;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

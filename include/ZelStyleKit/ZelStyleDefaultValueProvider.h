@@ -12,8 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 class ZelStyleScheme;
@@ -105,5 +104,4 @@ private:
     std::shared_ptr<const ApplyBlock> didApplyBlock_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

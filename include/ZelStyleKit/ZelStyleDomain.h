@@ -10,8 +10,7 @@
 #include <string_view>
 #include <typeindex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 class ZelStyleScheme;
@@ -123,5 +122,4 @@ private:
     const std::unique_ptr<State> state_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

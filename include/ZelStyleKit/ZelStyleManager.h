@@ -10,8 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleManagerMode;
 
@@ -65,5 +64,4 @@ private:
     const std::unique_ptr<State> state_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleManager;
 
@@ -66,5 +65,4 @@ private:
     std::uint64_t rank_ = 0;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 class ZelStyleDomain;
@@ -61,5 +60,4 @@ private:
     const std::unique_ptr<State> state_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

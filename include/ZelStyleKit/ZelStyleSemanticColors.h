@@ -6,8 +6,7 @@
 
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A style's colours by what they are for, which the provider "main" fills from the base palette.
 /// A read gives the effective value; absent, null and a value of another kind are none. A write is
@@ -195,5 +194,4 @@ private:
     ~ZelStyleSemanticColors() = default;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

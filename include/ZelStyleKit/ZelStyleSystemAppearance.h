@@ -8,8 +8,7 @@
 #include <memory>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What the system looks like. The tracker itself produces no other values.
 enum ZelStyleSystemAppearanceType : std::uint64_t {
@@ -57,5 +56,4 @@ private:
     std::atomic<std::uint64_t> type_{ZelStyleSystemAppearanceTypeLight};
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 
@@ -31,5 +30,4 @@ private:
     std::uint64_t serial_ = 0;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,11 +3,9 @@
 
 #include <ZelStyleKit/Export.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The library's version number.
 extern ZEL_EXPORT const double ZelStyleKitVersionNumber;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class NSObject;
 class ZelStyleableNode;
@@ -47,5 +46,4 @@ protected:
     ZelStyleable& operator=(const ZelStyleable&) = default;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

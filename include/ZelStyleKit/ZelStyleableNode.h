@@ -8,8 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class NSObject;
 
@@ -57,5 +56,4 @@ private:
     mutable Remembered remembered_; // read without the lock, too
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 #include <ZelStyleKit/ZelGtkStyleable.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 GQuark displayQuark() noexcept {
@@ -145,5 +144,4 @@ void DisplayColors::watchCompanionsFrom(GtkWidget* widget) {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

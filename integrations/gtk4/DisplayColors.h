@@ -14,8 +14,7 @@
 #include <thread>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class WidgetColors;
 
@@ -65,5 +64,4 @@ private:
     std::uint64_t loads_ = 0; // how often GTK was given colours
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

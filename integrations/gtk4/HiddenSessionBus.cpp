@@ -3,8 +3,7 @@
 
 #include <glib.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 constexpr const char* variable = "DBUS_SESSION_BUS_ADDRESS";
@@ -28,5 +27,4 @@ HiddenSessionBus::~HiddenSessionBus() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

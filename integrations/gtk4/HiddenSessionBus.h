@@ -4,8 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// For as long as it lives, GIO finds no session bus, by what the environment says. GTK asks for
 /// the bus while it starts, and waits for it without end: a bus that is there and silent would keep
@@ -24,5 +23,4 @@ private:
     std::optional<std::string> address_; // what the environment said
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

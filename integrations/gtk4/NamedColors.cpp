@@ -7,8 +7,7 @@
 #include <array>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// A key may be any text: what an identifier can't hold is escaped by its number.
@@ -65,5 +64,4 @@ std::string namedColorsOf(const ZelStyle& style) {
     return text;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

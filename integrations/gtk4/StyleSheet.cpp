@@ -5,8 +5,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 bool StyleSheet::show(const ZelStyle* style) {
     const ZelStyleToken token = style ? style->token() : ZelStyleToken();
@@ -25,5 +24,4 @@ bool StyleSheet::show(const ZelStyle* style) {
     return true;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <cstdint>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A style's colours as GTK knows them: a provider of named colours, and which style, as of which
 /// update, it was made from.
@@ -38,5 +37,4 @@ private:
     std::string text_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 void WidgetColors::watch(ZelGtkStyleable& companion) {
     const auto display = DisplayColors::of(gtk_widget_get_display(companion.widget_));
@@ -136,5 +135,4 @@ void WidgetColors::childrenChanged(GListModel* children, guint position, guint /
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -12,8 +12,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class DisplayColors;
 class StyleSheet;
@@ -66,5 +65,4 @@ private:
     GListModel* children_ = nullptr;    // while it has one
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <algorithm>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // What is not a number counts as none of the colour.
@@ -28,5 +27,4 @@ NSColor ZelColorWithGdkRGBA(const GdkRGBA& color) noexcept {
                                      double{color.alpha});
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

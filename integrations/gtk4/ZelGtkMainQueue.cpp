@@ -7,8 +7,7 @@
 #include <memory>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // The source becomes ready by its time alone, which any thread may set.
@@ -58,5 +57,4 @@ ZelGtkMainQueue::~ZelGtkMainQueue() {
     g_source_unref(source_);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

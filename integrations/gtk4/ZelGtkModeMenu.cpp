@@ -7,8 +7,7 @@
 #include <string>
 #include <variant>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 struct ZelGtkModeMenu::State {
     std::weak_ptr<ZelStyleManager> manager;
@@ -89,5 +88,4 @@ void ZelGtkModeMenu::refresh() {
     state_->showChoice();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

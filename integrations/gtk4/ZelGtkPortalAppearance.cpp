@@ -10,8 +10,7 @@
 #include <memory>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The event source. What it waits for is asked anew before each wait, since the portal has another
 /// descriptor after each new connection. GLib owns its memory, and calls no constructor.
@@ -119,5 +118,4 @@ ZelPortalStatus ZelGtkPortalAppearance::start(ZelPortalOptions options,
     return status;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

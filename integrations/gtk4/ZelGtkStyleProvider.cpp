@@ -3,8 +3,7 @@
 
 #include "DisplayColors.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 ZelGtkStyleProvider::ZelGtkStyleProvider(GdkDisplay* display, unsigned priority) {
     GdkDisplay* const styled = display ? display : gdk_display_get_default();
@@ -26,5 +25,4 @@ std::uint64_t ZelGtkStyleProvider::loadCount() const noexcept {
     return colors_ ? colors_->loads() : 0;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Companion = std::shared_ptr<ZelGtkStyleable>;
@@ -152,5 +151,4 @@ void ZelGtkStyleable::tell() {
     ZelStyleDomain::defaultDomain()->notifyForStyleChangeOf(shared_from_this(), {});
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // Portals wrap the value in one variant or two; a few more are let pass, not as many as a sender
@@ -62,5 +61,4 @@ PortalAnswer readAnswer(sd_bus_message& reply) {
                    : "The desktop portal's colour scheme is not a number; light."};
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What came of asking the portal for the colour scheme.
 struct PortalAnswer {
@@ -26,5 +25,4 @@ struct PortalAnswer {
 /// above.
 [[nodiscard]] PortalAnswer readAnswer(sd_bus_message& reply);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

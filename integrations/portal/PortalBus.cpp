@@ -7,8 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 std::string_view senderOf(sd_bus_message& message) {
@@ -175,5 +174,4 @@ std::optional<std::chrono::steady_clock::time_point> PortalBus::wakeUp() const n
         std::chrono::microseconds(static_cast<std::int64_t>(at)));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// One connection to a bus, subscribed to the portal's colour scheme and to the portal's coming and
 /// going. All of sd-bus stays behind it, errors included.
@@ -86,5 +85,4 @@ private:
     Event event_ = Event::None;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // Messages that one call handles. A message takes some microseconds, so that a call stays well
@@ -273,5 +272,4 @@ std::optional<std::chrono::microseconds> PortalFollower::nextTimeout() const noe
     return std::max(left, std::chrono::microseconds{0});
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

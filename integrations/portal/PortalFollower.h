@@ -11,8 +11,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Decides what the application's appearance is, and when to ask the portal again.
 /// Owns: the connection, while there is one. Refers to: the application object, by its accessor.
@@ -69,5 +68,4 @@ private:
     bool statusUntold_ = false;     // the host has not heard of status or reason
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Names on the bus: the bus itself, and where the desktop portal keeps its settings.
 inline constexpr char busName[] = "org.freedesktop.DBus";
@@ -13,5 +12,4 @@ inline constexpr char settingsInterface[] = "org.freedesktop.portal.Settings";
 inline constexpr char appearanceNamespace[] = "org.freedesktop.appearance";
 inline constexpr char colorSchemeKey[] = "color-scheme";
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <cstdlib>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // Environment variables are not trusted in a program that runs with more rights than its user.
@@ -60,5 +59,4 @@ std::string addressesThatNeverBlock(std::string_view addresses) {
     return result;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

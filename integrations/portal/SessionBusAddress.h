@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The D-Bus address of the user's session bus: DBUS_SESSION_BUS_ADDRESS where it is set, else the
 /// socket "bus" in XDG_RUNTIME_DIR; empty where neither is.
@@ -15,5 +14,4 @@ inline namespace v1 {
 /// machine. Empty where there are none.
 [[nodiscard]] std::string addressesThatNeverBlock(std::string_view addresses);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

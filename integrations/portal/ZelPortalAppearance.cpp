@@ -8,8 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // Far longer than the first answer may take, and short enough to be counted in any unit.
@@ -90,5 +89,4 @@ std::optional<std::uint32_t> ZelPortalAppearance::colorScheme() const noexcept {
     return follower_->colorScheme();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 
 #include <QPalette>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Which attribute fills a role of the palette, and which while the widget is disabled. Inactive
 /// windows look as active ones do, as is usual on the desktops that Qt's own style is for.
@@ -45,5 +44,4 @@ inline constexpr PaletteRole paletteRoles[] = {
 #endif
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

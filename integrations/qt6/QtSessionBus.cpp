@@ -7,8 +7,7 @@
 
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 constexpr const char* variable = "DBUS_SESSION_BUS_ADDRESS";
@@ -44,5 +43,4 @@ void leaveQtWithoutSessionBus() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

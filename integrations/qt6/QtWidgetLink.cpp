@@ -8,8 +8,7 @@
 
 #include <unordered_map>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Links = std::unordered_map<const QWidget*, QtWidgetLink*>;
@@ -135,5 +134,4 @@ void QtWidgetLink::resolveAnew() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -11,8 +11,7 @@
 
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Ties a widget to what the library keeps for it. A child object of the widget, so that it ends
 /// with it, while it is a widget still; it sees the widget's events before the widget does.
@@ -59,5 +58,4 @@ private:
     std::shared_ptr<StyleListener> paletteListener_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

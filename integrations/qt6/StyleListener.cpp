@@ -4,8 +4,7 @@
 #include <ZelStyleKit/NSMainQueue.h>
 #include <ZelStyleKit/ZelStyle.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 void StyleListener::start(Handler handler) {
     handler_ = std::make_shared<const Handler>(std::move(handler));
@@ -44,5 +43,4 @@ void StyleListener::tellLater() {
     });
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

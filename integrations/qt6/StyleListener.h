@@ -13,8 +13,7 @@
 #include <thread>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 
@@ -63,5 +62,4 @@ private:
     std::atomic<bool> isLate_ = false;       // something happened that is still to be told
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -13,8 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 /// Sees each window before it is first shown, and follows its style from then on.
 class ZelQtApplicationPalette::Windows final : public QObject {
     /// A window's palette: its own only while its style is not the application's. It takes away no
@@ -112,5 +111,4 @@ ZelQtApplicationPalette::~ZelQtApplicationPalette() {
     QApplication::setPalette(QPalette());
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // Of the 256 steps that Qt paints in, the nearest: it would cut what lies between two of them. Not
@@ -37,5 +36,4 @@ std::optional<NSColor> ZelColorWithQColor(const QColor& color) {
         static_cast<double>(rgb.blueF()), static_cast<double>(rgb.alphaF()));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

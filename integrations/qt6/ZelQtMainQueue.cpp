@@ -11,8 +11,7 @@
 
 #include <mutex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 QString toQString(std::string_view text) {
@@ -82,5 +81,4 @@ ZelQtMainQueue::~ZelQtMainQueue() {
     waker_->setDrainer(nullptr);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

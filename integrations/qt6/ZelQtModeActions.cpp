@@ -9,8 +9,7 @@
 
 #include <algorithm>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// An action's data; invalid for a mode without an identifier.
@@ -88,5 +87,4 @@ void ZelQtModeActions::showModes() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

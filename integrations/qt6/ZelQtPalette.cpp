@@ -10,8 +10,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Values = std::shared_ptr<const ZelAttributeDictionary>;
@@ -86,5 +85,4 @@ void ZelQtPalette::unfollow(QWidget& widget) {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

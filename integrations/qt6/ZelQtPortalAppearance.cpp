@@ -13,8 +13,7 @@
 
 #include <poll.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Waits on Qt's event loop for what the portal's connection waits for.
 class ZelQtPortalAppearance::Loop final : public QObject {
@@ -119,5 +118,4 @@ const ZelPortalAppearance& ZelQtPortalAppearance::portal() const noexcept {
     return loop_->portal;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

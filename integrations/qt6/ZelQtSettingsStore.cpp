@@ -6,8 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 QString textOf(std::string_view text) {
@@ -83,5 +82,4 @@ bool ZelQtSettingsStore::setObject(const std::optional<NSUserDefaultsValue>& val
     return settings_->status() == QSettings::NoError;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

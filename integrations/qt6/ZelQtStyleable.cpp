@@ -3,8 +3,7 @@
 
 #include "QtWidgetLink.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::shared_ptr<ZelQtStyleable> ZelQtStyleable::of(QWidget& widget) {
     return QtWidgetLink::of(widget).styleable();
@@ -48,5 +47,4 @@ void ZelQtStyleable::end() {
     unregisterStyleableChangeHandlers();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

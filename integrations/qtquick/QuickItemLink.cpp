@@ -10,8 +10,7 @@
 
 #include <unordered_map>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Links = std::unordered_map<const QQuickItem*, QuickItemLink*>;
@@ -127,5 +126,4 @@ void QuickItemLink::resolveAnew() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -11,8 +11,7 @@
 
 class QQuickItem;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Ties an item to its styleable, and sees to it that the styleable stands where the item does. A
 /// child object of the item, so that it ends with it.
@@ -47,5 +46,4 @@ private:
     QMetaObject::Connection ownersEnd_; // of a window's transient parent
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

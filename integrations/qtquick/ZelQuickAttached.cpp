@@ -11,8 +11,7 @@
 
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// The item that an object stands for: itself, or what is around the contents of a window or popup.
@@ -117,5 +116,4 @@ void ZelQuickRegisterTypes() {
     (void)registered;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

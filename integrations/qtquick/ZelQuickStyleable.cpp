@@ -3,8 +3,7 @@
 
 #include "QuickItemLink.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::shared_ptr<ZelQuickStyleable> ZelQuickStyleable::of(QQuickItem& item) {
     return QuickItemLink::of(item).styleable();
@@ -44,5 +43,4 @@ void ZelQuickStyleable::end() {
     unregisterStyleableChangeHandlers();
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

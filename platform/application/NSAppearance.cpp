@@ -4,8 +4,7 @@
 #include <algorithm>
 #include <array>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::string_view NSAppearanceNameAqua = "NSAppearanceNameAqua";
 std::string_view NSAppearanceNameDarkAqua = "NSAppearanceNameDarkAqua";
@@ -53,5 +52,4 @@ NSAppearance::bestMatchFromAppearancesWithNames(const std::vector<std::string_vi
     return std::nullopt;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <mutex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 struct Holder {
@@ -45,5 +44,4 @@ std::shared_ptr<NSApplication> NSApp() {
     return held.application;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

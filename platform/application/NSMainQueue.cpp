@@ -4,8 +4,7 @@
 #include <deque>
 #include <mutex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 struct NSMainQueue::Queue {
     std::mutex mutex; // guards everything below
@@ -65,5 +64,4 @@ void NSMainQueue::setWakeHook(std::function<void()> hook) {
     queue_->wakeHook.swap(shared);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <list>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Whether the weak reference is to that object, which lives. Without taking hold of it: that might
@@ -124,5 +123,4 @@ void NSNotificationCenter::postNotificationName(std::string_view name,
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

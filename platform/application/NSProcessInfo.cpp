@@ -10,8 +10,7 @@
 
 #include <unistd.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 struct ProcessInfo {
@@ -111,5 +110,4 @@ void NSProcessInfo::setOperatingSystemVersion(const NSOperatingSystemVersion& ve
     info.version = version;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <cmath>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 constexpr double sRGBScale = 1.055;
@@ -50,5 +49,4 @@ double gamma22FromLinear(double linear) noexcept {
     return mirrored([](double magnitude) { return std::pow(magnitude, 1 / grayGamma); }, linear);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 // Transfer functions between encoded components and linear light, in pairs that invert each other.
 // Both sides run from 0 to 1, and the ends map to exactly 0 and 1. Outside of that range a curve
@@ -20,5 +19,4 @@ inline namespace v1 {
 /// ICC.1 parametric curve of function type 0 with gamma 2.2: linear light to grey level.
 [[nodiscard]] double gamma22FromLinear(double linear) noexcept;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <mutex>
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 struct SystemColorStore {
@@ -143,5 +142,4 @@ NSSystemColors NSSystemColors::systemColors() {
     return store.colors;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 // sRGB as it stands. Device RGB shares it: without a display profile the display is taken for sRGB.
@@ -79,5 +78,4 @@ const NSColorSpace& NSColorSpace::customColorSpace(std::string_view name,
     return *custom.spaces.emplace_back(std::move(space));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -15,8 +15,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Path = std::filesystem::path;
@@ -251,5 +250,4 @@ bool DefaultsFile::setObject(const std::optional<NSUserDefaultsValue>& value,
     return written;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Where this user's defaults of this application are: `defaults.conf` in a folder named after
 /// the process, in $XDG_CONFIG_HOME or else ~/.config. None for a user without a home folder.
@@ -30,5 +29,4 @@ public:
                    std::string_view forKey) override;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

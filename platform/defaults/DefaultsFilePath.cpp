@@ -13,8 +13,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Relative paths are to be ignored.
@@ -70,5 +69,4 @@ std::optional<std::filesystem::path> defaultsFilePath() {
     return *folder / folderNameFor(NSProcessInfo::processName()) / "defaults.conf";
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <system_error>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -246,5 +245,4 @@ std::string editDefaultsText(std::string_view text, std::string_view key,
     return std::string(text).replace(begin, old->size(), textOf(*value));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 // The text of a defaults file: lines of `key = value`, made to be read and edited by hand.
 //
@@ -36,5 +35,4 @@ DefaultsEntries parseDefaultsText(std::string_view text);
 std::string editDefaultsText(std::string_view text, std::string_view key,
                              const std::optional<NSUserDefaultsValue>& value);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

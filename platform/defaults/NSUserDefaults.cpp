@@ -8,8 +8,7 @@
 #include <mutex>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 NSUserDefaultsStore::~NSUserDefaultsStore() = default;
 
@@ -93,5 +92,4 @@ void NSUserDefaults::setStore(std::shared_ptr<NSUserDefaultsStore> store) {
     // The former store ends here, outside the lock: it may use the defaults itself.
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

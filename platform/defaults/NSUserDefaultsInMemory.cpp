@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSUserDefaultsInMemory.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 std::optional<NSUserDefaultsValue> NSUserDefaultsInMemory::objectForKey(std::string_view key) {
     const std::lock_guard guard(mutex_);
@@ -22,5 +21,4 @@ bool NSUserDefaultsInMemory::setObject(const std::optional<NSUserDefaultsValue>&
     return true;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

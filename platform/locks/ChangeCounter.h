@@ -4,8 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Counts changes, so that what was remembered before one is recognised as outdated: whoever
 /// remembers something reads the counter first, and compares it before using what it remembers.
@@ -22,5 +21,4 @@ private:
     std::atomic<std::uint64_t> value_{1};
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <cassert>
 #include <mutex>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 #ifndef NDEBUG
 /// How many private locks the present thread holds; at most one.
@@ -62,5 +61,4 @@ inline void requireNoPrivateLock() noexcept {
 #endif
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

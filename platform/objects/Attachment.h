@@ -6,8 +6,7 @@
 #include <atomic>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A part of an object that it has only once somebody needs it. An object has at most one of each
 /// kind, and owns it: all of them are destroyed with the object, the newest first.
@@ -57,5 +56,4 @@ private:
     const void* kind_ = nullptr;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 struct Observation {
@@ -119,5 +118,4 @@ void NSObject::didChangeValueForKey(std::string_view key) {
     notifyObservers(*this, key, false);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

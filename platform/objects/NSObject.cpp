@@ -3,8 +3,7 @@
 
 #include "platform/objects/Attachment.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 NSObject::~NSObject() {
     Attachment::destroyAll(*this);
@@ -42,5 +41,4 @@ void Attachment::destroyAll(NSObject& object) noexcept {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

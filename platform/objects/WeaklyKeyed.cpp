@@ -8,8 +8,7 @@
 #include <iterator>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 using Watching = std::vector<std::weak_ptr<WeaklyKeyed>>;
@@ -56,5 +55,4 @@ void WeaklyKeyed::watch(const NSObject& key) {
     Attachment::of<Watchers>(key).add(shared_from_this());
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

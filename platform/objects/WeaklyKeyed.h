@@ -5,8 +5,7 @@
 
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What keys something by objects that it holds weakly, and is notified when one of them ends.
 /// Made by `std::make_shared`; objects refer to it weakly.
@@ -25,5 +24,4 @@ protected:
     void watch(const NSObject& key);
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

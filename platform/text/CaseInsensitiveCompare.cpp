@@ -10,8 +10,7 @@
 #include <string>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Never destroyed: objects that live as long as the process compare while they end.
@@ -71,5 +70,4 @@ void setLocalizedComparison(LocalizedComparison comparison) {
     hostComparison().set(std::move(comparison));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 #include <mutex>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A function that a host may set, to be asked instead of the library's own.
 /// Owns: the function. Threads: any, in the function itself as well, which is called and destroyed
@@ -33,5 +32,4 @@ private:
     std::shared_ptr<const Function> function_; // guarded by the mutex
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// An identifier or nil, immutable and shared by whoever carries it; it ends with the last of them.
 using Identifier = std::shared_ptr<const std::string>;
@@ -25,5 +24,4 @@ using Identifier = std::shared_ptr<const std::string>;
     return a == b || (a && b && *a == *b);
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

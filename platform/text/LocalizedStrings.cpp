@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/text/LocalizedStrings.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// English is a language like any other, so that a user who prefers it to a second one gets it.
@@ -76,5 +75,4 @@ const LocalizedStrings* localizedStringsFor(std::string_view locale) noexcept {
     return nullptr;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The library's texts in one language. The text is static and UTF-8.
 struct LocalizedStrings {
@@ -20,5 +19,4 @@ struct LocalizedStrings {
 /// The texts of exactly that locale; nullptr where the library has none.
 const LocalizedStrings* localizedStringsFor(std::string_view locale) noexcept;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <memory>
 #include <utility>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// Never destroyed: objects that live as long as the process ask while they end.
@@ -102,5 +101,4 @@ void NSBundle::setStringTable(StringTable table) {
     hostStrings().set(std::move(table));
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

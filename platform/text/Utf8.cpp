@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/text/Utf8.h"
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 namespace {
 
 /// What a lead byte announces: how long its character is, and the least value that needs so many
@@ -53,5 +52,4 @@ Utf8Step readUtf8(std::string_view text, std::size_t offset) noexcept {
     return {character, lead.length, true};
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

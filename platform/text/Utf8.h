@@ -4,8 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// One step through UTF-8 text: a character, or a byte that begins none.
 struct Utf8Step {
@@ -18,5 +17,4 @@ struct Utf8Step {
 /// U+10FFFF are not valid. Pure; never throws.
 Utf8Step readUtf8(std::string_view text, std::size_t offset) noexcept;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <ZelStyleKit/NSView.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 NSView::NSView() = default;
 
@@ -38,5 +37,4 @@ void NSView::removeFromSuperview() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -3,8 +3,7 @@
 
 #include <ZelStyleKit/NSViewController.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 NSViewController::NSViewController() = default;
 
@@ -52,5 +51,4 @@ void NSViewController::removeFromParentViewController() {
     }
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

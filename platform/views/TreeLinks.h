@@ -11,8 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Raises where `node` is `place` or stands above it, so that putting it below `place` would close
 /// a circle. `parentOf` answers a node's parent.
@@ -70,5 +69,4 @@ void endChildren(const Node& node, std::vector<std::shared_ptr<Node>>& children)
     running = outer;
 }
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

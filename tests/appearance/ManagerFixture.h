@@ -12,8 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The tests' way to what a manager keeps to itself.
 struct ZelStyleManagerInternals {
@@ -23,8 +22,7 @@ struct ZelStyleManagerInternals {
     static void updateActiveMode(ZelStyleManager& manager) { manager._updateActiveMode(); }
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1
 
 namespace zeltest {
 

@@ -8,8 +8,7 @@
 
 #include <optional>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// A colour as GTK draws it: encoded sRGB, straight alpha, single precision, clamped to 0..1; none
 /// for a colour whose space has no RGB form. A pure function, any thread.
@@ -18,5 +17,4 @@ inline namespace v1 {
 /// A GTK colour as an sRGB colour. A pure function, any thread.
 [[nodiscard]] ZEL_EXPORT NSColor ZelColorWithGdkRGBA(const GdkRGBA& color) noexcept;
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

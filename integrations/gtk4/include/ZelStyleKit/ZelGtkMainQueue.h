@@ -5,8 +5,7 @@
 
 #include <glib.h>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Runs the library's main queue on a GLib main context: what is put on the queue, by any thread,
 /// runs in the context's next round, before anything is drawn. Has names compared by GLib, in the
@@ -30,5 +29,4 @@ private:
     GSource* const source_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -7,8 +7,7 @@
 
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleManager;
 
@@ -43,5 +42,4 @@ private:
     const std::unique_ptr<State> state_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

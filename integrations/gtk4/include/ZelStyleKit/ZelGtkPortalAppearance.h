@@ -8,8 +8,7 @@
 
 #include <chrono>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 struct PortalSource;
 
@@ -45,5 +44,4 @@ private:
     PortalSource* const source_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -8,8 +8,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class DisplayColors;
 
@@ -53,5 +52,4 @@ private:
     std::shared_ptr<DisplayColors> colors_; // none where the display had some already
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -12,8 +12,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class DisplayColors;
 class WidgetColors;
@@ -71,5 +70,4 @@ private:
     bool tellsLater_ = false;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class PortalFollower;
 
@@ -100,5 +99,4 @@ private:
     const std::shared_ptr<PortalFollower> follower_; // shared with operations that are running
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class StyleListener;
 
@@ -33,5 +32,4 @@ private:
     const std::shared_ptr<StyleListener> listener_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

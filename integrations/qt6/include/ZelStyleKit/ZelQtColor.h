@@ -8,8 +8,7 @@
 
 class QColor;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The colour in sRGB, each component held to 0..1 and to the nearest of the 256 steps that Qt
 /// paints in; an invalid one for no colour, or for one of a space without an RGB form.
@@ -18,5 +17,4 @@ inline namespace v1 {
 /// The colour in sRGB; none for an invalid one.
 [[nodiscard]] ZEL_EXPORT std::optional<NSColor> ZelColorWithQColor(const QColor& color);
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -5,8 +5,7 @@
 
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Drains the library's main queue from Qt's event loop, and has names compared by Qt, in its
 /// default locale (`localizedCaseInsensitiveCompare`), as long as it lives. An application makes
@@ -28,5 +27,4 @@ private:
     const std::shared_ptr<Waker> waker_; // shared with hooks that are running on other threads
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 
 class QMenu;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyleManager;
 
@@ -41,5 +40,4 @@ private:
     const std::shared_ptr<ZelStyleManager> manager_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -9,8 +9,7 @@
 
 class QWidget;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class ZelStyle;
 
@@ -34,5 +33,4 @@ public:
     static void unfollow(QWidget& widget);
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -6,8 +6,7 @@
 #include <chrono>
 #include <memory>
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// Follows the desktop portal's colour scheme on Qt's event loop, as long as it lives. Made before
 /// `ZelStyleManager::setup`, so that the first frame is painted in the desktop's colours, and best
@@ -37,5 +36,4 @@ private:
     const std::unique_ptr<Loop> loop_;
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -10,8 +10,7 @@
 
 class QSettings;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// The user's defaults in the application's QSettings:
 /// `NSUserDefaults::standardUserDefaults().setStore(std::make_shared<ZelQtSettingsStore>())`,
@@ -35,5 +34,4 @@ private:
     const std::unique_ptr<QSettings> settings_; // guarded by mutex_
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

@@ -11,8 +11,7 @@
 
 class QWidget;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What stands for a QWidget in styling: made when it is first asked for, ended with the widget.
 /// Change handlers and identifiers are set on it. Its parent is the widget's parent, which for a
@@ -60,5 +59,4 @@ private:
     std::weak_ptr<ZelQtStyleable> parent_; // its object is always that of the node's parent
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

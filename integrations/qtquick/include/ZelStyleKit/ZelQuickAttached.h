@@ -14,8 +14,7 @@
 
 class QQuickItem;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 class StyleListener;
 class ZelQuickStyleable;
@@ -86,5 +85,4 @@ private:
 /// file is loaded, on the main thread; again has no effect.
 ZEL_EXPORT void ZelQuickRegisterTypes();
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

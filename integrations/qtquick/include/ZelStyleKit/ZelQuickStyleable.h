@@ -11,8 +11,7 @@
 
 class QQuickItem;
 
-namespace zel {
-inline namespace v1 {
+namespace zel::inline v1 {
 
 /// What stands for a QQuickItem in styling: made when it is first asked for, ended with the item.
 /// Its parent is the item's parent item; for the item of a popup it is the item that the popup
@@ -54,5 +53,4 @@ private:
     std::weak_ptr<ZelQuickStyleable> parent_; // its object is always that of the node's parent
 };
 
-} // namespace v1
-} // namespace zel
+} // namespace zel::inline v1

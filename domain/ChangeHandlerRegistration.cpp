@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "domain/DomainInternals.h"
-#include "domain/HandlerCalls.h"
 #include "style/StylingLock.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
@@ -11,37 +10,28 @@
 namespace zel::inline v1 {
 namespace {
 
-/// Keeps a table's listeners where they are for the time of a registration's call.
-class RegistrationWalk {
-public:
-    RegistrationWalk(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
-                     ZelStyleChangeHandler&& handler)
-        : table_(table) {
-        auto& state = Attachment::of<StylingState>(*owner);
-        const ZelStyleable* styleable = owner->asZelStyleable();
-        const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
-        const PrivateGuard guard(linkLock);
-        state.node = state.node ? state.node : node;
-        Listener* present = table.find(state);
-        listener_ = present ? present : &table.insert(owner, state, styleable);
-        if (handler) {
-            added_ = &listener_->handlers.append(std::move(handler), table.nextHandler++);
-        }
-        table.beginWalk();
+/// Adds an object to a table, or another handler of it, and begins a walk, so that they stay where
+/// they are. Answers the handler that was added; nil for a handler object.
+Listener& add(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
+              ZelStyleChangeHandler&& handler, const ZelStyleChangeHandler*& added) {
+    auto& state = Attachment::of<StylingState>(*owner);
+    const ZelStyleable* styleable = owner->asZelStyleable();
+    const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
+    const PrivateGuard guard(linkLock);
+    state.node = state.node ? state.node : node;
+    Listener* const present = table.find(state);
+    Listener& listener = present ? *present : table.insert(owner, state, styleable);
+    auto& [first, later] = listener.handlers;
+    if (handler && first) {
+        later.push_back({std::move(handler), table.nextHandler++});
+        added = &later.back().handler;
+    } else if (handler) {
+        first = std::move(handler);
+        added = &first;
     }
-    RegistrationWalk(const RegistrationWalk&) = delete;
-    RegistrationWalk& operator=(const RegistrationWalk&) = delete;
-    ~RegistrationWalk() { table_.endWalk(); }
-
-    [[nodiscard]] Listener& listener() const noexcept { return *listener_; }
-    /// The handler that was added; nil for a handler object.
-    [[nodiscard]] const ZelStyleChangeHandler* added() const noexcept { return added_; }
-
-private:
-    ListenerTable& table_;
-    Listener* listener_ = nullptr;
-    const ZelStyleChangeHandler* added_ = nullptr;
-};
+    table.beginWalk();
+    return listener;
+}
 
 } // namespace
 
@@ -51,12 +41,17 @@ void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& ta
                                        ZelStyleChangeHandler handler,
                                        const std::shared_ptr<NSObject>& owner) {
     const StylingLock lock;
-    const RegistrationWalk walk(table, owner, std::move(handler));
-    HandlerCalls calls(walk.listener()); // before the owner is asked, which may unregister it
+    const ZelStyleChangeHandler* added = nullptr;
+    Listener& listener = add(table, owner, std::move(handler), added);
+    const struct Walk {
+        ~Walk() { table.endWalk(); }
+        ListenerTable& table;
+    } walk{table};
+    HandlerCalls calls(listener); // before the owner is asked, which may unregister it
     const auto style = _notifyStyleFor(domain, owner);
     calls.make(ZelStyleToken(style).serial(), [&] {
-        if (walk.added()) {
-            (*walk.added())(owner, style, ZelStyleChangeEventInitial);
+        if (added) {
+            (*added)(owner, style, ZelStyleChangeEventInitial);
         } else {
             owner->styleChangedWithEvent(style, ZelStyleChangeEventInitial);
         }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "domain/ChangeHandlers.h"
+#include "domain/Listener.h"
 #include "domain/StyleFamilies.h"
-#include "styleable/StylingState.h"
 
 #include <atomic>
 #include <cstddef>
@@ -13,38 +12,6 @@
 #include <vector>
 
 namespace zel::inline v1 {
-
-class ListenerTable;
-
-/// One listener of a domain: an owner with its change handlers, or a change handler object. Stays
-/// where it is until it was removed and no walk is under way.
-struct Listener {
-    /// How the style that applies to its object is found.
-    enum class Kind : std::uint8_t {
-        Plain, ///< not styleable: it has the main style
-        Known, ///< by its node in a tree whose links the library knows
-        Asked, ///< by asking it, and each object above it, for its parent
-    };
-
-    /// False once it was removed. Any thread.
-    [[nodiscard]] bool isLive() const noexcept { return live.load(std::memory_order_acquire); }
-
-    /// Destroys its handlers; no private lock is held.
-    [[gnu::noinline]] void endHandlers() noexcept {
-        const ChangeHandlers ended = std::move(handlers);
-    }
-
-    std::weak_ptr<NSObject> owner; ///< fixed
-    const NSObject* object;        ///< the owner's address, to be prefetched; fixed
-    StylingState* state;           ///< the owner's, for as long as that lives; fixed
-    ListenerTable* table;          ///< fixed
-    Kind kind;                     ///< fixed
-    std::atomic<bool> live{true};
-    unsigned running = 0;            ///< calls of its handlers under way; by the styling lock
-    ChangeHandlers handlers;         ///< changed under both locks; none of a handler object
-    std::size_t place = 0;           ///< in the table; by linkLock
-    Listener* nextOfOwner = nullptr; ///< by linkLock; once it is removed, the next removed one
-};
 
 /// What was removed from a table and has to be destroyed with no private lock held.
 class RemovedListeners {
@@ -110,8 +77,8 @@ public:
     void endWalk() noexcept;
 
     /// The listeners by place, nil where one was removed, for a walk that is under way.
-    [[nodiscard]] const std::vector<Listener*>& places() const noexcept
-        ZEL_NO_THREAD_SAFETY_ANALYSIS {
+    [[nodiscard]] const std::vector<Listener*>&
+    places() const noexcept ZEL_NO_THREAD_SAFETY_ANALYSIS {
         return places_;
     }
     /// Those that have to be asked for their parents.

@@ -51,15 +51,15 @@ void ListenerWalk::listTarget(const ZelStyleableNode* node) {
     if (node == nullptr || table_.size() == 0) {
         return;
     }
-    StyleableTree::forEachAtAndBelow(*node, [&](const ZelStyleableNode& each)
-                                                ZEL_REQUIRES(linkLock) {
-        const auto* state = Attachment::find<StylingState>(each.object());
-        const Listener* listener = state ? table_.find(*state) : nullptr;
-        if (listener && listener->kind == Listener::Kind::Known) {
-            StyleableTree::bind(each, *state);
-            list(*listener);
-        }
-    });
+    StyleableTree::forEachAtAndBelow(
+        *node, [&](const ZelStyleableNode& each) ZEL_REQUIRES(linkLock) {
+            const auto* state = Attachment::find<StylingState>(each.object());
+            const Listener* listener = state ? table_.find(*state) : nullptr;
+            if (listener && listener->kind == Listener::Kind::Known) {
+                StyleableTree::bind(each, *state);
+                list(*listener);
+            }
+        });
 }
 
 /// Goes on with the places behind the last one that was visited.

@@ -97,8 +97,7 @@ private:
     }
     void leaveList() noexcept;
     StyleableTree::Binding bindAhead(const ZelStyleableNode& node);
-    [[gnu::always_inline]] void
-    prefetchAhead(const std::vector<Listener*>& places) const noexcept;
+    [[gnu::always_inline]] void prefetchAhead(const std::vector<Listener*>& places) const noexcept;
     const FoundStyles::Found* resolve(const Listener& listener, const NSObject& owner);
 
     ListenerTable& table_;

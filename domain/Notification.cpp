@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "domain/DomainInternals.h"
-#include "domain/HandlerCalls.h"
 #include "domain/ListenerWalk.h"
 #include "style/StylingLock.h"
 
@@ -66,15 +65,15 @@ bool isDue(const FoundStyles::Found& found, const StylingState& listener,
 }
 
 /// Calls an owner's later handlers, those that were registered before `bound`.
-[[gnu::noinline]] void callLater(const FoundStyles::Found& found, Listener& listener, HandlerCalls& calls,
-               const std::shared_ptr<NSObject>& owner, const ZelStyleDelivery& delivery,
-               std::uint64_t bound) {
-    const ChangeHandlers& handlers = listener.handlers;
-    const std::size_t later = handlers.laterBefore(bound);
-    for (std::size_t i = 0; i < later && listener.isLive(); ++i) {
+[[gnu::noinline]] void callLater(const FoundStyles::Found& found, Listener& listener,
+                                 HandlerCalls& calls, const std::shared_ptr<NSObject>& owner,
+                                 const ZelStyleDelivery& delivery, std::uint64_t bound) {
+    for (const ChangeHandlers::Later& each : listener.handlers.later) {
+        if (each.number >= bound || !listener.isLive()) {
+            return;
+        }
         if (isDue(found, *listener.state, delivery)) {
-            calls.make(found.serial,
-                       [&] { handlers.later(i)(owner, found.style, delivery.withEvent); });
+            calls.make(found.serial, [&] { each.handler(owner, found.style, delivery.withEvent); });
         }
     }
 }
@@ -91,13 +90,13 @@ inline void _applyStyle(const FoundStyles::Found& found, Listener& listener,
     }
     HandlerCalls calls(listener);
     const ChangeHandlers& handlers = listener.handlers;
-    if (handlers.isEmpty()) {
+    if (!handlers.first) {
         calls.make(found.serial,
                    [&] { owner->styleChangedWithEvent(found.style, delivery.withEvent); });
         return;
     }
-    calls.make(found.serial, [&] { handlers.first()(owner, found.style, delivery.withEvent); });
-    if (handlers.hasLater()) [[unlikely]] {
+    calls.make(found.serial, [&] { handlers.first(owner, found.style, delivery.withEvent); });
+    if (!handlers.later.empty()) [[unlikely]] {
         callLater(found, listener, calls, owner, delivery, bound);
     }
 }

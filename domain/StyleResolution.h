@@ -78,9 +78,9 @@ private:
 
     ZelStyleDomain& domain_;
     const ZelStyleDelivery& delivery_;
-    std::array<Found, 8> found_;   ///< by nodes
-    std::size_t oldest_ = 0;       ///< of them
-    Found* last_ = &found_[0];     ///< of them; no node's binding equals one of no epoch
+    std::array<Found, 8> found_; ///< by nodes
+    std::size_t oldest_ = 0;     ///< of them
+    Found* last_ = &found_[0];   ///< of them; no node's binding equals one of no epoch
     Found asked_;
     Found main_;
     bool isOfFamily_ = false;

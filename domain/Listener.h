@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "domain/StyleFamilies.h"
+#include "styleable/StylingState.h"
+
+#include <ZelStyleKit/ZelStyleChangeEvent.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <utility>
+
+namespace zel::inline v1 {
+
+class ListenerTable;
+
+/// One owner's change handlers, in the order of registration. Most owners have one; adding later
+/// ones moves none of them: one may be running.
+struct ChangeHandlers {
+    struct Later {
+        ZelStyleChangeHandler handler;
+        std::uint64_t number; ///< see `ListenerTable::nextHandler`
+    };
+    ZelStyleChangeHandler first;
+    std::list<Later> later;
+};
+
+/// One listener of a domain: an owner with its change handlers, or a change handler object. Stays
+/// where it is until it was removed and no walk is under way.
+struct Listener {
+    /// How the style that applies to its object is found.
+    enum class Kind : std::uint8_t {
+        Plain, ///< not styleable: it has the main style
+        Known, ///< by its node in a tree whose links the library knows
+        Asked, ///< by asking it, and each object above it, for its parent
+    };
+
+    /// False once it was removed. Any thread.
+    [[nodiscard]] bool isLive() const noexcept { return live.load(std::memory_order_acquire); }
+
+    /// Destroys its handlers; no private lock is held.
+    [[gnu::noinline]] void endHandlers() noexcept {
+        const ChangeHandlers ended = std::move(handlers);
+    }
+
+    std::weak_ptr<NSObject> owner; ///< fixed
+    const NSObject* object;        ///< the owner's address, to be prefetched; fixed
+    StylingState* state;           ///< the owner's, for as long as that lives; fixed
+    ListenerTable* table;          ///< fixed
+    Kind kind;                     ///< fixed
+    std::atomic<bool> live{true};
+    unsigned running = 0;            ///< calls of its handlers under way; by the styling lock
+    ChangeHandlers handlers;         ///< changed under both locks; none of a handler object
+    std::size_t place = 0;           ///< in the table; by linkLock
+    Listener* nextOfOwner = nullptr; ///< by linkLock; once it is removed, the next removed one
+};
+
+/// Calls of one listener. Keeps its handlers where they are even where a call removes the listener;
+/// the last of those within each other destroys what was removed.
+/// Threads: the styling lock is held, and the listener's owner.
+class HandlerCalls {
+public:
+    explicit HandlerCalls(Listener& listener) noexcept : listener_(listener) {
+        ++listener_.running;
+    }
+    HandlerCalls(const HandlerCalls&) = delete;
+    HandlerCalls& operator=(const HandlerCalls&) = delete;
+    [[gnu::always_inline]] ~HandlerCalls() {
+        if (--listener_.running == 0 && !listener_.isLive()) [[unlikely]] {
+            listener_.endHandlers();
+        }
+    }
+
+    /// Makes a call, then notes the style of that serial as delivered. Where that may belie what a
+    /// walk has noted of all listeners, meanwhile or in another domain, the note is invalidated.
+    template <class Call>
+    void make(std::uint64_t serial, Call call) {
+        requireNoPrivateLock();
+        const std::uint64_t notes = StyleFamilies::notes;
+        call();
+        auto& state = *listener_.state;
+        auto& last = state.lastZelStyle;
+        if (notes != StyleFamilies::notes ||
+            (state.hasListenedElsewhere && last.load(std::memory_order_relaxed) != serial))
+            [[unlikely]] {
+            bindingChanges.increment();
+        }
+        last.store(serial, std::memory_order_relaxed);
+    }
+
+private:
+    Listener& listener_;
+};
+
+} // namespace zel::inline v1

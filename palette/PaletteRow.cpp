@@ -63,12 +63,12 @@ void computePalette(std::span<const PaletteRow> rows, PaletteValues& values, boo
 
 PaletteValues presetsOf(const ZelStyle& style) {
     PaletteValues values;
-    for (AttributeIndex key = 0; key < ZelStyleAttributeCount; ++key) {
-        const AttributeSlot slot =
-            ZelStyleInternals::predefinedSlot(style, static_cast<ZelStyleAttribute>(key));
-        values.presets[key] = slot.tag == AttributeSlot::other
-                                  ? ZelStyleInternals::effectiveValue(style, key)
-                                  : slot.asValue();
+    for (std::size_t i = 0; i < values.presets.size(); ++i) {
+        const auto attribute = static_cast<ZelStyleAttribute>(i);
+        const AttributeSlot slot = ZelStyleInternals::predefinedSlot(style, attribute);
+        values.presets[i] = slot.tag == AttributeSlot::other
+                                ? ZelStyleInternals::effectiveValue(style, attribute)
+                                : slot.asValue();
     }
     return values;
 }

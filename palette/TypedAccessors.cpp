@@ -28,7 +28,7 @@ std::optional<NSNumber> readNumber(const ZelStyle& style, ZelStyleAttribute attr
 
 template <class Value>
 void write(ZelStyle& style, ZelStyleAttribute attribute, const std::optional<Value>& value) {
-    ZelStyleInternals::setValueAt(style, static_cast<AttributeIndex>(attribute),
+    ZelStyleInternals::setValueAt(style, attribute,
                                   value ? std::optional<ZelAttributeValue>(*value) : std::nullopt);
 }
 

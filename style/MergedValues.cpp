@@ -5,17 +5,11 @@
 #include <utility>
 
 namespace zel::inline v1 {
-namespace {
 
-std::string_view keyAt(AttributeIndex index) noexcept {
-    return ZelStyleAttributeKeyOf(static_cast<ZelStyleAttribute>(index));
-}
-
-} // namespace
-
-std::optional<ZelAttributeValue> MergedValues::find(AttributeIndex index) const {
-    const AttributeSlot slot = slots_[index].load();
-    return slot.tag == AttributeSlot::other ? find(keyAt(index)) : slot.asValue();
+std::optional<ZelAttributeValue> MergedValues::find(ZelStyleAttribute attribute) const {
+    const AttributeSlot slot = slots_[static_cast<std::size_t>(attribute)].load();
+    return slot.tag == AttributeSlot::other ? find(ZelStyleAttributeKeyOf(attribute))
+                                            : slot.asValue();
 }
 
 std::optional<ZelAttributeValue> MergedValues::find(std::string_view customKey) const {
@@ -26,9 +20,10 @@ std::optional<ZelAttributeValue> MergedValues::find(std::string_view customKey) 
 const std::shared_ptr<const ZelAttributeDictionary>& MergedValues::snapshot() {
     if (!snapshot_) {
         auto dictionary = std::make_shared<ZelAttributeDictionary>(others_);
-        for (AttributeIndex index = 0; index < slots_.size(); ++index) {
-            if (const auto value = slots_[index].load().asValue()) {
-                dictionary->emplace(keyAt(index), *value);
+        for (std::size_t i = 0; i < slots_.size(); ++i) {
+            if (const auto value = slots_[i].load().asValue()) {
+                dictionary->emplace(ZelStyleAttributeKeyOf(static_cast<ZelStyleAttribute>(i)),
+                                    *value);
             }
         }
         snapshot_ = std::move(dictionary);
@@ -43,12 +38,12 @@ MergedValues::Invalidated MergedValues::invalidate() noexcept {
 
 // What an earlier computation that ran out of memory has left is overwritten.
 void MergedValues::compute(const MergedValues* parent, const OwnValues& own) {
-    for (AttributeIndex index = 0; index < slots_.size(); ++index) {
-        slots_[index].store(parent ? parent->slots_[index].load() : AttributeSlot());
+    for (std::size_t i = 0; i < slots_.size(); ++i) {
+        slots_[i].store(parent ? parent->slots_[i].load() : AttributeSlot());
     }
     others_ = parent ? parent->others_ : ZelAttributeDictionary();
-    for (const auto& [index, value] : own.predefined()) {
-        putPredefined(index, value, parent == nullptr);
+    for (const auto& [attribute, value] : own.predefined()) {
+        putPredefined(attribute, value, parent == nullptr);
     }
     for (const auto& [key, value] : own.custom()) {
         put(key, value, parent == nullptr);
@@ -56,16 +51,17 @@ void MergedValues::compute(const MergedValues* parent, const OwnValues& own) {
     sequence_.store(sequence_.load(std::memory_order_relaxed) + 1, std::memory_order_release);
 }
 
-void MergedValues::putPredefined(AttributeIndex index, const ZelAttributeValue& value,
+void MergedValues::putPredefined(ZelStyleAttribute attribute, const ZelAttributeValue& value,
                                  bool isRoot) {
     const bool isRemoved = value.isNull() && !isRoot;
-    const bool hadOther = slots_[index].load().tag == AttributeSlot::other;
-    slots_[index].store(isRemoved ? AttributeSlot() : AttributeSlot::of(value));
+    AtomicSlot& slot = slots_[static_cast<std::size_t>(attribute)];
+    const bool hadOther = slot.load().tag == AttributeSlot::other;
+    slot.store(isRemoved ? AttributeSlot() : AttributeSlot::of(value));
     if (hadOther || value.other()) {
-        others_.erase(std::string(keyAt(index)));
+        others_.erase(std::string(ZelStyleAttributeKeyOf(attribute)));
     }
     if (value.other()) {
-        others_.emplace(keyAt(index), value);
+        others_.emplace(ZelStyleAttributeKeyOf(attribute), value);
     }
 }
 

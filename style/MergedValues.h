@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "style/AttributeKeys.h"
 #include "style/AttributeSlot.h"
 #include "style/OwnValues.h"
 
@@ -30,19 +29,19 @@ public:
     }
 
     /// Copies the slot of a predefined attribute; false while the values aren't there.
-    [[nodiscard, gnu::always_inline]] bool readPredefined(AttributeIndex index,
+    [[nodiscard, gnu::always_inline]] bool readPredefined(ZelStyleAttribute attribute,
                                                           AttributeSlot& slot) const noexcept {
         const std::uint64_t before = sequence_.load(std::memory_order_acquire);
         if ((before & 1) != 0) {
             return false;
         }
-        slot = slots_[index].load();
+        slot = slots_[static_cast<std::size_t>(attribute)].load();
         return sequence_.load(std::memory_order_relaxed) == before;
     }
 
     /// The merged value of a predefined attribute, or of any other key, the null marker included;
     /// while the values are there.
-    [[nodiscard]] std::optional<ZelAttributeValue> find(AttributeIndex index) const;
+    [[nodiscard]] std::optional<ZelAttributeValue> find(ZelStyleAttribute attribute) const;
     [[nodiscard]] std::optional<ZelAttributeValue> find(std::string_view customKey) const;
     /// All of them, an immutable copy by key, the same one until the values are invalidated.
     [[nodiscard]] const std::shared_ptr<const ZelAttributeDictionary>& snapshot();
@@ -60,7 +59,7 @@ public:
 
 private:
     void put(std::string_view key, const ZelAttributeValue& value, bool isRoot);
-    void putPredefined(AttributeIndex index, const ZelAttributeValue& value, bool isRoot);
+    void putPredefined(ZelStyleAttribute attribute, const ZelAttributeValue& value, bool isRoot);
 
     std::atomic<std::uint64_t> sequence_{1};
     std::array<AtomicSlot, ZelStyleAttributeCount> slots_;

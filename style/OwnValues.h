@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "style/AttributeKeys.h"
-
 #include <ZelStyleKit/ZelAttributeValue.h>
+#include <ZelStyleKit/ZelStyleAttributes.h>
 
 #include <optional>
 #include <string_view>
@@ -15,14 +14,15 @@ namespace zel::inline v1 {
 class OwnValues {
 public:
     struct Predefined {
-        AttributeIndex index;
+        ZelStyleAttribute attribute;
         ZelAttributeValue value;
     };
 
     [[nodiscard]] const ZelAttributeValue* find(std::string_view key) const;
     /// Stores a value and hands out the one that it replaces, to be destroyed outside the lock.
     std::optional<ZelAttributeValue> set(std::string_view key, const ZelAttributeValue& value);
-    std::optional<ZelAttributeValue> set(AttributeIndex index, const ZelAttributeValue& value);
+    std::optional<ZelAttributeValue> set(ZelStyleAttribute attribute,
+                                         const ZelAttributeValue& value);
 
     /// The values of predefined attributes, in the order of their list.
     [[nodiscard]] const std::vector<Predefined>& predefined() const noexcept { return predefined_; }

@@ -1,22 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
 
+#include "platform/locks/PrivateLock.h"
+#include "platform/objects/HostFunction.h"
+
 #include <utility>
 
 namespace zel::inline v1 {
-namespace {
-
-template <class Block>
-Block copyOf(const std::shared_ptr<const Block>& block) {
-    return block ? *block : Block();
-}
-
-} // namespace
 
 std::string_view ZelStyleDefaultValueProviderIdentifierBase = "base";
 std::string_view ZelStyleDefaultValueProviderIdentifierMain = "main";
 
-ZelStyleDefaultValueProvider::ZelStyleDefaultValueProvider() = default;
+/// The blocks are called where they are kept, so that what one keeps lasts from run to run.
+struct ZelStyleDefaultValueProvider::State {
+    PrivateLock lock;
+    std::optional<std::string> identifier ZEL_GUARDED_BY(lock);
+    std::optional<Identifiers> required ZEL_GUARDED_BY(lock);
+    HostFunction<ProviderBlock> providerBlock;
+    HostFunction<ApplyBlock> willApplyBlock;
+    HostFunction<ApplyBlock> didApplyBlock;
+};
+
+ZelStyleDefaultValueProvider::ZelStyleDefaultValueProvider() : state_(std::make_unique<State>()) {}
 
 ZelStyleDefaultValueProvider::~ZelStyleDefaultValueProvider() = default;
 
@@ -34,8 +39,8 @@ std::shared_ptr<ZelStyleDefaultValueProvider> ZelStyleDefaultValueProvider::init
         return nullptr;
     }
     {
-        const std::scoped_lock guard(mutex_);
-        identifier_ = std::string(identifier);
+        const PrivateGuard guard(state_->lock);
+        state_->identifier = std::string(identifier);
     }
     const bool hasRequirement = afterRunning && !afterRunning->empty();
     setRequiredDefaultValueProviders(
@@ -47,7 +52,7 @@ std::shared_ptr<ZelStyleDefaultValueProvider> ZelStyleDefaultValueProvider::init
 
 void ZelStyleDefaultValueProvider::provideDefaultValuesFor(
     const std::shared_ptr<ZelStyle>& style, const std::shared_ptr<ZelStyleScheme>& withScheme) {
-    if (const auto block = held(providerBlock_)) {
+    if (const auto block = state_->providerBlock.get()) {
         (*block)(style, withScheme);
     }
 }
@@ -55,7 +60,7 @@ void ZelStyleDefaultValueProvider::provideDefaultValuesFor(
 void ZelStyleDefaultValueProvider::willApply(
     const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
     const std::shared_ptr<ZelStyle>& toStyle, const std::shared_ptr<ZelStyleScheme>& withScheme) {
-    if (const auto block = held(willApplyBlock_)) {
+    if (const auto block = state_->willApplyBlock.get()) {
         (*block)(toStyle, withScheme,
                  std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this()),
                  provider);
@@ -65,7 +70,7 @@ void ZelStyleDefaultValueProvider::willApply(
 void ZelStyleDefaultValueProvider::didApply(
     const std::shared_ptr<ZelStyleDefaultValueProvider>& provider,
     const std::shared_ptr<ZelStyle>& toStyle, const std::shared_ptr<ZelStyleScheme>& withScheme) {
-    if (const auto block = held(didApplyBlock_)) {
+    if (const auto block = state_->didApplyBlock.get()) {
         (*block)(toStyle, withScheme,
                  std::static_pointer_cast<ZelStyleDefaultValueProvider>(shared_from_this()),
                  provider);
@@ -73,60 +78,44 @@ void ZelStyleDefaultValueProvider::didApply(
 }
 
 std::optional<std::string> ZelStyleDefaultValueProvider::identifier() const {
-    const std::scoped_lock guard(mutex_);
-    return identifier_;
+    const PrivateGuard guard(state_->lock);
+    return state_->identifier;
 }
 
 std::optional<ZelStyleDefaultValueProvider::Identifiers>
 ZelStyleDefaultValueProvider::requiredDefaultValueProviders() const {
-    const std::scoped_lock guard(mutex_);
-    return required_;
+    const PrivateGuard guard(state_->lock);
+    return state_->required;
 }
 
 void ZelStyleDefaultValueProvider::setRequiredDefaultValueProviders(
     std::optional<Identifiers> required) {
-    const std::scoped_lock guard(mutex_);
-    required_ = std::move(required);
-}
-
-template <class Block>
-std::shared_ptr<const Block>
-ZelStyleDefaultValueProvider::held(const std::shared_ptr<const Block>& field) const {
-    const std::scoped_lock guard(mutex_);
-    return field;
-}
-
-// The replaced callback ends after the lock is released, and after its last run: it may hold
-// anything.
-template <class Block>
-void ZelStyleDefaultValueProvider::replace(std::shared_ptr<const Block>& field, Block block) {
-    auto shared = block ? std::make_shared<const Block>(std::move(block)) : nullptr;
-    const std::scoped_lock guard(mutex_);
-    field.swap(shared);
+    const PrivateGuard guard(state_->lock);
+    state_->required.swap(required);
 }
 
 ZelStyleDefaultValueProvider::ProviderBlock ZelStyleDefaultValueProvider::providerBlock() const {
-    return copyOf(held(providerBlock_));
+    return state_->providerBlock.copy();
 }
 
 void ZelStyleDefaultValueProvider::setProviderBlock(ProviderBlock block) {
-    replace(providerBlock_, std::move(block));
+    state_->providerBlock.set(std::move(block));
 }
 
 ZelStyleDefaultValueProvider::ApplyBlock ZelStyleDefaultValueProvider::willApplyBlock() const {
-    return copyOf(held(willApplyBlock_));
+    return state_->willApplyBlock.copy();
 }
 
 void ZelStyleDefaultValueProvider::setWillApplyBlock(ApplyBlock block) {
-    replace(willApplyBlock_, std::move(block));
+    state_->willApplyBlock.set(std::move(block));
 }
 
 ZelStyleDefaultValueProvider::ApplyBlock ZelStyleDefaultValueProvider::didApplyBlock() const {
-    return copyOf(held(didApplyBlock_));
+    return state_->didApplyBlock.copy();
 }
 
 void ZelStyleDefaultValueProvider::setDidApplyBlock(ApplyBlock block) {
-    replace(didApplyBlock_, std::move(block));
+    state_->didApplyBlock.set(std::move(block));
 }
 
 } // namespace zel::inline v1

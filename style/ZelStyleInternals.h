@@ -22,17 +22,17 @@ struct ZelStyleInternals {
     [[nodiscard, gnu::always_inline]] static bool
     readPredefined(const ZelStyle& style, ZelStyleAttribute attribute, AttributeSlot& slot) {
         const MergedValues* merged = state(style).merged.load(std::memory_order_acquire);
-        return merged && merged->readPredefined(static_cast<AttributeIndex>(attribute), slot);
+        return merged && merged->readPredefined(attribute, slot);
     }
     /// The same in any case: computes the merged values where they aren't there.
     static AttributeSlot predefinedSlot(const ZelStyle& style, ZelStyleAttribute attribute);
 
     /// The effective value of a predefined attribute, nothing for the null marker.
     static std::optional<ZelAttributeValue> effectiveValue(const ZelStyle& style,
-                                                           AttributeIndex index);
+                                                           ZelStyleAttribute attribute);
 
     /// Stores an own value, nil as the null marker, and invalidates the merged ones.
-    static void setValueAt(ZelStyle& style, AttributeIndex index,
+    static void setValueAt(ZelStyle& style, ZelStyleAttribute attribute,
                            const std::optional<ZelAttributeValue>& value);
     /// Stores own values by the place of their attribute, those that are there, at once.
     static void

@@ -59,6 +59,21 @@ auto readComputed(const ZelStyle& style, Read read) {
     return result;
 }
 
+/// Writes own values and invalidates the merged ones. What `write` answers, the replaced values, is
+/// destroyed outside the lock.
+template <class Write>
+void writeOwn(State& state, Write write) {
+    decltype(write(state.own)) replaced;
+    MergedValues::Invalidated invalidated;
+    const PrivateGuard guard(stylesLock);
+    replaced = write(state.own);
+    invalidated = state.invalidateMerged();
+}
+
+ZelAttributeValue orNull(const std::optional<ZelAttributeValue>& value) {
+    return value.value_or(ZelAttributeValue(NSNull{}));
+}
+
 std::optional<ZelAttributeValue> withoutNull(std::optional<ZelAttributeValue> value) {
     return value && value->isNull() ? std::nullopt : std::move(value);
 }
@@ -80,7 +95,7 @@ AttributeSlot ZelStyleInternals::predefinedSlot(const ZelStyle& style,
     if (!readPredefined(style, attribute, slot)) [[unlikely]] {
         slot = readComputed(style, [&](const MergedValues& merged) {
             AttributeSlot read;
-            (void)merged.readPredefined(static_cast<AttributeIndex>(attribute), read);
+            (void)merged.readPredefined(attribute, read);
             return read; // computed and locked: it can't fail
         });
     }
@@ -98,21 +113,20 @@ ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
 }
 
 std::optional<ZelAttributeValue> ZelStyleInternals::effectiveValue(const ZelStyle& style,
-                                                                   AttributeIndex index) {
+                                                                   ZelStyleAttribute attribute) {
     AttributeSlot slot;
-    if (readPredefined(style, static_cast<ZelStyleAttribute>(index), slot) &&
-        slot.tag != AttributeSlot::other) [[likely]] {
+    if (readPredefined(style, attribute, slot) && slot.tag != AttributeSlot::other) [[likely]] {
         return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
     }
     return withoutNull(
-        readComputed(style, [&](const MergedValues& merged) { return merged.find(index); }));
+        readComputed(style, [&](const MergedValues& merged) { return merged.find(attribute); }));
 }
 
 // Reading computes the merged values under any key, nil included.
 std::optional<ZelAttributeValue>
 ZelStyle::effectiveValueForAttribute(const std::optional<std::string_view>& key) const {
-    if (const auto index = key ? indexOfAttribute(*key) : std::nullopt) {
-        return ZelStyleInternals::effectiveValue(*this, *index);
+    if (const auto attribute = key ? ZelStyleAttributeForKey(*key) : std::nullopt) {
+        return ZelStyleInternals::effectiveValue(*this, *attribute);
     }
     return withoutNull(readComputed(
         *this, [&](const MergedValues& merged) { return key ? merged.find(*key) : std::nullopt; }));
@@ -127,34 +141,26 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
     if (!forAttribute) {
         throw ZelInvalidArgument("an attribute key must not be nil");
     }
-    std::optional<ZelAttributeValue> replaced; // these two are destroyed outside the lock
-    MergedValues::Invalidated invalidated;
-    const PrivateGuard guard(stylesLock);
-    replaced = state_->own.set(*forAttribute, value.value_or(ZelAttributeValue(NSNull{})));
-    invalidated = state_->invalidateMerged();
+    writeOwn(*state_, [&](OwnValues& own) { return own.set(*forAttribute, orNull(value)); });
 }
 
-void ZelStyleInternals::setValueAt(ZelStyle& style, AttributeIndex index,
+void ZelStyleInternals::setValueAt(ZelStyle& style, ZelStyleAttribute attribute,
                                    const std::optional<ZelAttributeValue>& value) {
-    std::optional<ZelAttributeValue> replaced; // as above
-    MergedValues::Invalidated invalidated;
-    const PrivateGuard guard(stylesLock);
-    replaced = state(style).own.set(index, value.value_or(ZelAttributeValue(NSNull{})));
-    invalidated = state(style).invalidateMerged();
+    writeOwn(state(style), [&](OwnValues& own) { return own.set(attribute, orNull(value)); });
 }
 
 void ZelStyleInternals::setValuesAt(
     ZelStyle& style,
     std::span<const std::optional<ZelAttributeValue>, ZelStyleAttributeCount> values) {
-    std::array<std::optional<ZelAttributeValue>, ZelStyleAttributeCount> replaced; // as above
-    MergedValues::Invalidated invalidated;
-    const PrivateGuard guard(stylesLock);
-    for (AttributeIndex index = 0; index < values.size(); ++index) {
-        if (values[index]) {
-            replaced[index] = state(style).own.set(index, *values[index]);
+    writeOwn(state(style), [&](OwnValues& own) {
+        std::array<std::optional<ZelAttributeValue>, ZelStyleAttributeCount> replaced;
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (values[i]) {
+                replaced[i] = own.set(static_cast<ZelStyleAttribute>(i), *values[i]);
+            }
         }
-    }
-    invalidated = state(style).invalidateMerged();
+        return replaced;
+    });
 }
 
 void ZelStyleInternals::_incrementSeed(ZelStyle& style) {

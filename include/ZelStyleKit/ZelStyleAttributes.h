@@ -4,6 +4,7 @@
 #include <ZelStyleKit/Export.h>
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 /// The predefined attributes, each named once: X(key, Key, Kind, group), where `key` is the string,
@@ -92,5 +93,9 @@ inline constexpr std::size_t ZelStyleAttributeCount = 0 ZEL_STYLE_ATTRIBUTES(ZEL
 /// The key string of a predefined attribute.
 [[nodiscard]] ZEL_EXPORT std::string_view
 ZelStyleAttributeKeyOf(ZelStyleAttribute attribute) noexcept;
+
+/// The predefined attribute with that key string; nothing for any other key.
+[[nodiscard]] ZEL_EXPORT std::optional<ZelStyleAttribute>
+ZelStyleAttributeForKey(std::string_view key);
 
 } // namespace zel::inline v1

@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -91,17 +90,8 @@ public:
     void setDidApplyBlock(ApplyBlock block);
 
 private:
-    template <class Block>
-    std::shared_ptr<const Block> held(const std::shared_ptr<const Block>& field) const;
-    template <class Block>
-    void replace(std::shared_ptr<const Block>& field, Block block);
-
-    mutable std::mutex mutex_; // guards everything below, for single accesses
-    std::optional<std::string> identifier_;
-    std::optional<Identifiers> required_;
-    std::shared_ptr<const ProviderBlock> providerBlock_;
-    std::shared_ptr<const ApplyBlock> willApplyBlock_;
-    std::shared_ptr<const ApplyBlock> didApplyBlock_;
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 } // namespace zel::inline v1

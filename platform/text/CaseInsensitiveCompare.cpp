@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/text/HostFunction.h"
+#include "platform/objects/HostFunction.h"
 #include "platform/text/Utf8.h"
 
 #include <ZelStyleKit/NSBundle.h>

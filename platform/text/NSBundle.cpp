@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSBundle.h>
 
-#include "platform/text/HostFunction.h"
+#include "platform/objects/HostFunction.h"
 #include "platform/text/LocalizedStrings.h"
 
 #include <cstdlib>

@@ -40,7 +40,9 @@ TEST_F(AttributeKeyTests, EveryPlaceInTheListHasItsKey) {
     EXPECT_EQ(ZelStyleAttributeKeyOf(ZelStyleAttribute::StyleType), "styleType");
     for (const AttributeRow& row : attributeRows()) {
         EXPECT_EQ(ZelStyleAttributeKeyOf(row.attribute), row.key);
+        EXPECT_EQ(ZelStyleAttributeForKey(row.key), row.attribute);
     }
+    EXPECT_EQ(ZelStyleAttributeForKey("labelcolor"), std::nullopt);
 }
 
 // Deliberate spelling: it is part of the public vocabulary.

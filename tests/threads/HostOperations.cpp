@@ -180,6 +180,8 @@ std::vector<Operation> platformOperations() {
         {"NSApp", true, [](World&) { (void)NSApp(); }},
         {"localizedCaseInsensitiveCompare", true, compareNames},
         {"setLocalizedComparison", true, compareNames},
+        {"ZelStyleAttributeForKey", true,
+         [](World&) { (void)ZelStyleAttributeForKey("labelColor"); }},
         {"ZelStyleAttributeKeyOf", true,
          [](World&) { (void)ZelStyleAttributeKeyOf(ZelStyleAttribute::LabelColor); }},
         {"NSApplication::NSApplication", false, [](World&) { (void)alloc<NSApplication>(); }},

@@ -1,35 +1,41 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/locks/PrivateLock.h"
+
 #include <memory>
-#include <mutex>
 #include <utility>
 
 namespace zel::inline v1 {
 
-/// A function that a host may set, to be asked instead of the library's own.
+/// A function that a host may set.
 /// Owns: the function. Threads: any, in the function itself as well, which is called and destroyed
-/// with no lock held: whoever asks holds it meanwhile.
+/// with no lock held: whoever calls it holds it meanwhile.
 template <class Function>
 class HostFunction {
 public:
-    /// The function that is set; nil where none is.
+    /// The function that is set; nil where none is. To be called where it is kept.
     [[nodiscard]] std::shared_ptr<const Function> get() const {
-        const std::scoped_lock guard(mutex_);
+        const PrivateGuard guard(lock_);
         return function_;
+    }
+    /// A copy of it, empty where none is set.
+    [[nodiscard]] Function copy() const {
+        const auto held = get();
+        return held ? *held : Function();
     }
     void set(Function function) {
         std::shared_ptr<const Function> former; // ends after the guard does
         if (function) {
             former = std::make_shared<const Function>(std::move(function));
         }
-        const std::scoped_lock guard(mutex_);
+        const PrivateGuard guard(lock_);
         function_.swap(former);
     }
 
 private:
-    mutable std::mutex mutex_;
-    std::shared_ptr<const Function> function_; // guarded by the mutex
+    mutable PrivateLock lock_;
+    std::shared_ptr<const Function> function_ ZEL_GUARDED_BY(lock_);
 };
 
 } // namespace zel::inline v1

@@ -74,16 +74,16 @@ public:
         }
     }
 
-    /// Makes a call, then notes the style of that serial as delivered. Where that may belie what a
-    /// walk has noted of all listeners, meanwhile or in another domain, the note is invalidated.
+    /// Makes a call, then notes the style of that serial as delivered. Where that may belie
+    /// families that were built meanwhile, or those of another domain, they are invalidated.
     template <class Call>
     void make(std::uint64_t serial, Call call) {
         requireNoPrivateLock();
-        const std::uint64_t notes = StyleFamilies::notes;
+        const std::uint64_t families = StyleFamilies::completions;
         call();
         auto& state = *listener_.state;
         auto& last = state.lastZelStyle;
-        if (notes != StyleFamilies::notes ||
+        if (families != StyleFamilies::completions ||
             (state.hasListenedElsewhere && last.load(std::memory_order_relaxed) != serial))
             [[unlikely]] {
             bindingChanges.increment();

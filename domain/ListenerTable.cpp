@@ -45,7 +45,7 @@ Listener& ListenerTable::insert(const std::shared_ptr<NSObject>& owner, StylingS
     state.hasListenedElsewhere = state.hasListenedElsewhere || state.listeners;
     added.nextOfOwner = state.listeners;
     state.listeners = &added;
-    families.noteAdded();
+    families.invalidate();
     size_.fetch_add(1, std::memory_order_relaxed);
     return added;
 }
@@ -98,7 +98,7 @@ void ListenerTable::takeOut(Listener& listener, RemovedListeners& removed, bool 
     if (listener.kind == Listener::Kind::Asked) {
         asked_.erase(&listener);
     }
-    families.noteRemoved();
+    families.invalidate();
     size_.fetch_sub(1, std::memory_order_relaxed);
     if (walks_ == 0) {
         vacate(listener);

@@ -53,7 +53,9 @@ public:
         return resolve(listener, owner);
     }
 
-    /// Whether all listeners were visited and nothing has changed meanwhile.
+    /// Whether it visits all listeners, by no list.
+    [[nodiscard]] bool visitsAll() const noexcept { return visitsAll_; }
+    /// Whether it has visited all listeners and nothing has changed meanwhile.
     [[nodiscard]] bool hasVisitedAll() const noexcept {
         return visitsAll_ && end_ == table_.places().size() && begun_ == StylingMoment::now();
     }

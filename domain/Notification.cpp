@@ -24,36 +24,6 @@ struct NotificationPath {
     }
 };
 
-/// Builds the index of a table's listeners by style, where the last walk over all has left each
-/// with its style. Without memory for it there is none: a walk over all needs none.
-void buildFamilies(ZelStyleDomain& domain, ListenerTable& table) {
-    StyleFamilies& families = table.families;
-    {
-        const PrivateGuard guard(linkLock);
-        if (families.isCurrent() || !families.canBuild()) {
-            return;
-        }
-        families.beginBuilding();
-    }
-    try {
-        const ZelStyleDelivery unforced;
-        FoundStyles styles(domain, unforced);
-        ListenerWalk walk(table, styles, nullptr, nullptr);
-        while (Listener* const listener = walk.next()) {
-            const auto owner = listener->owner.lock();
-            if (!owner || listener->kind == Listener::Kind::Asked) {
-                continue;
-            }
-            if (const auto* found = walk.styleOf(*listener, *owner); found && found->style) {
-                families.add(found->style, *listener);
-            }
-        }
-        families.endBuilding(true);
-    } catch (...) {
-        families.endBuilding(false);
-    }
-}
-
 /// Whether a listener is called with a style: where another one was delivered to its object last,
 /// or where the delivery forces this one, as was found when it was looked up.
 bool isDue(const FoundStyles::Found& found, const StylingState& listener,
@@ -101,28 +71,40 @@ inline void _applyStyle(const FoundStyles::Found& found, Listener& listener,
     }
 }
 
+/// A delivery's building of the families, which ends with it, whatever is raised.
+struct FamiliesBuilding {
+    ~FamiliesBuilding() {
+        if (families) {
+            families->endBuilding(isComplete);
+        }
+    }
+    StyleFamilies* const families; ///< nil: it builds none
+    bool isComplete = false;
+};
+
 void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr<NSObject>& target,
              const ZelStyleDelivery& delivery) {
     if (table.size() == 0) {
         return;
     }
     const ZelStyle* family = !target && delivery.force ? delivery.forStyleOnly.get() : nullptr;
-    if (family) {
-        buildFamilies(domain, table);
-    }
     FoundStyles styles(domain, delivery);
     const std::uint64_t bound = table.nextHandler;
     ListenerWalk walk(table, styles, target, family);
+    const bool builds = family && walk.visitsAll() && table.families.beginBuilding();
+    FamiliesBuilding building{builds ? &table.families : nullptr};
     while (Listener* const listener = walk.next()) {
         const auto owner = listener->owner.lock();
         const auto* const found = owner ? walk.styleOf(*listener, *owner) : nullptr;
-        if (found) {
-            _applyStyle(*found, *listener, owner, delivery, bound);
+        if (found == nullptr) {
+            continue;
         }
+        if (builds && found->style && listener->kind != Listener::Kind::Asked) [[unlikely]] {
+            table.families.add(found->style, *listener);
+        }
+        _applyStyle(*found, *listener, owner, delivery, bound);
     }
-    if (walk.hasVisitedAll()) {
-        table.families.noteWalked(StylingMoment::now());
-    }
+    building.isComplete = walk.hasVisitedAll();
 }
 
 void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,

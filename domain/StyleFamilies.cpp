@@ -3,17 +3,26 @@
 
 #include <ZelStyleKit/ZelStyle.h>
 
+#include <new>
+#include <utility>
+
 namespace zel::inline v1 {
 
-void StyleFamilies::beginBuilding() noexcept {
-    isBuilding_ = true;
-    isStale_ = false;
-    built_ = {};
+bool StyleFamilies::beginBuilding() {
+    const auto now = StylingMoment::now();
+    if (isBuilding_ || std::exchange(asked_, now) != now) {
+        return false;
+    }
     nodes_.clear();
+    built_ = {};
+    isBuilding_ = hasAll_ = true;
+    const PrivateGuard guard(linkLock);
+    isStale_ = false;
+    return true;
 }
 
 // Each style is linked to its parent once, whether or not that has listeners.
-void StyleFamilies::add(const std::shared_ptr<ZelStyle>& style, Listener& listener) {
+void StyleFamilies::add(const std::shared_ptr<ZelStyle>& style, Listener& listener) noexcept try {
     const auto [own, isNew] = nodes_.try_emplace(style->token().serial());
     own->second.listeners.push_back(&listener);
     std::uint64_t child = style->token().serial();
@@ -24,11 +33,16 @@ void StyleFamilies::add(const std::shared_ptr<ZelStyle>& style, Listener& listen
         child = parent->token().serial();
         parent = isNewParent ? parent->parentStyle() : nullptr;
     }
+} catch (const std::bad_alloc&) {
+    hasAll_ = false;
 }
 
 void StyleFamilies::endBuilding(bool isComplete) noexcept {
     isBuilding_ = false;
-    built_ = isComplete ? walked_ : StylingMoment();
+    if (isComplete && hasAll_) {
+        built_ = asked_;
+        ++completions;
+    }
 }
 
 } // namespace zel::inline v1

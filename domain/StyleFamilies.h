@@ -27,38 +27,30 @@ struct StylingMoment {
 /// The listeners of a table by their styles, and the styles by their parents. An update delivers to
 /// a style and those that descend from it, and so do, before it, the updates of the styles that
 /// follow: with many of them, walking over all listeners each time would be quadratic (10,000
-/// followers with a listener each: 1.1 s instead of 12 ms). Used only after a walk over all
-/// listeners has left each with its style, and while nothing has changed since. Listeners that have
-/// to be asked for their parents aren't in it.
+/// followers with a listener each: 1.1 s instead of 12 ms). The second such walk with nothing
+/// changed since the first builds this: it leaves each listener with its style, so that those which
+/// follow have to visit a family alone, for as long as nothing changes. Listeners that have to be
+/// asked for their parents aren't in it.
 /// Refers to: listeners of the table, for as long as none was added or removed.
-/// Threads: by the styling lock, but for `noteRemoved`, which `linkLock` alone guards.
+/// Threads: by the styling lock, but for what `linkLock` alone guards.
 class StyleFamilies {
 public:
-    /// A listener was removed, or added: until its first call has returned, that has no last style.
-    void noteRemoved() noexcept ZEL_REQUIRES(linkLock) { isStale_ = true; }
-    void noteAdded() noexcept ZEL_REQUIRES(linkLock) {
-        isStale_ = true;
-        walked_ = {};
-    }
-
-    /// After a walk over all listeners in which nothing has changed since that moment.
-    void noteWalked(const StylingMoment& moment) noexcept {
-        walked_ = moment;
-        ++notes;
-    }
-    /// How often a walk was noted, in any table; by the styling lock.
-    static inline std::uint64_t notes = 0;
-    /// Whether building is allowed and hasn't begun: finding styles may run a host's code.
-    [[nodiscard]] bool canBuild() const noexcept {
-        return walked_ == StylingMoment::now() && !isBuilding_;
-    }
-    void beginBuilding() noexcept ZEL_REQUIRES(linkLock);
-    void add(const std::shared_ptr<ZelStyle>& style, Listener& listener);
-    void endBuilding(bool isComplete) noexcept;
-
+    /// A listener was added or removed.
+    void invalidate() noexcept ZEL_REQUIRES(linkLock) { isStale_ = true; }
     [[nodiscard]] bool isCurrent() const noexcept ZEL_REQUIRES(linkLock) {
         return !isStale_ && built_ == StylingMoment::now();
     }
+
+    /// Begins building where that pays and isn't under way: true where the caller, who is about to
+    /// walk over all listeners, has to add them and to end it.
+    bool beginBuilding();
+    /// Adds a listener. Without memory for it there will be no families: none is needed.
+    void add(const std::shared_ptr<ZelStyle>& style, Listener& listener) noexcept;
+    /// `isComplete` says whether all have been left with their styles, and nothing has changed.
+    void endBuilding(bool isComplete) noexcept;
+    /// How often any were built; by the styling lock.
+    static inline std::uint64_t completions = 0;
+
     /// Calls `visit` for each listener whose style is that one or descends from it, in no order.
     template <class Visit>
     void forEachOf(std::uint64_t serial, Visit visit) {
@@ -85,10 +77,11 @@ private:
 
     std::unordered_map<std::uint64_t, Node> nodes_;
     std::vector<std::uint64_t> pending_; ///< kept, so that a delivery allocates nothing
-    StylingMoment walked_;
+    StylingMoment asked_;                ///< when a walk last could have built them
     StylingMoment built_;
     bool isStale_ ZEL_GUARDED_BY(linkLock) = true;
     bool isBuilding_ = false;
+    bool hasAll_ = false; ///< what was added
 };
 
 } // namespace zel::inline v1

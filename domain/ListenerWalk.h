@@ -57,7 +57,7 @@ public:
     [[nodiscard]] bool visitsAll() const noexcept { return visitsAll_; }
     /// Whether it has visited all listeners and nothing has changed meanwhile.
     [[nodiscard]] bool hasVisitedAll() const noexcept {
-        return visitsAll_ && end_ == table_.places().size() && begun_ == StylingMoment::now();
+        return visitsAll_ && begun_ == StylingMoment::now();
     }
 
 private:

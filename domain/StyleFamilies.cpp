@@ -10,12 +10,12 @@ namespace zel::inline v1 {
 
 bool StyleFamilies::beginBuilding() {
     const auto now = StylingMoment::now();
-    if (isBuilding_ || std::exchange(asked_, now) != now) {
+    if (std::exchange(asked_, now) != now) {
         return false;
     }
     nodes_.clear();
     built_ = {};
-    isBuilding_ = hasAll_ = true;
+    hasAll_ = true;
     const PrivateGuard guard(linkLock);
     isStale_ = false;
     return true;
@@ -38,8 +38,8 @@ void StyleFamilies::add(const std::shared_ptr<ZelStyle>& style, Listener& listen
 }
 
 void StyleFamilies::endBuilding(bool isComplete) noexcept {
-    isBuilding_ = false;
-    if (isComplete && hasAll_) {
+    hasAll_ = hasAll_ && isComplete;
+    if (hasAll_) {
         built_ = asked_;
         ++completions;
     }

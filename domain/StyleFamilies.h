@@ -41,8 +41,9 @@ public:
         return !isStale_ && built_ == StylingMoment::now();
     }
 
-    /// Begins building where that pays and isn't under way: true where the caller, who is about to
-    /// walk over all listeners, has to add them and to end it.
+    /// Begins building where that pays: true where the caller, who is about to walk over all
+    /// listeners, has to add them and to end it. A handler may begin it anew meanwhile; only where
+    /// both end complete are there families.
     bool beginBuilding();
     /// Adds a listener. Without memory for it there will be no families: none is needed.
     void add(const std::shared_ptr<ZelStyle>& style, Listener& listener) noexcept;
@@ -80,8 +81,7 @@ private:
     StylingMoment asked_;                ///< when a walk last could have built them
     StylingMoment built_;
     bool isStale_ ZEL_GUARDED_BY(linkLock) = true;
-    bool isBuilding_ = false;
-    bool hasAll_ = false; ///< what was added
+    bool hasAll_ = false; ///< whether nothing was left out since building began
 };
 
 } // namespace zel::inline v1

@@ -136,6 +136,9 @@ TEST_F(FamilyDeliveryTests, ASwitchWithinADeliveryLeavesTheOutdatedStyleAndTheNe
     view->registerStyleableChangeHandler(recorder.handler("view", [&] {
         if (std::exchange(switches, false)) {
             domain->setCurrentScheme(dark);
+            for (int round = 0; round < 3; ++round) {
+                aside->updateStyleWithChanges(nullptr);
+            }
         }
     }));
     for (int round = 0; round < 3; ++round) {
@@ -228,6 +231,23 @@ TEST_F(FamilyDeliveryTests, AListenerWhoseFirstCallRaisedIsCalledByTheNextUpdate
     raises = false;
     recorder.take();
     EXPECT_EQ(update(bottom), Names{"added"});
+}
+
+TEST_F(FamilyDeliveryTests, AnUpdateThatAHandlerBreaksOffLeavesNobodyOutOfTheNext) {
+    bool raises = false;
+    const auto first = listen("first", "bottom", [&] {
+        if (raises) {
+            throw std::runtime_error("handler");
+        }
+    });
+    const auto second = listen("second", "bottom");
+    for (int round = 0; round < 4; ++round) {
+        EXPECT_EQ(update(main), (Names{"first", "second"})) << round;
+        raises = true;
+        EXPECT_THROW(main->updateStyleWithChanges(nullptr), std::runtime_error);
+        raises = false;
+        recorder.calls.clear();
+    }
 }
 
 TEST_F(FamilyDeliveryTests, AnObjectThatListensInTwoDomainsIsCalledByEach) {

@@ -27,11 +27,12 @@ ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
     if (target_) {
         beginListing();
         listTarget(targetNode);
-    } else if (family && table_.families.isCurrent()) {
+    } else if (const auto* members = family ? table_.families.find(*family) : nullptr) {
         beginListing();
         styles_.setOfFamily(true);
-        table_.families.forEachOf(family->token().serial(),
-                                  [&](const Listener& listener) { list(listener); });
+        for (const Listener* each : *members) {
+            list(*each);
+        }
     }
     visitsAll_ = !isListed_;
     table_.beginWalk();

@@ -8,12 +8,21 @@
 
 namespace zel::inline v1 {
 
+const StyleFamilies::Listeners* StyleFamilies::find(const ZelStyle& style) const {
+    static const Listeners none;
+    if (isStale_ || built_ != StylingMoment::now()) {
+        return nullptr;
+    }
+    const auto found = families_.find(style.token().serial());
+    return found == families_.end() ? &none : &found->second;
+}
+
 bool StyleFamilies::beginBuilding() {
     const auto now = StylingMoment::now();
     if (std::exchange(asked_, now) != now) {
         return false;
     }
-    nodes_.clear();
+    families_.clear();
     built_ = {};
     hasAll_ = true;
     const PrivateGuard guard(linkLock);
@@ -21,17 +30,9 @@ bool StyleFamilies::beginBuilding() {
     return true;
 }
 
-// Each style is linked to its parent once, whether or not that has listeners.
 void StyleFamilies::add(const std::shared_ptr<ZelStyle>& style, Listener& listener) noexcept try {
-    const auto [own, isNew] = nodes_.try_emplace(style->token().serial());
-    own->second.listeners.push_back(&listener);
-    std::uint64_t child = style->token().serial();
-    auto parent = isNew ? style->parentStyle() : nullptr;
-    while (parent) {
-        const auto [node, isNewParent] = nodes_.try_emplace(parent->token().serial());
-        node->second.children.push_back(child);
-        child = parent->token().serial();
-        parent = isNewParent ? parent->parentStyle() : nullptr;
+    for (auto each = style; each; each = each->parentStyle()) {
+        families_[each->token().serial()].push_back(&listener);
     }
 } catch (const std::bad_alloc&) {
     hasAll_ = false;

@@ -45,9 +45,13 @@ endfunction()
 
 # Optimised builds: what a program runs once, or a user's hand sets off, is compiled for size, and the
 # sources that are run by every read, registration and delivery for speed. Sources of this folder.
+# Options of its own keep a source from being compiled together with others: other builds give none.
 function(zel_compile_for_speed)
-    set_source_files_properties(${ARGN} DIRECTORY ${PROJECT_SOURCE_DIR} PROPERTIES
-        COMPILE_OPTIONS $<$<CONFIG:Release,RelWithDebInfo>:-O2>)
+    get_property(multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+    if(multi_config OR CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo)$")
+        set_source_files_properties(${ARGN} DIRECTORY ${PROJECT_SOURCE_DIR} PROPERTIES
+            COMPILE_OPTIONS $<$<CONFIG:Release,RelWithDebInfo>:-O2>)
+    endif()
 endfunction()
 function(zel_compile_for_size target)
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release,RelWithDebInfo>:-Os>)

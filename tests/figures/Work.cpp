@@ -3,11 +3,14 @@
 // usage: figures_work WORK SIZE
 #include <ZelStyleKit/ZelStyleKit.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <map>
+#include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -33,6 +36,69 @@ std::shared_ptr<ZelStyle> addMain() {
 
 void listen(const std::shared_ptr<NSView>& view) {
     view->registerStyleableChangeHandler([](const auto&, const auto&, auto) {});
+}
+
+/// A tree of as many views, four to a parent, each a listener: registered in an order that is not
+/// that of their addresses, the same in every run. The last one is the root, which doesn't listen.
+Views listeningTree(std::size_t size) {
+    Views views;
+    for (std::size_t i = 0; i < size; ++i) {
+        views.push_back(alloc<NSView>());
+        if (i > 0) {
+            views[(i - 1) / 4]->addSubview(views[i]);
+        }
+    }
+    Views shuffled = views;
+    std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(1));
+    for (const auto& view : shuffled) {
+        listen(view);
+    }
+    const auto root = alloc<NSView>();
+    root->addSubview(views.front());
+    views.push_back(root);
+    return views;
+}
+
+/// Main styles in the light and in the dark scheme, and the former as the current one.
+void addLightAndDark() {
+    const auto domain = ZelStyleDomain::defaultDomain();
+    for (const auto& each : {domain->lightScheme(), domain->darkScheme()}) {
+        each->addStyle(alloc<ZelStyle>()->initWithIdentifier("main", each));
+    }
+    domain->setCurrentScheme(domain->lightScheme());
+}
+
+/// A switch from light to dark with so many listeners, the third of its kind.
+Work switching(std::size_t size) {
+    addLightAndDark();
+    const auto domain = ZelStyleDomain::defaultDomain();
+    const Views views = listeningTree(size);
+    domain->setCurrentScheme(domain->darkScheme());
+    domain->setCurrentScheme(domain->lightScheme());
+    return [=] { (void)views, domain->setCurrentScheme(domain->darkScheme()); };
+}
+
+/// The same after one of the views got another identifier.
+Work pinningAndSwitching(std::size_t size) {
+    addLightAndDark();
+    const auto domain = ZelStyleDomain::defaultDomain();
+    const Views views = listeningTree(size);
+    const auto pinAndSwitch = [=](std::string_view identifier, const auto& scheme) {
+        views[size / 2]->setCustomZelStyleIdentifier(identifier);
+        domain->setCurrentScheme(scheme);
+    };
+    pinAndSwitch("one", domain->darkScheme());
+    pinAndSwitch("other", domain->lightScheme());
+    return [=] { pinAndSwitch("one", domain->darkScheme()); };
+}
+
+/// Another scheme for the root above so many listeners.
+Work branch(std::size_t size) {
+    addLightAndDark();
+    const Views views = listeningTree(size);
+    views.back()->setCustomZelStyleSchemeIdentifier("dark");
+    views.back()->setCustomZelStyleSchemeIdentifier("light");
+    return [=] { views.back()->setCustomZelStyleSchemeIdentifier("dark"); };
 }
 
 /// The update of a style that as many child styles follow, each with a listener.
@@ -157,18 +223,23 @@ Work registration(std::size_t size) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::map<std::string, Work (*)(std::size_t)> works{{"update", update},
-                                                             {"subtree", subtree},
-                                                             {"parents", parents},
-                                                             {"inheritance", inheritance},
-                                                             {"asked-parents", askedParents},
-                                                             {"reads", reads},
-                                                             {"registration", registration}};
+    const std::map<std::string, Work (*)(std::size_t)> works{
+        {"switch", switching},
+        {"pin-and-switch", pinningAndSwitching},
+        {"branch", branch},
+        {"update", update},
+        {"subtree", subtree},
+        {"parents", parents},
+        {"inheritance", inheritance},
+        {"asked-parents", askedParents},
+        {"reads", reads},
+        {"registration", registration}};
     const auto found = argc == 3 ? works.find(argv[1]) : works.end();
     if (found == works.end()) {
         std::fputs("usage: figures_work WORK SIZE\n", stderr);
         return 2;
     }
+    std::thread([] {}).join(); // from here on the library's atomic operations are atomic
     measured(found->second(std::strtoul(argv[2], nullptr, 10)));
     return 0;
 }

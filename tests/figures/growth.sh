@@ -1,24 +1,13 @@
 #!/usr/bin/env bash
 # Counts the instructions of a piece of work at two sizes and fails where they grow faster than they
-# may. Instructions are exact: no load of the machine changes them.
+# may.
 #
 # usage: growth.sh PROGRAM WORK SIZE LARGER-SIZE MOST   MOST: the largest ratio, in percent
 set -euo pipefail
 program=$1 work=$2 size=$3 larger=$4 most=$5
 
-# The user's own defaults stay as they are.
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-export XDG_CONFIG_HOME=$folder
-
-instructions() {
-    valgrind --tool=callgrind --callgrind-out-file="$folder/out" --collect-atstart=no \
-        --toggle-collect='*measured*' "$program" "$work" "$1" >"$folder/log" 2>&1 || {
-        cat "$folder/log" >&2
-        return 1
-    }
-    awk '/^(summary|totals):/ { print $2; exit }' "$folder/out"
-}
+# shellcheck source=tests/figures/count.sh
+. "$(dirname "$0")/count.sh"
 
 small=$(instructions "$size")
 large=$(instructions "$larger")

@@ -1,5 +1,6 @@
 # Sourced: counts the instructions of a piece of work. They are exact: no load of the machine changes
 # them. Needs: $program, $work
+# shellcheck shell=bash disable=SC2154
 
 # The user's own defaults stay as they are.
 folder=$(mktemp -d)

@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Recorder.h"
+#include "tests/threads/ThreadTable.h"
+
+#include <map>
+#include <set>
 
 namespace zeltest {
 namespace {
@@ -7,14 +11,14 @@ namespace {
 using namespace zel;
 
 /// What may give an object another style, done between two deliveries that remember what they find:
-/// the next one must not go by what was remembered. Everything that is public and changes what is
-/// found is here.
+/// the next one must not go by what was remembered. The last test holds them against the headers.
 class RememberedStyleTests : public StylingTests {
 protected:
     const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
     const std::shared_ptr<ZelStyleScheme> scheme = domain->defaultScheme();
     std::shared_ptr<ZelStyle> main = addStyle(scheme, "main");
     std::shared_ptr<ZelStyle> card = addStyle(scheme, "card");
+    const std::shared_ptr<ZelStyle> nobodys = addStyle(scheme, "nobody's");
     const std::shared_ptr<ZelStyle> dark = addStyle(domain->darkScheme(), "main");
     const std::shared_ptr<NSView> window = alloc<NSView>();
     const std::shared_ptr<NSView> panel = alloc<NSView>();
@@ -25,17 +29,21 @@ protected:
         window->addSubview(panel);
         panel->addSubview(label);
         domain->registerChangeHandler(recorder.handler("label"), label);
-        for (int round = 0; round < 3; ++round) { // so that everything is remembered
-            deliver();
-            card->updateStyleWithChanges(nullptr);
+        remember();
+    }
+    /// Has everything remembered that is remembered from one delivery to the next.
+    void remember() {
+        for (int round = 0; round < 3; ++round) {
+            nobodys->updateStyleWithChanges(nullptr);
         }
         recorder.take();
     }
-    void deliver() { domain->notifyForStyleChangeOf(nullptr, {}); }
-    /// The styles that the label is called with, by deliveries that don't force any.
+    /// The styles that those are called with to whom another one applies now.
     StyleCalls called() {
-        deliver();
-        return recorder.take();
+        nobodys->updateStyleWithChanges(nullptr);
+        auto calls = recorder.take();
+        remember();
+        return calls;
     }
     static StyleCalls once(const std::shared_ptr<ZelStyle>& style) { return {{"label", style, 1}}; }
 };
@@ -84,7 +92,9 @@ TEST_F(RememberedStyleTests, TheEndOfAView) {
 TEST_F(RememberedStyleTests, AddStyleAndRemoveStyle) {
     label->setCustomZelStyleIdentifier("card");
     recorder.take();
-    const auto newer = addStyle(scheme, "card");
+    const auto newer = alloc<ZelStyle>()->initWithIdentifier("card", scheme);
+    remember();
+    scheme->addStyle(newer);
     EXPECT_EQ(called(), once(newer));
     scheme->removeStyle(newer);
     EXPECT_EQ(called(), once(main));
@@ -92,7 +102,7 @@ TEST_F(RememberedStyleTests, AddStyleAndRemoveStyle) {
 
 TEST_F(RememberedStyleTests, SetStylesByIdentifier) {
     label->setCustomZelStyleIdentifier("card");
-    recorder.take();
+    remember();
     scheme->setStylesByIdentifier({{"main", main}, {"card", dark}});
     EXPECT_EQ(called(), once(dark));
 }
@@ -100,6 +110,8 @@ TEST_F(RememberedStyleTests, SetStylesByIdentifier) {
 TEST_F(RememberedStyleTests, SetCurrentScheme) {
     domain->setCurrentScheme(domain->darkScheme());
     EXPECT_EQ(recorder.take(), once(dark));
+    dark->updateStyleWithChanges(nullptr);
+    EXPECT_EQ(recorder.take(), once(dark)); // a member of its family now
     domain->setCurrentScheme(scheme);
     EXPECT_EQ(recorder.take(), once(main));
 }
@@ -145,9 +157,14 @@ TEST_F(RememberedStyleTests, TheEndOfAParentStyleAndANewOneAtItsAddress) {
     for (int round = 0; round < 3; ++round) {
         main->updateStyleWithChanges(nullptr);
     }
-    recorder.take();
     scheme->removeStyle(middle);
+    for (int round = 0; round < 3; ++round) {
+        main->updateStyleWithChanges(nullptr);
+        EXPECT_FALSE(recorder.take().empty()) << round;
+    }
     middle.reset();
+    main->updateStyleWithChanges(nullptr);
+    EXPECT_EQ(recorder.take(), StyleCalls{});
     for (int i = 0; i < 20; ++i) { // often at the ended one's address
         const auto stranger = addChildStyle(main, "stranger");
         main->updateStyleWithChanges(nullptr);
@@ -197,6 +214,208 @@ TEST_F(RememberedStyleTests, AReset) {
     const auto fresh = addStyle(ZelStyleDomain::defaultDomain()->defaultScheme(), "main");
     EXPECT_EQ(ZelStyle::forStyleable(label), fresh);
     EXPECT_EQ(domain->styleFor(label), main); // of the domain that was removed
+}
+
+TEST_F(RememberedStyleTests, AddAndRemoveChildViewControllers) {
+    const auto outer = alloc<NSViewController>();
+    const auto other = alloc<NSViewController>();
+    const auto inner = alloc<NSViewController>();
+    other->setCustomZelStyleIdentifier("card");
+    outer->addChildViewController(inner);
+    domain->registerChangeHandler(recorder.handler("inner"), inner);
+    recorder.take();
+    inner->removeFromParentViewController();
+    other->addChildViewController(inner);
+    EXPECT_EQ(called(), (StyleCalls{{"inner", card, 1}}));
+    inner->removeFromParentViewController();
+    EXPECT_EQ(called(), (StyleCalls{{"inner", main, 1}}));
+}
+
+TEST_F(RememberedStyleTests, ANodeOfAHostsOwnClass) {
+    struct Part : NSObject, ZelStyleable {
+        ZelStyleableNode node{*this};
+        std::weak_ptr<NSObject> above;
+        void setParent(const std::shared_ptr<Part>& parent) {
+            above = parent;
+            node.setParent(parent ? &parent->node : nullptr);
+        }
+        const ZelStyleable* asZelStyleable() const noexcept override { return this; }
+        const ZelStyleableNode* zelStyleableNode() const noexcept override { return &node; }
+        std::shared_ptr<NSObject> parentZelStyleable() const override { return above.lock(); }
+        std::optional<std::string> domainIdentifierOfZelStyleable() const override {
+            return std::nullopt;
+        }
+    };
+    const auto top = alloc<Part>();
+    auto middle = alloc<Part>();
+    const auto bottom = alloc<Part>();
+    top->setCustomZelStyleIdentifier("card");
+    bottom->setParent(middle);
+    domain->registerChangeHandler(recorder.handler("bottom"), bottom);
+    recorder.take();
+    middle->setParent(top);
+    EXPECT_EQ(called(), (StyleCalls{{"bottom", card, 1}}));
+    middle->node.leave();
+    EXPECT_EQ(called(), (StyleCalls{{"bottom", main, 1}}));
+    middle->setParent(nullptr);
+    middle->setParent(top);
+    bottom->setParent(middle);
+    EXPECT_EQ(called(), (StyleCalls{{"bottom", card, 1}}));
+    middle.reset();
+    EXPECT_EQ(called(), (StyleCalls{{"bottom", main, 1}}));
+}
+
+TEST_F(RememberedStyleTests, InheritedStyleWithChanges) {
+    label->setCustomZelStyleIdentifier("badge");
+    recorder.take();
+    const auto badge = main->inheritedStyleWithChanges(nullptr, "badge", scheme);
+    EXPECT_EQ(called(), once(badge));
+}
+
+/// What changes a remembered style, with the test above that does it.
+const std::map<std::string, std::string>& mutators() {
+    static const std::map<std::string, std::string> all{
+        {"NSObject::setCustomZelStyleIdentifier", "SetCustomZelStyleIdentifierAbove"},
+        {"NSObject::setCustomZelStyleSchemeIdentifier", "SetCustomZelStyleSchemeIdentifierAbove"},
+        {"NSObject::setLastZelStyle", "SetLastZelStyle"},
+        {"NSView::NSView", "TheEndOfAView"},
+        {"NSView::addSubview", "AddSubviewAndRemoveFromSuperview"},
+        {"NSView::removeFromSuperview", "AddSubviewAndRemoveFromSuperview"},
+        {"NSViewController::NSViewController", "AddAndRemoveChildViewControllers"},
+        {"NSViewController::addChildViewController", "AddAndRemoveChildViewControllers"},
+        {"NSViewController::removeFromParentViewController", "AddAndRemoveChildViewControllers"},
+        {"ZelStyle::ZelStyle", "TheEndOfAStyleAndANewOneAtItsAddress"},
+        {"ZelStyle::inheritedStyleWithChanges", "InheritedStyleWithChanges"},
+        {"ZelStyle::setParentStyle", "SetParentStyle"},
+        {"ZelStyleDomain::ZelStyleDomain", "AReset"},
+        {"ZelStyleDomain::domainForIdentifier", "AReset"},
+        {"ZelStyleDomain::mainStyle", "TheMainStyleStaysUntilTheNextSwitch"},
+        {"ZelStyleDomain::schemeForIdentifier", "ALookUpThatMakesTheScheme"},
+        {"ZelStyleDomain::setCurrentScheme", "SetCurrentScheme"},
+        {"ZelStyleDomain::setSchemeFollowsSystem", "SetSchemeFollowsSystem"},
+        {"ZelStyleDomain::setupStyles", "AddStyleAndRemoveStyle"},
+        {"ZelStyleScheme::addStyle", "AddStyleAndRemoveStyle"},
+        {"ZelStyleScheme::removeStyle", "AddStyleAndRemoveStyle"},
+        {"ZelStyleScheme::setStylesByIdentifier", "SetStylesByIdentifier"},
+        {"ZelStyleable::parentZelStyleable", "AnObjectThatIsAskedForItsParent"},
+        {"ZelStyleableNode::ZelStyleableNode", "ANodeOfAHostsOwnClass"},
+        {"ZelStyleableNode::leave", "ANodeOfAHostsOwnClass"},
+        {"ZelStyleableNode::setParent", "ANodeOfAHostsOwnClass"}};
+    return all;
+}
+
+/// All else in these headers: no object gets another style by it.
+const std::set<std::string>& others() {
+    static const std::set<std::string> all{"NSObject::NSObject",
+                                           "NSObject::addObserver",
+                                           "NSObject::asZelStyleable",
+                                           "NSObject::customZelStyleIdentifier",
+                                           "NSObject::customZelStyleSchemeIdentifier",
+                                           "NSObject::didChangeValueForKey",
+                                           "NSObject::init",
+                                           "NSObject::lastZelStyle",
+                                           "NSObject::observeValueForKeyPath",
+                                           "NSObject::registerStyleableChangeHandler",
+                                           "NSObject::removeObserver",
+                                           "NSObject::styleChangedWithEvent",
+                                           "NSObject::unregisterStyleableChangeHandlers",
+                                           "NSObject::willChangeValueForKey",
+                                           "NSView::asZelStyleable",
+                                           "NSView::associatedZelStyleables",
+                                           "NSView::domainIdentifierOfZelStyleable",
+                                           "NSView::parentZelStyleable",
+                                           "NSView::subviews",
+                                           "NSView::superview",
+                                           "NSView::zelStyleableNode",
+                                           "NSViewController::asZelStyleable",
+                                           "NSViewController::associatedZelStyleables",
+                                           "NSViewController::childViewControllers",
+                                           "NSViewController::domainIdentifierOfZelStyleable",
+                                           "NSViewController::isViewLoaded",
+                                           "NSViewController::loadView",
+                                           "NSViewController::parentViewController",
+                                           "NSViewController::parentZelStyleable",
+                                           "NSViewController::setView",
+                                           "NSViewController::view",
+                                           "NSViewController::zelStyleableNode",
+                                           "ZelStyle::addDefaultValueProvider",
+                                           "ZelStyle::addStyleUpdateObserver",
+                                           "ZelStyle::defaultValueProviders",
+                                           "ZelStyle::domain",
+                                           "ZelStyle::effectiveValueForAttribute",
+                                           "ZelStyle::effectiveValues",
+                                           "ZelStyle::forStyleable",
+                                           "ZelStyle::identifier",
+                                           "ZelStyle::initWithIdentifier",
+                                           "ZelStyle::isChildOf",
+                                           "ZelStyle::load",
+                                           "ZelStyle::loadBase",
+                                           "ZelStyle::loadMain",
+                                           "ZelStyle::parentStyle",
+                                           "ZelStyle::removeDefaultValueProvider",
+                                           "ZelStyle::removeStyleUpdateObserverWithOwner",
+                                           "ZelStyle::scheme",
+                                           "ZelStyle::seed",
+                                           "ZelStyle::setDomain",
+                                           "ZelStyle::setIdentifier",
+                                           "ZelStyle::setScheme",
+                                           "ZelStyle::setValue",
+                                           "ZelStyle::token",
+                                           "ZelStyle::updateStyleWithChanges",
+                                           "ZelStyle::valueForAttribute",
+                                           "ZelStyleDomain::currentScheme",
+                                           "ZelStyleDomain::darkScheme",
+                                           "ZelStyleDomain::defaultDomain",
+                                           "ZelStyleDomain::defaultScheme",
+                                           "ZelStyleDomain::domainForStyleable",
+                                           "ZelStyleDomain::domainIdentifier",
+                                           "ZelStyleDomain::init",
+                                           "ZelStyleDomain::initWithDomainIdentifier",
+                                           "ZelStyleDomain::isEqualOrChildOf",
+                                           "ZelStyleDomain::lightScheme",
+                                           "ZelStyleDomain::notifyForStyleChangeOf",
+                                           "ZelStyleDomain::registerChangeHandler",
+                                           "ZelStyleDomain::schemeFollowsSystem",
+                                           "ZelStyleDomain::setStyleClass",
+                                           "ZelStyleDomain::styleClass",
+                                           "ZelStyleDomain::styleFor",
+                                           "ZelStyleDomain::styleForIdentifier",
+                                           "ZelStyleDomain::unregisterChangeHandler",
+                                           "ZelStyleDomain::unregisterChangeHandlersWithOwner",
+                                           "ZelStyleScheme::ZelStyleScheme",
+                                           "ZelStyleScheme::domain",
+                                           "ZelStyleScheme::identifier",
+                                           "ZelStyleScheme::initWithIdentifier",
+                                           "ZelStyleScheme::styleForIdentifier",
+                                           "ZelStyleScheme::stylesByIdentifier",
+                                           "ZelStyleable::ZelStyleable",
+                                           "ZelStyleable::associatedZelStyleables",
+                                           "ZelStyleable::domainIdentifierOfZelStyleable",
+                                           "ZelStyleable::zelStyleableNode",
+                                           "ZelStyleableNode::object",
+                                           "alloc"};
+    return all;
+}
+
+TEST_F(RememberedStyleTests, EveryOperationOfTheHeadersIsTriedOrChangesNothing) {
+    std::set<std::string> declared;
+    for (const char* header :
+         {"NSObject", "NSView", "NSViewController", "ZelStyle", "ZelStyleDomain", "ZelStyleScheme",
+          "ZelStyleable", "ZelStyleableNode"}) {
+        declared.merge(readPublicOperations(ZEL_SOURCE_DIR "/include/ZelStyleKit/" +
+                                            std::string(header) + ".h"));
+    }
+    std::set<std::string> known = others();
+    std::set<std::string> tests;
+    const auto& suite = *testing::UnitTest::GetInstance()->current_test_suite();
+    for (int i = 0; i < suite.total_test_count(); ++i) {
+        tests.insert(suite.GetTestInfo(i)->name());
+    }
+    for (const auto& [operation, test] : mutators()) {
+        EXPECT_TRUE(known.insert(operation).second) << operation << " stands in both lists";
+        EXPECT_TRUE(tests.contains(test)) << test;
+    }
+    EXPECT_EQ(known, declared);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/ZelStyleManager.h>
 
+#include "appearance/ModeState.h"
+
 #include <ZelStyleKit/NSBundle.h>
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleDomain.h>
@@ -8,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <mutex>
 
 namespace zel::inline v1 {
 namespace {
@@ -59,11 +60,10 @@ ZelStyleManager::Modes sorted(const ZelStyleManager::Modes& modes) {
 } // namespace
 
 struct ZelStyleManager::State {
-    mutable std::mutex mutex; // nobody is called under it, and no mode ends
-    Modes modes;              // guarded by the mutex, but for `ZelStyleManager::modes`
+    Modes modes; ///< guarded by `modesLock`, but for `ZelStyleManager::modes`
 
     [[nodiscard]] Modes copy() const {
-        const std::scoped_lock guard(mutex);
+        const PrivateGuard guard(modesLock);
         return modes;
     }
 
@@ -75,9 +75,10 @@ struct ZelStyleManager::State {
             const Modes former = copy();
             Modes changed = former;
             change(changed);
-            const std::scoped_lock guard(mutex); // ends before the lists above, and their modes
+            std::weak_ptr<ZelStyleManager> managing = manager;
+            const PrivateGuard guard(modesLock); // ends before the lists above, and their modes
             if (modes == former) {
-                mode.setManager(manager);
+                mode.state_->manager.swap(managing);
                 modes.swap(changed);
                 return;
             }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <ZelStyleKit/ZelStyleManagerMode.h>
+#include "appearance/ModeState.h"
 
 #include <ZelStyleKit/ZelStyleDomain.h>
 #include <ZelStyleKit/ZelStyleManager.h>
@@ -23,7 +23,7 @@ void pin(ZelStyleDomain& domain, std::string_view schemeIdentifier) {
 
 } // namespace
 
-ZelStyleManagerMode::ZelStyleManagerMode() = default;
+ZelStyleManagerMode::ZelStyleManagerMode() : state_(std::make_unique<State>()) {}
 
 ZelStyleManagerMode::~ZelStyleManagerMode() = default;
 
@@ -33,13 +33,13 @@ ZelStyleManagerMode::initWithIdentifier(std::optional<std::string_view> identifi
     if (!init()) {
         return nullptr;
     }
-    identifier_ = std::optional<std::string>(identifier);
-    rank_ = rank;
-    name_ = std::optional<std::string>(name);
+    setIdentifier(identifier);
+    setRank(rank);
+    setName(name);
     return std::static_pointer_cast<ZelStyleManagerMode>(shared_from_this());
 }
 
-// Deliberate: `active_` is not stored. Deliberate: modes are told by these texts, not by the
+// Deliberate: it is not stored. Deliberate: modes are told by these texts, not by the
 // exported variables, and one with another identifier does nothing.
 void ZelStyleManagerMode::setActive(bool active) {
     if (!active) {
@@ -57,43 +57,44 @@ void ZelStyleManagerMode::setActive(bool active) {
 }
 
 std::shared_ptr<ZelStyleManager> ZelStyleManagerMode::manager() const {
-    const std::scoped_lock guard(mutex_);
-    return manager_.lock();
+    const PrivateGuard guard(modesLock);
+    return state_->manager.lock();
 }
 
 void ZelStyleManagerMode::setManager(const std::shared_ptr<ZelStyleManager>& manager) {
-    const std::scoped_lock guard(mutex_);
-    manager_ = manager;
+    std::weak_ptr<ZelStyleManager> replaced = manager; // ends after the guard
+    const PrivateGuard guard(modesLock);
+    state_->manager.swap(replaced);
 }
 
 std::optional<std::string> ZelStyleManagerMode::identifier() const {
-    const std::scoped_lock guard(mutex_);
-    return identifier_;
+    const PrivateGuard guard(modesLock);
+    return state_->identifier;
 }
 
 void ZelStyleManagerMode::setIdentifier(std::optional<std::string_view> identifier) {
-    const std::scoped_lock guard(mutex_);
-    identifier_ = std::optional<std::string>(identifier);
+    const PrivateGuard guard(modesLock);
+    state_->identifier = std::optional<std::string>(identifier);
 }
 
 std::optional<std::string> ZelStyleManagerMode::name() const {
-    const std::scoped_lock guard(mutex_);
-    return name_;
+    const PrivateGuard guard(modesLock);
+    return state_->name;
 }
 
 void ZelStyleManagerMode::setName(std::optional<std::string_view> name) {
-    const std::scoped_lock guard(mutex_);
-    name_ = std::optional<std::string>(name);
+    const PrivateGuard guard(modesLock);
+    state_->name = std::optional<std::string>(name);
 }
 
 std::uint64_t ZelStyleManagerMode::rank() const {
-    const std::scoped_lock guard(mutex_);
-    return rank_;
+    const PrivateGuard guard(modesLock);
+    return state_->rank;
 }
 
 void ZelStyleManagerMode::setRank(std::uint64_t rank) {
-    const std::scoped_lock guard(mutex_);
-    rank_ = rank;
+    const PrivateGuard guard(modesLock);
+    state_->rank = rank;
 }
 
 } // namespace zel::inline v1

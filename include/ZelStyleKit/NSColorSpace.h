@@ -39,9 +39,9 @@ public:
     /// `deviceCMYKColorSpace`: cyan, magenta, yellow, black, alpha. Has no RGB form.
     static const NSColorSpace& deviceCMYKColorSpace() noexcept;
 
-    /// A space of the host's own, kept for the process. `numberOfComponents` counts alpha, the last
-    /// component of a space that has one: 0 to `maximumComponentCount`. Without `toSRGB` its
-    /// colours have no RGB form.
+    /// A space of the host's own, kept for the process; equal arguments answer the same one.
+    /// `numberOfComponents` counts alpha, the last component of a space that has one: 0 to
+    /// `maximumComponentCount`. Without `toSRGB` its colours have no RGB form.
     static const NSColorSpace& customColorSpace(std::string_view name,
                                                 std::size_t numberOfComponents, bool hasAlpha,
                                                 ToSRGB toSRGB = nullptr);

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,7 +34,7 @@ public:
                        std::optional<std::string_view> name);
 
     /// `active`. Deliberate: never set by the library, so always false.
-    [[nodiscard]] bool active() const noexcept { return active_; }
+    [[nodiscard]] bool active() const noexcept { return false; }
     /// `setActive:`. True applies the mode to the default domain. Deliberate: the flag isn't
     /// stored, so that a mode is applied afresh whenever it is chosen; false does nothing.
     void setActive(bool active);
@@ -57,12 +56,9 @@ public:
     void setRank(std::uint64_t rank);
 
 private:
-    mutable std::mutex mutex_; // guards everything below but `active_`, for single accesses
-    bool active_ = false;
-    std::weak_ptr<ZelStyleManager> manager_;
-    std::optional<std::string> identifier_;
-    std::optional<std::string> name_;
-    std::uint64_t rank_ = 0;
+    friend class ZelStyleManager;
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 } // namespace zel::inline v1

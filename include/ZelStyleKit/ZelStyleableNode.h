@@ -53,7 +53,7 @@ private:
     ZelStyleableNode* firstChild_ = nullptr;
     ZelStyleableNode* nextSibling_ = nullptr;
     ZelStyleableNode* previousSibling_ = nullptr; // the first child's is the last one
-    mutable Remembered remembered_; // read without the lock, too
+    mutable Remembered remembered_;               // read without the lock, too
 };
 
 } // namespace zel::inline v1

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSApplication.h>
 
-#include <mutex>
+#include "platform/locks/PrivateLock.h"
 
 namespace zel::inline v1 {
 namespace {
 
 struct Holder {
-    std::mutex mutex;
-    std::shared_ptr<NSApplication> application; // guarded by mutex until it is set, then fixed
+    PrivateLock lock;
+    std::shared_ptr<NSApplication> application; // guarded by the lock until it is set, then fixed
 };
 
 Holder& holder() {
@@ -22,9 +22,12 @@ NSApplication::NSApplication() : appearance_(NSAppearance::appearanceNamed(NSApp
 
 const std::shared_ptr<NSApplication>& NSApplication::sharedApplication() {
     Holder& held = holder();
-    const std::scoped_lock guard(held.mutex);
-    if (!held.application) {
-        held.application = alloc<NSApplication>();
+    if (!NSApp()) {
+        auto made = alloc<NSApplication>(); // goes where another thread has made one meanwhile
+        const PrivateGuard guard(held.lock);
+        if (!held.application) {
+            held.application.swap(made);
+        }
     }
     return held.application;
 }
@@ -40,7 +43,7 @@ void NSApplication::setEffectiveAppearance(const NSAppearance& appearance) {
 
 std::shared_ptr<NSApplication> NSApp() {
     Holder& held = holder();
-    const std::scoped_lock guard(held.mutex);
+    const PrivateGuard guard(held.lock);
     return held.application;
 }
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSProcessInfo.h>
 
+#include "platform/locks/PrivateLock.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 #include <unistd.h>
@@ -14,10 +15,10 @@ namespace zel::inline v1 {
 namespace {
 
 struct ProcessInfo {
-    std::mutex mutex;
-    std::string hostName;                           ///< guarded by mutex; empty: not named
-    std::optional<std::string> programName;         ///< guarded by mutex; looked up once
-    NSOperatingSystemVersion version = {10, 14, 0}; ///< guarded by mutex
+    PrivateLock lock;
+    std::string hostName ZEL_GUARDED_BY(lock);                   ///< empty: not named
+    std::optional<std::string> programName ZEL_GUARDED_BY(lock); ///< looked up once
+    NSOperatingSystemVersion version ZEL_GUARDED_BY(lock) = {10, 14, 0};
 };
 
 /// Never destroyed: objects that live as long as the process ask while they end.
@@ -80,7 +81,7 @@ std::string programName() {
 
 std::string NSProcessInfo::processName() {
     ProcessInfo& info = processInfo();
-    const std::lock_guard guard(info.mutex);
+    const PrivateGuard guard(info.lock);
     if (!info.hostName.empty()) {
         return info.hostName;
     }
@@ -93,20 +94,20 @@ std::string NSProcessInfo::processName() {
 void NSProcessInfo::setProcessName(std::string_view name) {
     ProcessInfo& info = processInfo();
     std::string copy(name);
-    const std::lock_guard guard(info.mutex);
+    const PrivateGuard guard(info.lock);
     info.hostName.swap(copy);
 }
 
 bool NSProcessInfo::isOperatingSystemAtLeastVersion(
     const NSOperatingSystemVersion& version) noexcept {
     ProcessInfo& info = processInfo();
-    const std::lock_guard guard(info.mutex);
+    const PrivateGuard guard(info.lock);
     return info.version >= version;
 }
 
 void NSProcessInfo::setOperatingSystemVersion(const NSOperatingSystemVersion& version) noexcept {
     ProcessInfo& info = processInfo();
-    const std::lock_guard guard(info.mutex);
+    const PrivateGuard guard(info.lock);
     info.version = version;
 }
 

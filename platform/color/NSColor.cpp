@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <ZelStyleKit/NSColor.h>
 
+#include "platform/locks/PrivateLock.h"
+
 #include <algorithm>
 #include <array>
-#include <mutex>
 #include <optional>
 
 namespace zel::inline v1 {
 namespace {
 
 struct SystemColorStore {
-    std::mutex mutex;
-    NSSystemColors colors; // guarded by mutex
+    PrivateLock lock;
+    NSSystemColors colors ZEL_GUARDED_BY(lock);
 };
 
 // Never destroyed: a host's static objects may ask for system colours while the process ends.
@@ -22,7 +23,7 @@ SystemColorStore& systemColorStore() {
 
 std::optional<NSColor> systemColor(std::optional<NSColor> NSSystemColors::*color) {
     SystemColorStore& store = systemColorStore();
-    const std::lock_guard guard(store.mutex);
+    const PrivateGuard guard(store.lock);
     return store.colors.*color;
 }
 
@@ -132,13 +133,13 @@ NSColor NSColor::colorWithAlphaComponent(double alpha) const noexcept {
 
 void NSSystemColors::setSystemColors(const NSSystemColors& colors) {
     SystemColorStore& store = systemColorStore();
-    const std::lock_guard guard(store.mutex);
+    const PrivateGuard guard(store.lock);
     store.colors = colors;
 }
 
 NSSystemColors NSSystemColors::systemColors() {
     SystemColorStore& store = systemColorStore();
-    const std::lock_guard guard(store.mutex);
+    const PrivateGuard guard(store.lock);
     return store.colors;
 }
 

@@ -2,10 +2,10 @@
 #include <ZelStyleKit/NSColorSpace.h>
 
 #include "platform/color/ColorConversion.h"
+#include "platform/locks/PrivateLock.h"
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -27,8 +27,8 @@ void sRGBFromGray(const double* components, double* rgba) noexcept {
 
 // Every custom space there is. Colours refer to a space by its address, so that none ever goes.
 struct CustomSpaces {
-    std::mutex mutex;
-    std::vector<std::unique_ptr<const NSColorSpace>> spaces; // guarded by mutex
+    PrivateLock lock;
+    std::vector<std::unique_ptr<const NSColorSpace>> spaces ZEL_GUARDED_BY(lock);
 };
 
 CustomSpaces& customSpaces() {
@@ -74,8 +74,13 @@ const NSColorSpace& NSColorSpace::customColorSpace(std::string_view name,
     std::unique_ptr<const NSColorSpace> space(
         new NSColorSpace(name, numberOfComponents, hasAlpha, toSRGB));
     CustomSpaces& custom = customSpaces();
-    const std::lock_guard guard(custom.mutex);
-    return *custom.spaces.emplace_back(std::move(space));
+    const PrivateGuard guard(custom.lock);
+    const auto present = std::ranges::find_if(custom.spaces, [&](const auto& each) {
+        return each->name_ == name && each->count_ == numberOfComponents &&
+               each->hasAlpha_ == hasAlpha && each->toSRGB_ == toSRGB;
+    });
+    return present != custom.spaces.end() ? **present
+                                          : *custom.spaces.emplace_back(std::move(space));
 }
 
 } // namespace zel::inline v1

@@ -2,10 +2,10 @@
 #include <ZelStyleKit/NSUserDefaults.h>
 
 #include "platform/defaults/DefaultsFile.h"
+#include "platform/locks/PrivateLock.h"
 
 #include <functional>
 #include <map>
-#include <mutex>
 #include <utility>
 
 namespace zel::inline v1 {
@@ -15,11 +15,11 @@ NSUserDefaultsStore::~NSUserDefaultsStore() = default;
 struct NSUserDefaults::State {
     const std::shared_ptr<NSUserDefaultsStore> file = std::make_shared<DefaultsFile>();
 
-    std::mutex mutex;                                  ///< never held while a store is called
-    std::shared_ptr<NSUserDefaultsStore> store = file; ///< guarded by mutex, never null
+    PrivateLock lock;
+    std::shared_ptr<NSUserDefaultsStore> store ZEL_GUARDED_BY(lock) = file; ///< never null
     /// What the store could not write; none under a key means that it could not remove it.
-    /// Guarded by mutex.
-    std::map<std::string, std::optional<NSUserDefaultsValue>, std::less<>> unwritten;
+    std::map<std::string, std::optional<NSUserDefaultsValue>, std::less<>>
+        unwritten ZEL_GUARDED_BY(lock);
 };
 
 NSUserDefaults::NSUserDefaults() : state_(std::make_unique<State>()) {}
@@ -36,13 +36,14 @@ std::optional<NSUserDefaultsValue> NSUserDefaults::objectForKey(std::string_view
     try {
         std::shared_ptr<NSUserDefaultsStore> store;
         {
-            const std::lock_guard guard(state_->mutex);
+            const PrivateGuard guard(state_->lock);
             const auto found = state_->unwritten.find(key);
             if (found != state_->unwritten.end()) {
                 return found->second;
             }
             store = state_->store;
         }
+        requireNoPrivateLock();
         return store->objectForKey(key);
     } catch (...) { // out of memory, or a host's store that breaks its word
         return std::nullopt;
@@ -53,17 +54,18 @@ bool NSUserDefaults::setObject(const std::optional<NSUserDefaultsValue>& value,
                                std::string_view forKey) {
     std::shared_ptr<NSUserDefaultsStore> store;
     {
-        const std::lock_guard guard(state_->mutex);
+        const PrivateGuard guard(state_->lock);
         store = state_->store;
     }
     bool written = false;
+    requireNoPrivateLock();
     try {
         written = store->setObject(value, forKey);
     } catch (...) { // out of memory, or a host's store that breaks its word
         written = false;
     }
     try {
-        const std::lock_guard guard(state_->mutex);
+        const PrivateGuard guard(state_->lock);
         if (state_->store != store) {
             return written; // replaced meanwhile, and with it what this process alone holds
         }
@@ -82,7 +84,7 @@ bool NSUserDefaults::setObject(const std::optional<NSUserDefaultsValue>& value,
 void NSUserDefaults::setStore(std::shared_ptr<NSUserDefaultsStore> store) {
     std::map<std::string, std::optional<NSUserDefaultsValue>, std::less<>> unwritten;
     {
-        const std::lock_guard guard(state_->mutex);
+        const PrivateGuard guard(state_->lock);
         if (!store) {
             store = state_->file;
         }

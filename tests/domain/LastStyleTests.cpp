@@ -128,8 +128,8 @@ TEST_F(LastStyleTests, ADeliveryFollowsTheCallRule) {
                                    const std::shared_ptr<ZelStyle>& last,
                                    const ZelStyleDelivery& delivery) {
         domain->setCurrentScheme(domain->darkScheme());
-        domain->lightScheme()->setStylesByIdentifier(
-            style ? ZelStyleScheme::Styles{{"main", style}} : ZelStyleScheme::Styles{});
+        domain->lightScheme()->setStylesByIdentifier(style ? ZelStyleScheme::Styles{{"main", style}}
+                                                           : ZelStyleScheme::Styles{});
         domain->setCurrentScheme(domain->lightScheme()); // whose main style applies to the owner
         owner->setLastZelStyle(last);
         recorder.take();

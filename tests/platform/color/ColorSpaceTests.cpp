@@ -116,9 +116,17 @@ TEST(ColorSpace, ACustomSpaceIsKeptAsItWasMade) {
     EXPECT_TRUE(red.hasRGBForm());
 }
 
-TEST(ColorSpace, TwoCustomSpacesOfOneNameAreDifferentSpaces) {
-    EXPECT_NE(&NSColorSpace::customColorSpace("twin", 3, false),
-              &NSColorSpace::customColorSpace("twin", 3, false));
+TEST(ColorSpace, EqualRequestsForACustomSpaceGetTheSameOne) {
+    const NSColorSpace::ToSRGB black = [](const double* /*components*/, double* rgba) noexcept {
+        rgba[0] = rgba[1] = rgba[2] = 0;
+        rgba[3] = 1;
+    };
+    const NSColorSpace* const space = &NSColorSpace::customColorSpace("twin", 3, false);
+    EXPECT_EQ(&NSColorSpace::customColorSpace("twin", 3, false), space);
+    EXPECT_NE(&NSColorSpace::customColorSpace("twins", 3, false), space);
+    EXPECT_NE(&NSColorSpace::customColorSpace("twin", 4, false), space);
+    EXPECT_NE(&NSColorSpace::customColorSpace("twin", 3, true), space);
+    EXPECT_NE(&NSColorSpace::customColorSpace("twin", 3, false, black), space);
 }
 
 TEST(ColorSpace, ACustomSpaceMayHaveNoneToFiveComponents) {

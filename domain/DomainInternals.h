@@ -17,7 +17,7 @@
 
 namespace zel::inline v1 {
 
-/// A domain's fields. Switching schemes and following aren't atomic.
+/// A domain's fields. Two threads must not switch schemes, or following, at once.
 struct ZelStyleDomain::State {
     using Schemes = std::map<std::string, std::shared_ptr<ZelStyleScheme>, std::less<>>;
 
@@ -52,8 +52,8 @@ struct DomainInternals {
     static void registerListener(ZelStyleDomain& domain, ListenerTable& table,
                                  ZelStyleChangeHandler handler,
                                  const std::shared_ptr<NSObject>& owner);
-    /// Removes an object from a table. Returns when no walk of another thread calls it any more,
-    /// unless the object is ending: then none does.
+    /// Removes an object from a table. Waits for another thread's walk that may be calling it;
+    /// not where the object is ending, which no walk holds.
     static void unregister(ListenerTable& table, const NSObject& object);
 };
 

@@ -28,8 +28,8 @@ struct ChangeHandlers {
     std::list<Later> later;
 };
 
-/// One listener of a domain: an owner with its change handlers, or a change handler object. Stays
-/// where it is until it was removed and no walk is under way.
+/// One listener of a domain: an owner with its change handlers, or a change handler object. Keeps
+/// its address until it is removed; where a walk is under way then, until that ends.
 struct Listener {
     /// How the style that applies to its object is found.
     enum class Kind : std::uint8_t {
@@ -74,8 +74,9 @@ public:
         }
     }
 
-    /// Makes a call, then notes the style of that serial as delivered. Where that may belie
-    /// families that were built meanwhile, or those of another domain, they are invalidated.
+    /// Makes a call, then notes the style of that serial as delivered. Increments `bindingChanges`
+    /// where this may make families wrong: those built during the call, or those of another table
+    /// in which the object listens.
     template <class Call>
     void make(std::uint64_t serial, Call call) {
         requireNoPrivateLock();

@@ -66,7 +66,8 @@ public:
                      const ZelStyleable* styleable) ZEL_REQUIRES(linkLock);
 
     /// Removes an object's listener. Where a walk of another thread may be calling it, it is only
-    /// marked: true, and whoever needs it not to run any more has to wait for that walk.
+    /// marked, and the answer is true: a caller who must be sure that it no longer runs waits for
+    /// that walk.
     [[nodiscard]] bool remove(const StylingState& state, RemovedListeners& removed)
         ZEL_REQUIRES(linkLock);
     /// Removes one listener of an object that ends, in whichever table; false where it has none.

@@ -14,8 +14,8 @@ namespace zel::inline v1 {
 
 class ZelStyle;
 
-/// What `bindingChanges` and `lookupChanges` say: equal ones have nothing between them that could
-/// have given a listener another style than the one it was given last.
+/// What `bindingChanges` and `lookupChanges` say: between two equal moments nothing happened
+/// that could give a listener another style than the one it was given last.
 struct StylingMoment {
     std::uint64_t bindings = 0;
     std::uint64_t lookups = 0;
@@ -24,14 +24,14 @@ struct StylingMoment {
     friend bool operator==(const StylingMoment&, const StylingMoment&) noexcept = default;
 };
 
-/// The listeners of a table by the families of their styles: an update delivers to a style and
-/// those that descend from it, and so do, before it, the updates of the styles that follow. With
-/// many of them, walking over all listeners each time would be quadratic (10,000 followers with a
-/// listener each: 1.1 s instead of 12 ms). The second such walk with nothing changed since the
-/// first builds this: it leaves each listener with its style, so that those which follow have to
-/// visit a family alone, for as long as nothing changes. Listeners that have to be asked for their
-/// parents aren't in it. Refers to: listeners of the table, for as long as none was added or
-/// removed. Threads: by the styling lock, but for what `linkLock` alone guards.
+/// The listeners of a table by the families of their styles. An update delivers to a style's
+/// family: the style and its descendants. Every child that follows then delivers to its own family,
+/// and a walk over all listeners for each would be quadratic (10,000 followers with a listener
+/// each: 1.1 s instead of 12 ms). So the second such full walk with nothing changed since the first
+/// also builds this, and later deliveries visit one family only, until something changes. Listeners
+/// that have to be asked for their parents aren't in it. Refers to: listeners of the table, for as
+/// long as none was added or removed. Threads: by the styling lock, but for what `linkLock` alone
+/// guards.
 class StyleFamilies {
 public:
     using Listeners = std::vector<Listener*>;
@@ -42,8 +42,8 @@ public:
     [[nodiscard]] const Listeners* find(const ZelStyle& style) const ZEL_REQUIRES(linkLock);
 
     /// Begins building where that pays: true where the caller, who is about to walk over all
-    /// listeners, has to add them and to end it. A handler may begin it anew meanwhile; only where
-    /// both end complete are there families.
+    /// listeners, has to add them and to end it. A handler may start another
+    /// building during it; the families count only if both end complete.
     bool beginBuilding();
     /// Adds a listener. Without memory for it there will be no families: none is needed.
     void add(const std::shared_ptr<ZelStyle>& style, Listener& listener) noexcept;

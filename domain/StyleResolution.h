@@ -62,8 +62,8 @@ public:
     /// The style for an object that is not styleable: the main style.
     const Found& main() { return updated(main_); }
 
-    /// Every style found by a node is one that the delivery forces: the listeners are those of
-    /// its family.
+    /// With true, every style found by a node counts as forced, unchecked: the walk visits only the
+    /// family of the filter.
     void setOfFamily(bool isOfFamily) noexcept { isOfFamily_ = isOfFamily; }
 
 private:
@@ -80,7 +80,7 @@ private:
     const ZelStyleDelivery& delivery_;
     std::array<Found, 8> found_; ///< by nodes
     std::size_t oldest_ = 0;     ///< of them
-    Found* last_ = &found_[0];   ///< of them; no node's binding equals one of no epoch
+    Found* last_ = &found_[0];   ///< one of `found_`, at first with epoch 0, as no node's binding
     Found asked_;
     Found main_;
     bool isOfFamily_ = false;

@@ -13,8 +13,8 @@
 namespace zel::inline v1 {
 
 /// An attribute value in six words, so that it can be read while another thread writes it: a tag
-/// that says what it is, then a colour's components or a number's bits. A value that is neither
-/// leaves its tag alone; whoever reads that looks the value up under the lock.
+/// that says what it is, then a colour's components or a number's bits. Of any other value
+/// only the tag is kept, `null` or `other`; an `other` one is looked up under the lock.
 struct AttributeSlot {
     static constexpr std::uint64_t absent = 0;
     static constexpr std::uint64_t null = 1;

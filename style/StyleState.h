@@ -16,7 +16,8 @@
 namespace zel::inline v1 {
 
 /// Guards the fields of every style that say so. One lock for all, since merging a style's values
-/// reads those of its ancestors; reads of merged values don't take it once they are computed.
+/// reads those of its ancestors. Reads of colours and numbers of predefined attributes don't
+/// acquire it once the values are computed.
 inline constinit PrivateLock stylesLock;
 
 /// A style's fields.

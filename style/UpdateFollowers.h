@@ -29,8 +29,8 @@ class UpdateFollowers final : public WeaklyKeyed {
 public:
     /// Stores an owner's follower; answers the one that it replaces, to be destroyed by the caller.
     UpdateFollower set(const std::shared_ptr<NSObject>& owner, UpdateFollower follower);
-    /// Removes an owner's follower and answers it. Where an update is calling them, it has to be
-    /// the thread of that update which removes one: `isWalked` says so and nothing is done.
+    /// Removes an owner's follower and answers it. While an update walks them, only its own thread
+    /// may remove one; for any other, nothing is removed and `isWalked` is true.
     struct Removal {
         UpdateFollower removed;
         bool isWalked = false;

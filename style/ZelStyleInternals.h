@@ -34,7 +34,7 @@ struct ZelStyleInternals {
     /// Stores an own value, nil as the null marker, and invalidates the merged ones.
     static void setValueAt(ZelStyle& style, ZelStyleAttribute attribute,
                            const std::optional<ZelAttributeValue>& value);
-    /// Stores own values by the place of their attribute, those that are there, at once.
+    /// Stores all given own values in one step: the index is the attribute, empty ones are skipped.
     static void
     setValuesAt(ZelStyle& style,
                 std::span<const std::optional<ZelAttributeValue>, ZelStyleAttributeCount> values);

@@ -68,6 +68,8 @@ void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
     lookupChanges.increment();
 }
 
+// Deliberate: what stands under the style's identifier goes, whichever style that is, and the given
+// one's references are cleared in any case.
 void ZelStyleScheme::removeStyle(const std::shared_ptr<ZelStyle>& style) {
     if (!style) {
         throw ZelInvalidArgument("a style that is removed from a scheme must not be nil");

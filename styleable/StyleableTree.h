@@ -19,8 +19,8 @@ struct AppliedIdentifiers {
     }
 };
 
-/// The trees whose links the library knows. Everything but `linkLock`'s own acquisition is the
-/// caller's: each operation needs it held.
+/// The trees whose links the library knows. The caller holds `linkLock`, unless an
+/// operation says otherwise.
 struct StyleableTree {
     /// What applies to a node's object, as the places where it is kept: the identifiers of its
     /// own or of an object above it. Right for as long as `bindingChanges` says `epoch`.
@@ -32,16 +32,16 @@ struct StyleableTree {
     };
 
     /// The binding that a node remembers, right or not. Needs no lock, only that the node's object
-    /// is held: whoever then sees `bindingChanges` at the binding's epoch has read it whole, since
-    /// it is written anew only after a change.
+    /// is held. If its epoch then equals `bindingChanges`, all three words belong together: they
+    /// are rewritten only after a change.
     static Binding rememberedOf(const ZelStyleableNode& node) noexcept {
         const auto& words = node.remembered_;
         return {words.epoch.load(std::memory_order_acquire),
                 words.scheme.load(std::memory_order_acquire),
                 words.style.load(std::memory_order_acquire)};
     }
-    /// The binding of a node, remembered or found by walking up; remembered on the way as far as it
-    /// is the same.
+    /// The binding of a node, remembered or found by walking up; nodes passed on the way that have
+    /// the same one remember it too.
     static Binding bindingOf(const ZelStyleableNode& node) ZEL_REQUIRES(linkLock);
     /// Has a node remember its binding, `state` being its object's: most have that of their parent.
     static void bind(const ZelStyleableNode& node, const StylingState& state)
@@ -57,16 +57,17 @@ struct StyleableTree {
     /// What a binding refers to, held.
     static AppliedIdentifiers identifiersOf(const Binding& binding) ZEL_REQUIRES(linkLock);
 
-    /// What was remembered of a node's object and of those below it is no longer right. Nothing is
-    /// remembered elsewhere of an object with neither children nor listeners, so that building a
-    /// tree doesn't invalidate the others'.
+    /// Forgets what was remembered of a node's object and of those below it. For an object with
+    /// neither children nor listeners the node alone forgets, so that building a tree leaves valid
+    /// what other trees remember.
     static void invalidate(const ZelStyleableNode& node) noexcept ZEL_REQUIRES(linkLock);
 
     /// Whether the node, or one above it, is that object's.
     static bool isAtOrBelow(const ZelStyleableNode& node, const NSObject& object) noexcept
         ZEL_REQUIRES(linkLock);
 
-    /// Calls `visit`, which calls nobody, for each node at and below this one, parents first.
+    /// Calls `visit`, which must run no callback, for each node at and below this one, parents
+    /// first.
     template <class Visit>
     static void forEachAtAndBelow(const ZelStyleableNode& root, Visit visit)
         ZEL_REQUIRES(linkLock) {

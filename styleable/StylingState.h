@@ -22,8 +22,9 @@ struct Listener;
 inline constinit PrivateLock linkLock;
 
 /// Counts whatever may give an object another style than before, or make it forget which it was
-/// given: a custom identifier, a link of a known tree, or a last style that was set by hand or by a
-/// delivery that was overtaken. What hosts answer who are asked for parents is never remembered.
+/// given: a custom identifier, a link of a known tree, or a last style that was set by hand, by a
+/// delivery that was overtaken, or by another of the tables in which the object listens. A parent
+/// that the library had to ask the host for is never remembered.
 inline constinit ChangeCounter bindingChanges;
 
 /// What an object carries of styling. Made when first needed: by a custom identifier, a last style
@@ -42,8 +43,8 @@ struct StylingState final : Attachment {
     Identifier styleIdentifier ZEL_GUARDED_BY(linkLock);
     Identifier schemeIdentifier ZEL_GUARDED_BY(linkLock);
     Listener* listeners ZEL_GUARDED_BY(linkLock) = nullptr; ///< a list, `Listener::nextOfOwner`
-    /// Whether the object has had several listeners at once: of two domains, or of both kinds, who
-    /// share the last style. By the styling lock.
+    /// Whether the object has had several listeners at once, in two domains or of both kinds in
+    /// one: they all share `lastZelStyle`. By the styling lock.
     bool hasListenedElsewhere = false;
     /// The object's place in a known tree, from its first registration until the node ends. Written
     /// under `linkLock`, by a registration and by the object's destructor: whoever holds the object

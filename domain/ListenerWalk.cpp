@@ -21,12 +21,16 @@ const ZelStyleableNode* nodeOf(const std::shared_ptr<NSObject>& object) {
 ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
                            const std::shared_ptr<NSObject>& target, const ZelStyle* family)
     : table_(table), styles_(styles), target_(target.get()), list_{table.listed} {
-    const ZelStyleableNode* const targetNode = nodeOf(target);
+    const ZelStyleableNode* const node = nodeOf(target);
     const PrivateGuard guard(linkLock);
+    begin(node, family);
+}
+
+void ListenerWalk::begin(const ZelStyleableNode* node, const ZelStyle* family) {
     end_ = table_.places().size();
     if (target_) {
         beginListing();
-        listTarget(targetNode);
+        listTarget(node);
     } else if (const auto* members = family ? table_.families.find(*family) : nullptr) {
         beginListing();
         styles_.setOfFamily(true);

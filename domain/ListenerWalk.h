@@ -77,6 +77,7 @@ private:
         prefetchAhead(places);
         return place_ < end_;
     }
+    void begin(const ZelStyleableNode* node, const ZelStyle* family) ZEL_REQUIRES(linkLock);
     void beginListing() ZEL_REQUIRES(linkLock);
     void list(const Listener& listener) noexcept {
         const std::size_t place = listener.place;

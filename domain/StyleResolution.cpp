@@ -81,10 +81,11 @@ void FoundStyles::search(const ZelStyleableNode& node) {
     const PrivateGuard guard(linkLock);
     const auto binding = StyleableTree::bindingOf(node);
     auto applied = StyleableTree::identifiersOf(binding);
-    const auto same = std::ranges::find_if(found_, [&](const Found& each) {
+    Found* const end = found_.data() + found_.size();
+    Found* const same = std::find_if(found_.data(), end, [&](const Found& each) {
         return each.binding.epoch != 0 && each.applied == applied;
     });
-    if (same != found_.end()) {
+    if (same != end) {
         last_ = same;
     } else {
         last_ = &found_[oldest_];

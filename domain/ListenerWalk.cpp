@@ -31,9 +31,9 @@ void ListenerWalk::begin(const ZelStyleableNode* node, const ZelStyle* family) {
     if (target_) {
         beginListing();
         listTarget(node);
-    } else if (const auto* members = family ? table_.families.find(*family) : nullptr) {
+    } else if (const auto members = family ? table_.families.find(*family) : std::nullopt) {
         beginListing();
-        styles_.setOfFamily(true);
+        styles_.setFamilyMoment(begun_);
         for (const Listener* each : *members) {
             list(*each);
         }
@@ -71,7 +71,6 @@ void ListenerWalk::listTarget(const ZelStyleableNode* node) {
 void ListenerWalk::leaveList() noexcept {
     isListed_ = false;
     testsEach_ = target_ != nullptr;
-    styles_.setOfFamily(false);
 }
 
 /// Finds a node's binding, and those of the listeners that come next: after a change of bindings
@@ -94,7 +93,7 @@ const FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const 
         return target_ ? nullptr : &styles_.main();
     }
     auto ancestry = ancestryOf(owner, target_);
-    if (!listener.isLive() || (target_ && !ancestry.isBelowTarget)) {
+    if (target_ && !ancestry.isBelowTarget) {
         return nullptr;
     }
     return &styles_.of(std::move(ancestry.applied));

@@ -93,11 +93,11 @@ void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr
     ListenerWalk walk(table, styles, target, family);
     const bool builds = family && walk.visitsAll() && table.families.beginBuilding();
     FamiliesBuilding building{builds ? &table.families : nullptr};
-    while (Listener* const listener = walk.next()) {
+    while (Listener* const listener = (styles.endReplaced(), walk.next())) {
         const auto owner = listener->owner.lock();
         const auto* const found = owner ? walk.styleOf(*listener, *owner) : nullptr;
-        if (found == nullptr) {
-            continue;
+        if (found == nullptr || !listener->isLive()) {
+            continue; // not for it, or the host was asked and has removed it
         }
         if (builds && found->style && listener->kind != Listener::Kind::Asked) [[unlikely]] {
             table.families.add(found->style, *listener);

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -34,12 +36,11 @@ struct StylingMoment {
 /// guards.
 class StyleFamilies {
 public:
-    using Listeners = std::vector<Listener*>;
-
     /// A listener was added or removed.
     void invalidate() noexcept ZEL_REQUIRES(linkLock) { isStale_ = true; }
     /// Those whose style is that one or descends from it; nothing where that isn't known.
-    [[nodiscard]] const Listeners* find(const ZelStyle& style) const ZEL_REQUIRES(linkLock);
+    [[nodiscard]] std::optional<std::span<Listener* const>> find(const ZelStyle& style) const
+        ZEL_REQUIRES(linkLock);
 
     /// Begins building where that pays: true where the caller, who is about to walk over all
     /// listeners, has to add them and to end it. A handler may start another
@@ -53,8 +54,19 @@ public:
     static inline std::uint64_t completions = 0;
 
 private:
-    std::unordered_map<std::uint64_t, Listeners> families_; ///< by the serial of a style's token
-    StylingMoment asked_; ///< when a walk last could have built them
+    /// A style that has listeners, or a descendant that has some.
+    struct Node {
+        std::vector<Listener*> listeners;
+        std::vector<Node*> children;
+        std::size_t begin = 0; ///< of its family among `listeners_`
+        std::size_t end = 0;
+    };
+    void arrange(Node& root);
+
+    std::unordered_map<std::uint64_t, Node> nodes_; ///< by the serial of the style's token
+    std::vector<Node*> roots_;
+    std::vector<Listener*> listeners_; ///< each family in one piece
+    StylingMoment asked_;              ///< when a walk last could have built them
     StylingMoment built_;
     bool isStale_ ZEL_GUARDED_BY(linkLock) = true;
     bool hasAll_ = false; ///< whether nothing was left out since building began

@@ -77,7 +77,6 @@ bool isForced(const std::shared_ptr<ZelStyle>& style, const ZelStyleDelivery& de
 
 // By what the identifiers say: objects that were given the same ones keep them in different places.
 void FoundStyles::search(const ZelStyleableNode& node) {
-    Found replaced; // ends after the lock
     const PrivateGuard guard(linkLock);
     const auto binding = StyleableTree::bindingOf(node);
     auto applied = StyleableTree::identifiersOf(binding);
@@ -90,7 +89,9 @@ void FoundStyles::search(const ZelStyleableNode& node) {
     } else {
         last_ = &found_[oldest_];
         oldest_ = (oldest_ + 1) % found_.size();
-        std::swap(replaced, *last_);
+        replaced_[0] = std::move(last_->style);
+        hasReplaced_ = true;
+        *last_ = Found();
         last_->applied = std::move(applied);
     }
     last_->binding = binding;
@@ -107,10 +108,12 @@ const FoundStyles::Found& FoundStyles::of(AppliedIdentifiers applied) {
 void FoundStyles::lookUp(Found& found) {
     const std::uint64_t lookups = lookupChanges.now();
     auto style = styleForApplied(domain_, found.applied);
-    found.isForced = (isOfFamily_ && found.binding.epoch != 0) || isForced(style, delivery_);
+    found.isForced =
+        (found.binding.epoch != 0 && family_ == StylingMoment::now()) || isForced(style, delivery_);
     found.serial = ZelStyleToken(style).serial();
     found.lookups = lookups;
-    found.style.swap(style); // the former one may end now
+    replaced_[1] = std::exchange(found.style, std::move(style));
+    hasReplaced_ = true;
 }
 
 std::shared_ptr<ZelStyle> ZelStyleDomain::styleFor(const std::shared_ptr<NSObject>& styleable) {

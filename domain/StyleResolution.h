@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "domain/StyleFamilies.h"
 #include "style/LookupChanges.h"
 #include "styleable/StyleableTree.h"
 
@@ -62,9 +63,17 @@ public:
     /// The style for an object that is not styleable: the main style.
     const Found& main() { return updated(main_); }
 
-    /// With true, every style found by a node counts as forced, unchecked: the walk visits only the
-    /// family of the filter.
-    void setOfFamily(bool isOfFamily) noexcept { isOfFamily_ = isOfFamily; }
+    /// As of that moment the walk visits the family of the filter alone: while nothing changes,
+    /// every style found by a node counts as forced, unchecked.
+    void setFamilyMoment(const StylingMoment& moment) noexcept { family_ = moment; }
+    /// Lets go of the styles that others have replaced, which may end and run anything: not between
+    /// finding a style and its use.
+    void endReplaced() noexcept {
+        if (hasReplaced_) [[unlikely]] {
+            hasReplaced_ = false;
+            replaced_ = {};
+        }
+    }
 
 private:
     const Found& updated(Found& found) {
@@ -83,7 +92,9 @@ private:
     Found* last_ = &found_[0];   ///< one of `found_`, at first with epoch 0, as no node's binding
     Found asked_;
     Found main_;
-    bool isOfFamily_ = false;
+    StylingMoment family_;                              ///< of no moment: all listeners are visited
+    std::array<std::shared_ptr<ZelStyle>, 2> replaced_; ///< by a search, by a look-up
+    bool hasReplaced_ = false;
 };
 
 /// Whether a delivery forces a style: any, or its filter and those that descend from it.

@@ -59,16 +59,18 @@ auto readComputed(const ZelStyle& style, Read read) {
     return result;
 }
 
-/// Writes own values and invalidates the merged ones. What `write` answers, the replaced values, is
+/// Writes own values and invalidates the merged ones. What `write` puts into `Replaced` is
 /// destroyed outside the lock.
-template <class Write>
+template <class Replaced, class Write>
 void writeOwn(State& state, Write write) {
-    decltype(write(state.own)) replaced;
+    Replaced replaced;
     MergedValues::Invalidated invalidated;
     const PrivateGuard guard(stylesLock);
-    replaced = write(state.own);
+    write(state.own, replaced);
     invalidated = state.invalidateMerged();
 }
+
+using OneReplaced = std::optional<ZelAttributeValue>;
 
 ZelAttributeValue orNull(const std::optional<ZelAttributeValue>& value) {
     return value.value_or(ZelAttributeValue(NSNull{}));
@@ -141,25 +143,28 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
     if (!forAttribute) {
         throw ZelInvalidArgument("an attribute key must not be nil");
     }
-    writeOwn(*state_, [&](OwnValues& own) { return own.set(*forAttribute, orNull(value)); });
+    writeOwn<OneReplaced>(*state_, [&](OwnValues& own, OneReplaced& replaced) {
+        replaced = own.set(*forAttribute, orNull(value));
+    });
 }
 
 void ZelStyleInternals::setValueAt(ZelStyle& style, ZelStyleAttribute attribute,
                                    const std::optional<ZelAttributeValue>& value) {
-    writeOwn(state(style), [&](OwnValues& own) { return own.set(attribute, orNull(value)); });
+    writeOwn<OneReplaced>(state(style), [&](OwnValues& own, OneReplaced& replaced) {
+        replaced = own.set(attribute, orNull(value));
+    });
 }
 
 void ZelStyleInternals::setValuesAt(
     ZelStyle& style,
     std::span<const std::optional<ZelAttributeValue>, ZelStyleAttributeCount> values) {
-    writeOwn(state(style), [&](OwnValues& own) {
-        std::array<std::optional<ZelAttributeValue>, ZelStyleAttributeCount> replaced;
+    using Replaced = std::array<OneReplaced, ZelStyleAttributeCount>;
+    writeOwn<Replaced>(state(style), [&](OwnValues& own, Replaced& replaced) {
         for (std::size_t i = 0; i < values.size(); ++i) {
             if (values[i]) {
                 replaced[i] = own.set(static_cast<ZelStyleAttribute>(i), *values[i]);
             }
         }
-        return replaced;
     });
 }
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/support/AtEnd.h"
 #include "tests/support/Recorder.h"
+
+#include <any>
 
 namespace zeltest {
 namespace {
@@ -15,7 +18,7 @@ protected:
     const std::shared_ptr<ZelStyle> top = addChildStyle(main, "top");
     const std::shared_ptr<ZelStyle> middle = addChildStyle(top, "middle");
     const std::shared_ptr<ZelStyle> bottom = addChildStyle(middle, "bottom");
-    const std::shared_ptr<ZelStyle> aside = addChildStyle(main, "aside");
+    std::shared_ptr<ZelStyle> aside = addChildStyle(main, "aside");
     Recorder recorder;
 
     FamilyDeliveryTests() {
@@ -248,6 +251,58 @@ TEST_F(FamilyDeliveryTests, AnUpdateThatAHandlerBreaksOffLeavesNobodyOutOfTheNex
         raises = false;
         recorder.calls.clear();
     }
+}
+
+/// Two listeners to one style, the first of which lets go of it; nobody else holds it.
+class EndingStyleTests : public FamilyDeliveryTests {
+protected:
+    bool removes = false;
+    Names called;
+    const std::shared_ptr<NSView> first = listenWithout("first");
+    const std::shared_ptr<NSView> second = listenWithout("second");
+
+    std::shared_ptr<NSView> listenWithout(const std::string& name) {
+        auto view = alloc<NSView>();
+        view->setCustomZelStyleIdentifier("aside");
+        view->registerStyleableChangeHandler([this, name](const auto&, const auto&, auto) {
+            called.push_back(name);
+            if (std::exchange(removes, false)) {
+                scheme->removeStyle(aside);
+                aside.reset();
+            }
+        });
+        return view;
+    }
+    void deliverAndEnd(std::function<void()> atEnd) {
+        const auto held = std::make_shared<AtEnd>(std::move(atEnd));
+        aside->setValue(ZelAttributeValue(std::make_shared<const std::any>(held)), "at end");
+        called.clear();
+        removes = true;
+        domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    }
+};
+
+TEST_F(EndingStyleTests, ItMayUnregisterTheNextListener) {
+    deliverAndEnd([&] { second->unregisterStyleableChangeHandlers(); });
+    called.clear();
+    domain->notifyForStyleChangeOf(nullptr, {.force = true});
+    EXPECT_EQ(called, Names{"first"});
+}
+
+TEST_F(EndingStyleTests, NobodyIsLeftWithAnOutdatedStyle) {
+    const auto dark = addStyle(domain->darkScheme(), "main");
+    bool ended = false;
+    deliverAndEnd([&] {
+        ended = true;
+        domain->setCurrentScheme(domain->darkScheme());
+        for (int round = 0; round < 3; ++round) {
+            bottom->updateStyleWithChanges(nullptr);
+        }
+    });
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(second->lastZelStyle(), dark->token());
+    bottom->updateStyleWithChanges(nullptr);
+    EXPECT_EQ(first->lastZelStyle(), dark->token());
 }
 
 TEST_F(FamilyDeliveryTests, AnObjectThatListensInTwoDomainsIsCalledByEach) {

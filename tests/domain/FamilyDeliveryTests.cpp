@@ -274,8 +274,9 @@ protected:
         return view;
     }
     void deliverAndEnd(std::function<void()> atEnd) {
-        const auto held = std::make_shared<AtEnd>(std::move(atEnd));
-        aside->setValue(ZelAttributeValue(std::make_shared<const std::any>(held)), "at end");
+        aside->setValue(ZelAttributeValue(std::make_shared<const std::any>(
+                            std::make_shared<AtEnd>(std::move(atEnd)))),
+                        "at end");
         called.clear();
         removes = true;
         domain->notifyForStyleChangeOf(nullptr, {.force = true});

@@ -93,7 +93,7 @@ const FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const 
         return target_ ? nullptr : &styles_.main();
     }
     auto ancestry = ancestryOf(owner, target_);
-    if (target_ && !ancestry.isBelowTarget) {
+    if (!listener.isLive() || (target_ && !ancestry.isBelowTarget)) {
         return nullptr;
     }
     return &styles_.of(std::move(ancestry.applied));

@@ -41,7 +41,7 @@ public:
     }
 
     /// The style for a listener, whose owner is held; nothing where the notification isn't for it.
-    /// May ask the owner for its parents.
+    /// May ask the owner for its parents; nothing as well where the host removes the listener then.
     const FoundStyles::Found* styleOf(const Listener& listener, const NSObject& owner) {
         if (listener.kind == Listener::Kind::Known && !testsEach_) [[likely]] {
             const ZelStyleableNode& node = *listener.state->node;

@@ -96,8 +96,8 @@ void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr
     while (Listener* const listener = (styles.endReplaced(), walk.next())) {
         const auto owner = listener->owner.lock();
         const auto* const found = owner ? walk.styleOf(*listener, *owner) : nullptr;
-        if (found == nullptr || !listener->isLive()) {
-            continue; // not for it, or the host was asked and has removed it
+        if (found == nullptr) {
+            continue;
         }
         if (builds && found->style && listener->kind != Listener::Kind::Asked) [[unlikely]] {
             table.families.add(found->style, *listener);

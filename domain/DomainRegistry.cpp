@@ -81,7 +81,7 @@ private:
     std::uint64_t next_ ZEL_GUARDED_BY(lock_) = 0;
 };
 
-DomainRegistry& registry() {
+DomainRegistry& domainRegistry() {
     static auto* const made = new DomainRegistry; // never destroyed: it lives for the process
     return *made;
 }
@@ -110,9 +110,9 @@ std::shared_ptr<ZelStyleDomain>
 ZelStyleDomain::domainForIdentifier(std::optional<std::string_view> identifier) {
     const std::string_view wanted = identifier.value_or(ZelStyleDomainIdentifierDefault);
     if (wanted == resetIdentifier) {
-        registry().reset();
+        domainRegistry().reset();
     }
-    return registry().domain(wanted);
+    return domainRegistry().domain(wanted);
 }
 
 std::shared_ptr<ZelStyleDomain>

@@ -24,7 +24,7 @@ struct ProviderRegistry {
 
 /// Made with the built-in providers in it when first used, so that they are there before any client
 /// code can look, static initialisers and static linking included.
-ProviderRegistry& registry() {
+ProviderRegistry& providerRegistry() {
     static auto* const made = new ProviderRegistry; // never destroyed: styles may be made at exit
     static std::once_flag once;
     static thread_local bool loading = false; // the loaders add to the registry themselves
@@ -47,7 +47,7 @@ ProviderRegistry& registry() {
 /// Calls `visit` for each provider, front to back; raises once a visit has changed the registry.
 template <class Visit>
 void forEachProvider(Visit visit) {
-    ProviderRegistry& all = registry();
+    ProviderRegistry& all = providerRegistry();
     const std::uint64_t mutations = all.mutations;
     for (std::size_t i = 0; i < all.providers.size(); ++i) {
         const Provider provider = all.providers[i]; // a visit may drop it
@@ -104,11 +104,11 @@ private:
 } // namespace
 
 const std::vector<Provider>& ZelStyleInternals::_defaultValueProviders() {
-    return registry().providers;
+    return providerRegistry().providers;
 }
 
 ZelStyle::Providers ZelStyle::defaultValueProviders() {
-    return registry().providers;
+    return providerRegistry().providers;
 }
 
 // Deliberate: a provider named "main" always goes to the front, the newest first.
@@ -117,7 +117,7 @@ void ZelStyle::addDefaultValueProvider(
     if (!provider) {
         throw ZelInvalidArgument("a default value provider must not be nil");
     }
-    ProviderRegistry& all = registry();
+    ProviderRegistry& all = providerRegistry();
     const bool isMain = provider->identifier() == ZelStyleDefaultValueProviderIdentifierMain;
     all.providers.insert(isMain ? all.providers.begin() : all.providers.end(), provider);
     ++all.mutations;
@@ -125,7 +125,7 @@ void ZelStyle::addDefaultValueProvider(
 
 void ZelStyle::removeDefaultValueProvider(
     const std::shared_ptr<ZelStyleDefaultValueProvider>& provider) {
-    ProviderRegistry& all = registry();
+    ProviderRegistry& all = providerRegistry();
     if (std::erase(all.providers, provider) > 0) {
         ++all.mutations;
     }

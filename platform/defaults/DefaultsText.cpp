@@ -168,7 +168,7 @@ std::string digitsOf(Number number) {
     return {buffer.data(), end};
 }
 
-std::string textOf(const NSNumber& number) {
+std::string textOfValue(const NSNumber& number) {
     switch (number.kind()) {
     case NSNumber::Kind::UnsignedLong:
         return digitsOf(number.unsignedLongValue()) + "u";
@@ -184,9 +184,9 @@ std::string textOf(const NSNumber& number) {
     return text.find_first_of(".en") == std::string_view::npos ? text + ".0" : text;
 }
 
-std::string textOf(const NSUserDefaultsValue& value) {
+std::string textOfValue(const NSUserDefaultsValue& value) {
     const auto* text = std::get_if<std::string>(&value);
-    return text != nullptr ? inQuotes(*text) : textOf(std::get<NSNumber>(value));
+    return text != nullptr ? inQuotes(*text) : textOfValue(std::get<NSNumber>(value));
 }
 
 std::string withoutKey(std::string_view text, std::string_view key) {
@@ -239,10 +239,10 @@ std::string editDefaultsText(std::string_view text, std::string_view key,
         }
     });
     if (!old) {
-        return withLine(text, key, textOf(*value));
+        return withLine(text, key, textOfValue(*value));
     }
     const auto begin = static_cast<std::size_t>(old->data() - text.data());
-    return std::string(text).replace(begin, old->size(), textOf(*value));
+    return std::string(text).replace(begin, old->size(), textOfValue(*value));
 }
 
 } // namespace zel::inline v1

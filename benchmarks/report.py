@@ -241,6 +241,14 @@ def processor():
     return platform.processor() or platform.machine()
 
 
+def is_idle(load):
+    """Whether the first of the load averages is below 0.5, as it has to be before a run."""
+    try:
+        return float(load.split()[0]) < 0.5
+    except (ValueError, IndexError):
+        return False
+
+
 def result_of(arguments, samples, errors, rows, date):
     return {
         "date": date,
@@ -283,6 +291,8 @@ def main():
     print(f"{date}, {result['processor']}, {result['cores']} cores, load before "
           f"{arguments.load}; medians of {result['rounds']} rounds, ± half the distance between "
           "the quartiles\n")
+    if not is_idle(arguments.load):
+        print("**The machine was busy with something else: these are no figures to keep.**\n")
     print("\n".join(table_lines(rows, samples)))
     for key, message in sorted(errors.items()):
         print(f"{key}: {message}", file=sys.stderr)

@@ -31,10 +31,8 @@ struct AttributeSlot {
             slot.tag = reinterpret_cast<std::uintptr_t>(heldColor->space_);
             slot.words = heldColor->components_;
         } else if (const NSNumber* heldNumber = value.number()) {
-            slot.tag = number + static_cast<std::uint64_t>(heldNumber->kind());
-            slot.words[0] = heldNumber->kind() == NSNumber::Kind::Double
-                                ? heldNumber->doubleValue()
-                                : std::bit_cast<double>(heldNumber->unsignedLongValue());
+            slot.tag = number + static_cast<std::uint64_t>(heldNumber->kind_);
+            slot.words[0] = std::bit_cast<double>(heldNumber->bits_);
         } else {
             slot.tag = value.isNull() ? null : other;
         }
@@ -52,17 +50,8 @@ struct AttributeSlot {
         if (tag < number || tag >= color) {
             return std::nullopt;
         }
-        const auto bits = std::bit_cast<std::uint64_t>(words[0]);
-        switch (static_cast<NSNumber::Kind>(tag - number)) {
-        case NSNumber::Kind::Long:
-            return NSNumber::numberWithLong(static_cast<std::int64_t>(bits));
-        case NSNumber::Kind::Double:
-            return NSNumber::numberWithDouble(words[0]);
-        case NSNumber::Kind::Bool:
-            return NSNumber::numberWithBool(bits != 0);
-        default:
-            return NSNumber::numberWithUnsignedLong(bits);
-        }
+        return NSNumber(static_cast<NSNumber::Kind>(tag - number),
+                        std::bit_cast<std::uint64_t>(words[0]));
     }
 
     /// The value, where the slot alone says it: nothing for an absent or other one.

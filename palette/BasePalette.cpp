@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "palette/PaletteRow.h"
 
-#include "style/ZelStyleInternals.h"
-
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
@@ -76,7 +74,7 @@ void provideBase(const std::shared_ptr<ZelStyle>& style,
     PaletteValues values = presetsOf(*style);
     values.written[static_cast<std::size_t>(StyleType)] = NSNumber::numberWithUnsignedLong(type);
     computePalette(baseRows, values, type == ZelStyleTypeDark);
-    ZelStyleInternals::setValuesAt(*style, values.written);
+    writePalette(*style, values);
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "palette/PaletteRow.h"
 
-#include "style/ZelStyleInternals.h"
-
 #include <ZelStyleKit/ZelStyle.h>
 #include <ZelStyleKit/ZelStyleDefaultValueProvider.h>
 #include <ZelStyleKit/ZelStyleScheme.h>
@@ -64,7 +62,7 @@ void provideMain(const std::shared_ptr<ZelStyle>& style,
     const bool darkMode = scheme && scheme->identifier() == ZelStyleSchemeIdentifierDark;
     PaletteValues values = presetsOf(*style);
     computePalette(mainRows, values, darkMode);
-    ZelStyleInternals::setValuesAt(*style, values.written);
+    writePalette(*style, values);
 }
 
 } // namespace

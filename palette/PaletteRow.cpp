@@ -3,6 +3,8 @@
 
 #include "style/ZelStyleInternals.h"
 
+#include <utility>
+
 namespace zel::inline v1 {
 namespace {
 
@@ -65,12 +67,20 @@ PaletteValues presetsOf(const ZelStyle& style) {
     PaletteValues values;
     for (std::size_t i = 0; i < values.presets.size(); ++i) {
         const auto attribute = static_cast<ZelStyleAttribute>(i);
-        const AttributeSlot slot = ZelStyleInternals::predefinedSlot(style, attribute);
-        values.presets[i] = slot.tag == AttributeSlot::other
-                                ? ZelStyleInternals::effectiveValue(style, attribute)
-                                : slot.asValue();
+        values.presets[i] = ZelStyleInternals::effectiveValue(style, attribute);
     }
     return values;
+}
+
+void writePalette(ZelStyle& style, const PaletteValues& values) {
+    ZelAttributeDictionary written;
+    for (std::size_t i = 0; i < values.written.size(); ++i) {
+        if (values.written[i]) {
+            written.emplace(ZelStyleAttributeKeyOf(static_cast<ZelStyleAttribute>(i)),
+                            *values.written[i]);
+        }
+    }
+    ZelStyleInternals::setValues(style, std::move(written));
 }
 
 } // namespace zel::inline v1

@@ -100,4 +100,7 @@ void computePalette(std::span<const PaletteRow> rows, PaletteValues& values, boo
 /// A style's effective values as presets, with nothing written.
 [[nodiscard]] PaletteValues presetsOf(const ZelStyle& style);
 
+/// Stores what rows have written as a style's own values, all at once.
+void writePalette(ZelStyle& style, const PaletteValues& values);
+
 } // namespace zel::inline v1

@@ -28,8 +28,8 @@ std::optional<NSNumber> readNumber(const ZelStyle& style, ZelStyleAttribute attr
 
 template <class Value>
 void write(ZelStyle& style, ZelStyleAttribute attribute, const std::optional<Value>& value) {
-    ZelStyleInternals::setValueAt(style, attribute,
-                                  value ? std::optional<ZelAttributeValue>(*value) : std::nullopt);
+    style.setValue(value ? std::optional<ZelAttributeValue>(*value) : std::nullopt,
+                   ZelStyleAttributeKeyOf(attribute));
 }
 
 /// The classes that declare the accessors, by the group of the attribute.

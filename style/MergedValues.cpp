@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "style/MergedValues.h"
 
-#include <string>
 #include <utility>
 
 namespace zel::inline v1 {
@@ -37,40 +36,25 @@ MergedValues::Invalidated MergedValues::invalidate() noexcept {
 }
 
 // What an earlier computation that ran out of memory has left is overwritten.
-void MergedValues::compute(const MergedValues* parent, const OwnValues& own) {
+void MergedValues::compute(const MergedValues* parent, const ZelAttributeDictionary& own) {
     for (std::size_t i = 0; i < slots_.size(); ++i) {
         slots_[i].store(parent ? parent->slots_[i].load() : AttributeSlot());
     }
     others_ = parent ? parent->others_ : ZelAttributeDictionary();
-    for (const auto& [attribute, value] : own.predefined()) {
-        putPredefined(attribute, value, parent == nullptr);
-    }
-    for (const auto& [key, value] : own.custom()) {
-        put(key, value, parent == nullptr);
+    for (const auto& [key, value] : own) {
+        const bool isRemoved = value.isNull() && parent != nullptr;
+        const auto attribute = ZelStyleAttributeForKey(key);
+        if (attribute) {
+            slots_[static_cast<std::size_t>(*attribute)].store(
+                isRemoved ? AttributeSlot() : AttributeSlot::of(value));
+        }
+        if (isRemoved || (attribute && !value.other())) {
+            others_.erase(key);
+        } else {
+            others_.insert_or_assign(key, value);
+        }
     }
     sequence_.store(sequence_.load(std::memory_order_relaxed) + 1, std::memory_order_release);
-}
-
-void MergedValues::putPredefined(ZelStyleAttribute attribute, const ZelAttributeValue& value,
-                                 bool isRoot) {
-    const bool isRemoved = value.isNull() && !isRoot;
-    AtomicSlot& slot = slots_[static_cast<std::size_t>(attribute)];
-    const bool hadOther = slot.load().tag == AttributeSlot::other;
-    slot.store(isRemoved ? AttributeSlot() : AttributeSlot::of(value));
-    if (hadOther || value.other()) {
-        others_.erase(std::string(ZelStyleAttributeKeyOf(attribute)));
-    }
-    if (value.other()) {
-        others_.emplace(ZelStyleAttributeKeyOf(attribute), value);
-    }
-}
-
-void MergedValues::put(std::string_view key, const ZelAttributeValue& value, bool isRoot) {
-    if (value.isNull() && !isRoot) {
-        others_.erase(std::string(key));
-    } else {
-        others_.insert_or_assign(std::string(key), value);
-    }
 }
 
 } // namespace zel::inline v1

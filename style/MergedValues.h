@@ -2,8 +2,8 @@
 #pragma once
 
 #include "style/AttributeSlot.h"
-#include "style/OwnValues.h"
 
+#include <ZelStyleKit/ZelAttributeValue.h>
 #include <ZelStyleKit/ZelStyleAttributes.h>
 
 #include <array>
@@ -55,12 +55,9 @@ public:
 
     /// Computes them: the parent's, which must be there, if there is a parent, then the own ones.
     /// An own null marker removes the inherited key; a root keeps its null markers.
-    void compute(const MergedValues* parent, const OwnValues& own);
+    void compute(const MergedValues* parent, const ZelAttributeDictionary& own);
 
 private:
-    void put(std::string_view key, const ZelAttributeValue& value, bool isRoot);
-    void putPredefined(ZelStyleAttribute attribute, const ZelAttributeValue& value, bool isRoot);
-
     std::atomic<std::uint64_t> sequence_{1};
     std::array<AtomicSlot, ZelStyleAttributeCount> slots_;
     ZelAttributeDictionary others_; ///< of custom keys, and what fits no slot

@@ -1,18 +1,54 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "style/StyleState.h"
+#include "platform/locks/PrivateLock.h"
+#include "platform/text/Identifier.h"
+#include "style/MergedValues.h"
+#include "style/UpdateFollowers.h"
 
 #include <ZelStyleKit/ZelStyle.h>
 
+#include <atomic>
+#include <cstdint>
+#include <memory>
 #include <optional>
-#include <span>
 #include <vector>
 
 namespace zel::inline v1 {
 
-/// What a style keeps to itself, for the library's other sources: reads without a lock, writes by
-/// the place of an attribute, and the internal operations.
+/// Guards the fields of every style that say so. One lock for all, since merging a style's values
+/// reads those of its ancestors. Reads of colours and numbers of predefined attributes don't
+/// acquire it once the values are computed.
+inline constinit PrivateLock stylesLock;
+
+/// A style's fields.
+struct ZelStyle::State {
+    State();
+    ~State();
+
+    const std::uint64_t serial;
+    std::atomic<std::uint64_t> counter{0}; ///< accepted updates of this style alone
+    /// Made under `stylesLock` by the first read, and kept: a style that nobody reads has none.
+    std::atomic<MergedValues*> merged{nullptr};
+
+    std::weak_ptr<ZelStyleDomain> domain ZEL_GUARDED_BY(stylesLock);
+    std::weak_ptr<ZelStyleScheme> scheme ZEL_GUARDED_BY(stylesLock);
+    std::weak_ptr<ZelStyle> parentStyle ZEL_GUARDED_BY(stylesLock);
+    Identifier identifier ZEL_GUARDED_BY(stylesLock);
+    ZelAttributeDictionary own ZEL_GUARDED_BY(stylesLock); ///< null markers included
+    std::shared_ptr<UpdateFollowers> followers ZEL_GUARDED_BY(stylesLock); ///< made when needed
+
+    /// The merged values, computed or not, made where there are none.
+    MergedValues& mergedValues() ZEL_REQUIRES(stylesLock);
+    /// Invalidates the merged values, where there are any.
+    [[nodiscard]] MergedValues::Invalidated invalidateMerged() noexcept ZEL_REQUIRES(stylesLock) {
+        MergedValues* const present = merged.load(std::memory_order_acquire);
+        return present ? present->invalidate() : MergedValues::Invalidated();
+    }
+};
+
+/// What a style keeps to itself, for the library's other sources: its fields, reads
+/// without a lock, and the internal operations.
 struct ZelStyleInternals {
     using State = ZelStyle::State;
     static State& state(const ZelStyle& style) noexcept { return *style.state_; }
@@ -31,13 +67,8 @@ struct ZelStyleInternals {
     static std::optional<ZelAttributeValue> effectiveValue(const ZelStyle& style,
                                                            ZelStyleAttribute attribute);
 
-    /// Stores an own value, nil as the null marker, and invalidates the merged ones.
-    static void setValueAt(ZelStyle& style, ZelStyleAttribute attribute,
-                           const std::optional<ZelAttributeValue>& value);
-    /// Stores all given own values in one step: the index is the attribute, empty ones are skipped.
-    static void
-    setValuesAt(ZelStyle& style,
-                std::span<const std::optional<ZelAttributeValue>, ZelStyleAttributeCount> values);
+    /// Stores own values, nil as the null marker, in one step.
+    static void setValues(ZelStyle& style, ZelAttributeDictionary values);
 
     /// The providers of the process, in their order.
     static const std::vector<std::shared_ptr<ZelStyleDefaultValueProvider>>&

@@ -4,7 +4,6 @@
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyle.h>
 
-#include <array>
 #include <utility>
 #include <vector>
 
@@ -59,23 +58,6 @@ auto readComputed(const ZelStyle& style, Read read) {
     return result;
 }
 
-/// Writes own values and invalidates the merged ones. What `write` puts into `Replaced` is
-/// destroyed outside the lock.
-template <class Replaced, class Write>
-void writeOwn(State& state, Write write) {
-    Replaced replaced;
-    MergedValues::Invalidated invalidated;
-    const PrivateGuard guard(stylesLock);
-    write(state.own, replaced);
-    invalidated = state.invalidateMerged();
-}
-
-using OneReplaced = std::optional<ZelAttributeValue>;
-
-ZelAttributeValue orNull(const std::optional<ZelAttributeValue>& value) {
-    return value.value_or(ZelAttributeValue(NSNull{}));
-}
-
 std::optional<ZelAttributeValue> withoutNull(std::optional<ZelAttributeValue> value) {
     return value && value->isNull() ? std::nullopt : std::move(value);
 }
@@ -110,14 +92,14 @@ ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
         return std::nullopt;
     }
     const PrivateGuard guard(stylesLock);
-    const ZelAttributeValue* value = state_->own.find(*key);
-    return value ? std::optional<ZelAttributeValue>(*value) : std::nullopt;
+    const auto found = state_->own.find(*key);
+    return found == state_->own.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::optional<ZelAttributeValue> ZelStyleInternals::effectiveValue(const ZelStyle& style,
                                                                    ZelStyleAttribute attribute) {
-    AttributeSlot slot;
-    if (readPredefined(style, attribute, slot) && slot.tag != AttributeSlot::other) [[likely]] {
+    const AttributeSlot slot = predefinedSlot(style, attribute);
+    if (slot.tag != AttributeSlot::other) [[likely]] {
         return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
     }
     return withoutNull(
@@ -143,29 +125,21 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
     if (!forAttribute) {
         throw ZelInvalidArgument("an attribute key must not be nil");
     }
-    writeOwn<OneReplaced>(*state_, [&](OwnValues& own, OneReplaced& replaced) {
-        replaced = own.set(*forAttribute, orNull(value));
-    });
+    ZelAttributeDictionary one;
+    one.emplace(*forAttribute, value.value_or(NSNull{}));
+    ZelStyleInternals::setValues(*this, std::move(one));
 }
 
-void ZelStyleInternals::setValueAt(ZelStyle& style, ZelStyleAttribute attribute,
-                                   const std::optional<ZelAttributeValue>& value) {
-    writeOwn<OneReplaced>(state(style), [&](OwnValues& own, OneReplaced& replaced) {
-        replaced = own.set(attribute, orNull(value));
-    });
-}
-
-void ZelStyleInternals::setValuesAt(
-    ZelStyle& style,
-    std::span<const std::optional<ZelAttributeValue>, ZelStyleAttributeCount> values) {
-    using Replaced = std::array<OneReplaced, ZelStyleAttributeCount>;
-    writeOwn<Replaced>(state(style), [&](OwnValues& own, Replaced& replaced) {
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            if (values[i]) {
-                replaced[i] = own.set(static_cast<ZelStyleAttribute>(i), *values[i]);
-            }
+void ZelStyleInternals::setValues(ZelStyle& style, ZelAttributeDictionary values) {
+    MergedValues::Invalidated invalidated; // destroyed outside the lock, as what is replaced
+    const PrivateGuard guard(stylesLock);
+    for (auto& [key, value] : values) {
+        const auto [own, isNew] = state(style).own.try_emplace(key, value);
+        if (!isNew) {
+            std::swap(own->second, value);
         }
-    });
+    }
+    invalidated = state(style).invalidateMerged();
 }
 
 void ZelStyleInternals::_incrementSeed(ZelStyle& style) {

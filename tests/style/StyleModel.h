@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "style/StyleState.h"
 #include "style/ZelStyleInternals.h"
 #include "tests/support/FreeLock.h"
 #include "tests/support/Styling.h"

@@ -58,48 +58,14 @@ void forEachProvider(Visit visit) {
     }
 }
 
-/// One style's default setup: passes over the registry until one runs no provider.
-class DefaultSetup {
-public:
-    DefaultSetup(const std::shared_ptr<ZelStyle>& style,
-                 const std::shared_ptr<ZelStyleScheme>& scheme)
-        : style_(style), scheme_(scheme) {}
-
-    void run() {
-        std::size_t ranInPass = 0;
-        do {
-            ranInPass = 0;
-            forEachProvider([&](const Provider& provider) {
-                if (isDue(*provider)) {
-                    apply(provider);
-                    ++ranInPass;
-                }
-            });
-        } while (ranInPass > 0);
-    }
-
-private:
-    [[nodiscard]] bool isDue(const ZelStyleDefaultValueProvider& provider) const {
-        if (applied_.contains(provider.identifier())) {
-            return false;
-        }
-        const auto required = provider.requiredDefaultValueProviders();
-        return !required || std::ranges::all_of(*required, [&](const std::string& each) {
-            return applied_.contains(each);
-        });
-    }
-
-    void apply(const Provider& provider) {
-        forEachProvider([&](const Provider& each) { each->willApply(provider, style_, scheme_); });
-        provider->provideDefaultValuesFor(style_, scheme_);
-        forEachProvider([&](const Provider& each) { each->didApply(provider, style_, scheme_); });
-        applied_.insert(provider->identifier());
-    }
-
-    const std::shared_ptr<ZelStyle>& style_;
-    const std::shared_ptr<ZelStyleScheme>& scheme_;
-    std::set<std::optional<std::string>> applied_;
-};
+/// Whether all providers that it requires were applied, and it wasn't.
+bool isDue(const ZelStyleDefaultValueProvider& provider,
+           const std::set<std::optional<std::string>>& applied) {
+    const auto required = provider.requiredDefaultValueProviders();
+    return !applied.contains(provider.identifier()) &&
+           std::ranges::all_of(required.value_or(ZelStyleDefaultValueProvider::Identifiers()),
+                               [&](const std::string& each) { return applied.contains(each); });
+}
 
 } // namespace
 
@@ -131,9 +97,25 @@ void ZelStyle::removeDefaultValueProvider(
     }
 }
 
+// Passes over the registry until one runs no provider.
 void ZelStyleInternals::_setupWithDefaultValuesUsingScheme(
     const std::shared_ptr<ZelStyle>& style, const std::shared_ptr<ZelStyleScheme>& scheme) {
-    DefaultSetup(style, scheme).run();
+    std::set<std::optional<std::string>> applied; // by identifier
+    bool hasRun = false;
+    do {
+        hasRun = false;
+        forEachProvider([&](const Provider& provider) {
+            if (!isDue(*provider, applied)) {
+                return;
+            }
+            forEachProvider(
+                [&](const Provider& each) { each->willApply(provider, style, scheme); });
+            provider->provideDefaultValuesFor(style, scheme);
+            forEachProvider([&](const Provider& each) { each->didApply(provider, style, scheme); });
+            applied.insert(provider->identifier());
+            hasRun = true;
+        });
+    } while (hasRun);
 }
 
 } // namespace zel::inline v1

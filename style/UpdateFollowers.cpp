@@ -27,19 +27,16 @@ UpdateFollower UpdateFollowers::set(const std::shared_ptr<NSObject>& owner,
     return {};
 }
 
-UpdateFollowers::Removal UpdateFollowers::remove(const NSObject& owner) {
-    const bool isOwnWalk = StylingLock::isHeld();
-    Entries::node_type removed; // its weak reference ends after the guard
+bool UpdateFollowers::remove(const NSObject& owner) {
+    const bool mayRemove = StylingLock::isHeld();
+    Entries::node_type removed; // ends after the guard
     const PrivateGuard guard(lock_);
-    if (walks_ > 0 && !isOwnWalk) {
-        return {{}, true};
+    if (walks_ > 0 && !mayRemove) {
+        return false;
     }
     removed = take(owner);
-    if (removed.empty()) {
-        return {};
-    }
-    ++mutations_;
-    return {std::move(removed.mapped().follower), false};
+    mutations_ += removed.empty() ? 0 : 1;
+    return true;
 }
 
 std::optional<UpdateFollowers::Step> UpdateFollowers::next(std::uint64_t from) const {

@@ -29,13 +29,9 @@ class UpdateFollowers final : public WeaklyKeyed {
 public:
     /// Stores an owner's follower; answers the one that it replaces, to be destroyed by the caller.
     UpdateFollower set(const std::shared_ptr<NSObject>& owner, UpdateFollower follower);
-    /// Removes an owner's follower and answers it. While an update walks them, only its own thread
-    /// may remove one; for any other, nothing is removed and `isWalked` is true.
-    struct Removal {
-        UpdateFollower removed;
-        bool isWalked = false;
-    };
-    Removal remove(const NSObject& owner);
+    /// Removes an owner's follower. False, with nothing removed, where an update on another thread
+    /// walks them.
+    [[nodiscard]] bool remove(const NSObject& owner);
 
     /// A follower whose owner lives, and where the walk goes on behind it.
     struct Step {

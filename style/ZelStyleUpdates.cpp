@@ -201,8 +201,8 @@ void ZelStyle::removeStyleUpdateObserverWithOwner(const std::shared_ptr<NSObject
     if (!owner || !followers) {
         return;
     }
-    if (followers->remove(*owner).isWalked) { // by another thread's update: after it
-        const StylingLock lock;
+    if (!followers->remove(*owner)) {
+        const StylingLock untilTheUpdateIsOver;
         (void)followers->remove(*owner);
     }
 }

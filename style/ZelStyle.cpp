@@ -66,12 +66,6 @@ ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
     return self;
 }
 
-std::shared_ptr<ZelStyle>
-ZelStyle::initWithIdentifier(std::optional<std::string_view> identifier,
-                             const std::shared_ptr<ZelStyleScheme>& scheme) {
-    return initWithIdentifier(identifier, scheme, nullptr);
-}
-
 std::shared_ptr<ZelStyleDomain> ZelStyle::domain() const {
     const PrivateGuard guard(stylesLock);
     return state_->domain.lock();

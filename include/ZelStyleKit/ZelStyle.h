@@ -49,14 +49,13 @@ public:
     ZelStyle();
     ~ZelStyle() override;
 
-    /// `initWithIdentifier:scheme:parentStyle:`. Without a parent the style is filled by the
-    /// default value providers. The style isn't added to the scheme; its `scheme` stays nil.
-    std::shared_ptr<ZelStyle> initWithIdentifier(std::optional<std::string_view> identifier,
-                                                 const std::shared_ptr<ZelStyleScheme>& scheme,
-                                                 const std::shared_ptr<ZelStyle>& parentStyle);
-    /// `initWithIdentifier:scheme:`
-    std::shared_ptr<ZelStyle> initWithIdentifier(std::optional<std::string_view> identifier,
-                                                 const std::shared_ptr<ZelStyleScheme>& scheme);
+    /// `initWithIdentifier:scheme:parentStyle:` and `initWithIdentifier:scheme:`. Without a parent
+    /// the style is filled by the default value providers. The style isn't added to the scheme; its
+    /// `scheme` stays nil.
+    std::shared_ptr<ZelStyle>
+    initWithIdentifier(std::optional<std::string_view> identifier,
+                       const std::shared_ptr<ZelStyleScheme>& scheme,
+                       const std::shared_ptr<ZelStyle>& parentStyle = nullptr);
 
     /// `for:`. The style that applies to a styleable in its own domain; nil gives the default
     /// domain's main style.

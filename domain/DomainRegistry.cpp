@@ -10,17 +10,18 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <map>
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace zel::inline v1 {
 namespace {
 
 constexpr std::string_view resetIdentifier = "_reset";
 
-/// The domains of the process; the only strong references to them that the library keeps.
+/// The domains of the process, oldest first; the only strong references to them that the library
+/// keeps.
 class DomainRegistry {
 public:
     // A domain is made outside the lock, since it runs its initialiser; where two threads do so at
@@ -29,55 +30,55 @@ public:
         if (auto present = find(identifier)) {
             return present;
         }
-        auto made = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
+        const auto made = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
         const PrivateGuard guard(lock_);
-        const auto [found, isNew] = domains_.try_emplace(std::string(identifier));
-        if (isNew) {
-            found->second = {made, next_++};
-            lookupChanges.increment();
+        const auto found = std::ranges::find(domains_, identifier, &Registered::identifier);
+        if (found != domains_.end()) {
+            return found->domain;
         }
-        return found->second.domain;
+        domains_.push_back({std::string(identifier), made, next_++});
+        lookupChanges.increment();
+        return made;
     }
 
-    /// Removes the domains that there are now, oldest first. One that nobody else holds ends during
-    /// its removal and may call handlers; what they make meanwhile stays.
+    /// Removes the domains that there are now. One that nobody else holds ends during its removal
+    /// and may call handlers; what they make meanwhile stays.
     void reset() {
         const StylingLock lock;
-        const std::uint64_t end = nextOrder();
-        while (const auto removed = takeOldestBefore(end)) {
+        const std::uint64_t end = nextNumber();
+        while (takeOldestBefore(end)) {
         }
     }
 
 private:
     struct Registered {
+        std::string identifier;
         std::shared_ptr<ZelStyleDomain> domain;
-        std::uint64_t order = 0; ///< of creation
+        std::uint64_t number;
     };
 
     std::shared_ptr<ZelStyleDomain> find(std::string_view identifier) {
         const PrivateGuard guard(lock_);
-        const auto found = domains_.find(identifier);
-        return found == domains_.end() ? nullptr : found->second.domain;
+        const auto found = std::ranges::find(domains_, identifier, &Registered::identifier);
+        return found == domains_.end() ? nullptr : found->domain;
     }
-    std::uint64_t nextOrder() {
+    std::uint64_t nextNumber() {
         const PrivateGuard guard(lock_);
         return next_;
     }
     std::shared_ptr<ZelStyleDomain> takeOldestBefore(std::uint64_t end) {
         const PrivateGuard guard(lock_);
-        const auto oldest = std::ranges::min_element(
-            domains_, {}, [](const auto& each) { return each.second.order; });
-        if (oldest == domains_.end() || oldest->second.order >= end) {
+        if (domains_.empty() || domains_.front().number >= end) {
             return nullptr;
         }
-        auto taken = std::move(oldest->second.domain);
-        domains_.erase(oldest);
+        auto taken = std::move(domains_.front().domain);
+        domains_.erase(domains_.begin());
         lookupChanges.increment();
         return taken;
     }
 
     PrivateLock lock_;
-    std::map<std::string, Registered, std::less<>> domains_ ZEL_GUARDED_BY(lock_);
+    std::vector<Registered> domains_ ZEL_GUARDED_BY(lock_);
     std::uint64_t next_ ZEL_GUARDED_BY(lock_) = 0;
 };
 
@@ -118,6 +119,7 @@ ZelStyleDomain::domainForIdentifier(std::optional<std::string_view> identifier) 
 std::shared_ptr<ZelStyleDomain>
 ZelStyleDomain::domainForStyleable(const std::shared_ptr<NSObject>& styleable) {
     const ZelStyleable* conforming = styleable ? styleable->asZelStyleable() : nullptr;
+    requireNoPrivateLock();
     return conforming ? domainForIdentifier(conforming->domainIdentifierOfZelStyleable()) : nullptr;
 }
 

@@ -52,10 +52,11 @@ struct Listener {
     ListenerTable* table;          ///< fixed
     Kind kind;                     ///< fixed
     std::atomic<bool> live{true};
-    unsigned running = 0;            ///< calls of its handlers under way; by the styling lock
-    ChangeHandlers handlers;         ///< changed under both locks; none of a handler object
-    std::size_t place = 0;           ///< in the table; by linkLock
-    Listener* nextOfOwner = nullptr; ///< by linkLock; once it is removed, the next removed one
+    unsigned running = 0;               ///< calls of its handlers under way; by the styling lock
+    ChangeHandlers handlers;            ///< changed under both locks; none of a handler object
+    std::size_t place = 0;              ///< in the table; by linkLock
+    Listener* nextOfOwner = nullptr;    ///< by linkLock
+    std::list<Listener>::iterator self; ///< in the list that owns it; by linkLock
 };
 
 /// Calls of one listener. Keeps its handlers where they are even where a call removes the listener;

@@ -11,37 +11,35 @@ namespace zel::inline v1 {
 
 // Objects that end at the same time find their listeners gone.
 ListenerTable::~ListenerTable() {
-    RemovedListeners removed;
     const PrivateGuard guard(linkLock);
-    for (Listener* each : places_) {
-        if (each) {
-            if (each->isLive()) {
-                unlink(*each);
-            }
-            removed.add(*each);
-        }
+    for (Listener& each : listeners_) {
+        unlink(each);
     }
-} // the guard goes first, then the listeners
+}
 
 Listener& ListenerTable::insert(const std::shared_ptr<NSObject>& owner, StylingState& state,
                                 const ZelStyleable* styleable) {
-    closeGaps();
+    if (walks_ == 0 && places_.size() > 2 * size() + 16) {
+        closeGaps();
+    }
     if (places_.size() == places_.capacity()) {
         places_.reserve(2 * places_.size() + 8);
     }
-    auto made = std::make_unique<Listener>();
-    made->owner = owner;
-    made->object = owner.get();
-    made->state = &state;
-    made->table = this;
-    made->kind = state.node ? Listener::Kind::Known
+    std::list<Listener> made(1);
+    Listener& added = made.front();
+    added.self = made.begin();
+    added.owner = owner;
+    added.object = owner.get();
+    added.state = &state;
+    added.table = this;
+    added.kind = state.node ? Listener::Kind::Known
                             : (styleable ? Listener::Kind::Asked : Listener::Kind::Plain);
-    if (made->kind == Listener::Kind::Asked) {
-        asked_.insert(made.get());
+    if (added.kind == Listener::Kind::Asked) {
+        asked_.insert(&added);
     }
-    Listener& added = *made.release();
     added.place = places_.size();
     places_.push_back(&added);
+    listeners_.splice(listeners_.end(), made);
     state.hasListenedElsewhere = state.hasListenedElsewhere || state.listeners;
     added.nextOfOwner = state.listeners;
     state.listeners = &added;
@@ -72,15 +70,13 @@ bool ListenerTable::endOneOf(StylingState& state) noexcept {
 }
 
 void ListenerTable::endWalk() noexcept {
-    RemovedListeners removed;
+    std::list<Listener> removed; // ends after the guard
     const PrivateGuard guard(linkLock);
-    if (--walks_ > 0) {
-        return;
-    }
-    while (Listener* const each = removed_) {
-        removed_ = each->nextOfOwner;
-        vacate(*each);
-        removed.add(*each);
+    if (--walks_ == 0) {
+        for (const Listener& each : removed_) {
+            vacate(each);
+        }
+        removed.swap(removed_);
     }
 }
 
@@ -100,14 +96,11 @@ void ListenerTable::takeOut(Listener& listener, RemovedListeners& removed, bool 
     }
     families.invalidate();
     size_.fetch_sub(1, std::memory_order_relaxed);
+    auto& list = walks_ > 0 ? removed_ : removed.listeners;
+    list.splice(list.end(), listeners_, listener.self);
     if (walks_ == 0) {
         vacate(listener);
-        removed.add(listener);
-        return;
-    }
-    listener.nextOfOwner = removed_;
-    removed_ = &listener;
-    if (!mayRun && listener.running == 0) {
+    } else if (!mayRun && listener.running == 0) {
         removed.handlers = std::move(listener.handlers);
     }
 }
@@ -115,26 +108,16 @@ void ListenerTable::takeOut(Listener& listener, RemovedListeners& removed, bool 
 // The last place leaves no gap, so that listeners that come and go cost the others nothing.
 void ListenerTable::vacate(const Listener& listener) noexcept {
     places_[listener.place] = nullptr;
-    ++gaps_;
     while (!places_.empty() && places_.back() == nullptr) {
         places_.pop_back();
-        --gaps_;
     }
 }
 
 void ListenerTable::closeGaps() noexcept {
-    if (walks_ > 0 || gaps_ <= places_.size() / 2 + 8) {
-        return;
+    std::erase(places_, nullptr);
+    for (std::size_t place = 0; place < places_.size(); ++place) {
+        places_[place]->place = place;
     }
-    std::size_t place = 0;
-    for (Listener* each : places_) {
-        if (each) {
-            each->place = place;
-            places_[place++] = each;
-        }
-    }
-    places_.resize(place);
-    gaps_ = 0;
 }
 
 } // namespace zel::inline v1

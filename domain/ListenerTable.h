@@ -7,32 +7,17 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <set>
 #include <vector>
 
 namespace zel::inline v1 {
 
-/// What was removed from a table and has to be destroyed with no private lock held.
-class RemovedListeners {
-public:
-    RemovedListeners() = default;
-    RemovedListeners(const RemovedListeners&) = delete;
-    RemovedListeners& operator=(const RemovedListeners&) = delete;
-    ~RemovedListeners() {
-        while (Listener* const each = first_) {
-            first_ = each->nextOfOwner;
-            delete each;
-        }
-    }
-    void add(Listener& listener) noexcept {
-        listener.nextOfOwner = first_;
-        first_ = &listener;
-    }
-    ChangeHandlers handlers;
-
-private:
-    Listener* first_ = nullptr;
+/// What was removed from a table, to be destroyed with no private lock held.
+struct RemovedListeners {
+    std::list<Listener> listeners;
+    ChangeHandlers handlers; ///< of one that a walk still holds
 };
 
 /// The listeners of one kind in one domain, in the order in which they were registered. A listener
@@ -90,8 +75,9 @@ public:
     /// The number of the next handler, by the styling lock: handlers that are added during a
     /// notification aren't called by it.
     std::uint64_t nextHandler = 1;
-    /// Room for the lists of walks, each walk's above that of the walk that it interrupts; by the
-    /// styling lock. Kept, so that a delivery allocates nothing.
+    /// The lists of walks, each walk's behind that of the walk that it interrupts: a bit for each
+    /// place, so that they are in order without being sorted. By the styling lock. Kept, so that a
+    /// delivery allocates nothing.
     std::vector<std::uint64_t> listed;
     /// The listeners by the families of their styles; see there.
     StyleFamilies families;
@@ -103,10 +89,10 @@ private:
     void vacate(const Listener& listener) noexcept ZEL_REQUIRES(linkLock);
     void closeGaps() noexcept ZEL_REQUIRES(linkLock);
 
-    std::vector<Listener*> places_ ZEL_GUARDED_BY(linkLock); // owned
+    std::list<Listener> listeners_ ZEL_GUARDED_BY(linkLock);
+    std::list<Listener> removed_ ZEL_GUARDED_BY(linkLock); ///< the marked ones
+    std::vector<Listener*> places_ ZEL_GUARDED_BY(linkLock);
     std::set<Listener*> asked_ ZEL_GUARDED_BY(linkLock);
-    Listener* removed_ ZEL_GUARDED_BY(linkLock) = nullptr; ///< a list of the marked ones
-    std::size_t gaps_ ZEL_GUARDED_BY(linkLock) = 0;
     unsigned walks_ ZEL_GUARDED_BY(linkLock) = 0;
     std::atomic<std::size_t> size_{0};
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "styleable/StyleableTree.h"
 
-#include <utility>
+#include <ZelStyleKit/ZelStyleable.h>
 
 namespace zel::inline v1 {
 
@@ -18,6 +18,11 @@ void add(StyleableTree::Binding& binding, const StylingState& state) ZEL_REQUIRE
 }
 
 } // namespace
+
+const ZelStyleableNode* StyleableTree::nodeOf(const NSObject& object) noexcept {
+    const ZelStyleable* conforming = object.asZelStyleable();
+    return conforming ? conforming->zelStyleableNode() : nullptr;
+}
 
 // Objects have the binding of their parent but for what they set themselves: the one found for a
 // node is that of the nodes above it too, up to and with the first that sets something.

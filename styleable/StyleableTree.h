@@ -31,6 +31,9 @@ struct StyleableTree {
         friend bool operator==(const Binding&, const Binding&) noexcept = default;
     };
 
+    /// An object's node, nil where it has none. Asks the host; no private lock is held.
+    static const ZelStyleableNode* nodeOf(const NSObject& object) noexcept;
+
     /// The binding that a node remembers, right or not. Needs no lock, only that the node's object
     /// is held. If its epoch then equals `bindingChanges`, all three words belong together: they
     /// are rewritten only after a change.

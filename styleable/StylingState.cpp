@@ -32,8 +32,7 @@ void storeIdentifier(NSObject& object, CarriedIdentifier carried,
     }
     Identifier stored = makeIdentifier(identifier);
     auto& state = Attachment::of<StylingState>(object);
-    const ZelStyleable* conforming = object.asZelStyleable();
-    const ZelStyleableNode* node = conforming ? conforming->zelStyleableNode() : nullptr;
+    const ZelStyleableNode* const node = StyleableTree::nodeOf(object);
     const PrivateGuard guard(linkLock);
     (state.*carried).swap(stored);
     if (node) {
@@ -46,14 +45,9 @@ void storeIdentifier(NSObject& object, CarriedIdentifier carried,
 void setIdentifier(NSObject& object, CarriedIdentifier carried,
                    std::optional<std::string_view> identifier) {
     storeIdentifier(object, carried, identifier);
-    const ZelStyleable* conforming = object.asZelStyleable();
-    if (conforming == nullptr) {
-        return;
-    }
-    if (const auto target = object.weak_from_this().lock()) { // else it ends: nobody is notified
-        requireNoPrivateLock();
-        ZelStyleDomain::domainForIdentifier(conforming->domainIdentifierOfZelStyleable())
-            ->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});
+    const auto target = object.weak_from_this().lock(); // nil where it ends: nobody is notified
+    if (const auto domain = ZelStyleDomain::domainForStyleable(target)) {
+        domain->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});
     }
 }
 

@@ -28,10 +28,6 @@ std::shared_ptr<NSObject> NSView::parentZelStyleable() const {
     return superview();
 }
 
-std::optional<std::vector<std::shared_ptr<NSObject>>> NSView::associatedZelStyleables() const {
-    return std::nullopt;
-}
-
 std::optional<std::string> NSViewController::domainIdentifierOfZelStyleable() const {
     return std::string(ZelStyleDomainIdentifierDefault);
 }

@@ -36,9 +36,6 @@ public:
     [[nodiscard]] std::optional<std::string> domainIdentifierOfZelStyleable() const override;
     /// The superview; always, since a change below it is found by walking down.
     [[nodiscard]] std::shared_ptr<NSObject> parentZelStyleable() const final;
-    /// Always none.
-    [[nodiscard]] std::optional<std::vector<std::shared_ptr<NSObject>>>
-    associatedZelStyleables() const override;
 
 private:
     ZelStyleableNode node_{*this};

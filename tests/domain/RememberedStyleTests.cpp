@@ -321,7 +321,6 @@ const std::set<std::string>& others() {
                                            "NSObject::unregisterStyleableChangeHandlers",
                                            "NSObject::willChangeValueForKey",
                                            "NSView::asZelStyleable",
-                                           "NSView::associatedZelStyleables",
                                            "NSView::domainIdentifierOfZelStyleable",
                                            "NSView::parentZelStyleable",
                                            "NSView::subviews",

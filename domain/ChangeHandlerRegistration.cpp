@@ -16,7 +16,7 @@ Listener& add(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
               ZelStyleChangeHandler&& handler, const ZelStyleChangeHandler*& added) {
     auto& state = Attachment::of<StylingState>(*owner);
     const ZelStyleable* styleable = owner->asZelStyleable();
-    const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
+    const ZelStyleableNode* const node = StyleableTree::nodeOf(*owner);
     const PrivateGuard guard(linkLock);
     state.node = state.node ? state.node : node;
     Listener* const present = table.find(state);
@@ -39,7 +39,10 @@ Listener& add(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
 // overwritten by the older style that was found here.
 void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& table,
                                        ZelStyleChangeHandler handler,
-                                       const std::shared_ptr<NSObject>& owner) {
+                                       const std::shared_ptr<NSObject>& withOwner) {
+    // A handler may take the domain off the registry, and clear the caller's reference.
+    const auto held = domain.weak_from_this().lock();
+    const std::shared_ptr<NSObject> owner = withOwner;
     const StylingLock lock;
     const ZelStyleChangeHandler* added = nullptr;
     Listener& listener = add(table, owner, std::move(handler), added);
@@ -82,17 +85,12 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
     if (!handler) {
         throw ZelInvalidArgument("a change handler must not be nil");
     }
-    // A handler may take the domain off the registry, and clear the caller's reference.
-    const auto self = weak_from_this().lock();
-    const std::shared_ptr<NSObject> owner = withOwner;
-    DomainInternals::registerListener(*this, state_->owners, std::move(handler), owner);
+    DomainInternals::registerListener(*this, state_->owners, std::move(handler), withOwner);
 }
 
 void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {
     if (object) {
-        const auto self = weak_from_this().lock(); // as above
-        const std::shared_ptr<NSObject> kept = object;
-        DomainInternals::registerListener(*this, state_->objects, nullptr, kept);
+        DomainInternals::registerListener(*this, state_->objects, nullptr, object);
     }
 }
 

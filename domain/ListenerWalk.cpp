@@ -9,68 +9,42 @@
 #include <utility>
 
 namespace zel::inline v1 {
-namespace {
-
-const ZelStyleableNode* nodeOf(const std::shared_ptr<NSObject>& object) {
-    const ZelStyleable* styleable = object ? object->asZelStyleable() : nullptr;
-    return styleable ? styleable->zelStyleableNode() : nullptr;
-}
-
-} // namespace
 
 ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
                            const std::shared_ptr<NSObject>& target, const ZelStyle* family)
-    : table_(table), styles_(styles), target_(target.get()), list_{table.listed} {
-    const ZelStyleableNode* const node = nodeOf(target);
+    : table_(table), styles_(styles), target_(target.get()), listBegin_(table.listed.size()) {
+    const ZelStyleableNode* const node = target ? StyleableTree::nodeOf(*target) : nullptr;
     const PrivateGuard guard(linkLock);
-    begin(node, family);
-}
-
-void ListenerWalk::begin(const ZelStyleableNode* node, const ZelStyle* family) {
     end_ = table_.places().size();
-    if (target_) {
-        beginListing();
-        listTarget(node);
-    } else if (const auto members = family ? table_.families.find(*family) : std::nullopt) {
-        beginListing();
+    if (target) {
+        beginList();
+    } else if (family && table_.families.areKnown()) {
+        beginList();
         styles_.setFamilyMoment(begun_);
-        for (const Listener* each : *members) {
-            list(*each);
-        }
+        table_.families.forEachIn(family->token(), [this](const Listener* each) { list(*each); });
     }
-    visitsAll_ = !isListed_;
+    if (node) {
+        StyleableTree::forEachAtAndBelow(
+            *node, [this](const ZelStyleableNode& each) ZEL_REQUIRES(linkLock) {
+                const auto* state = Attachment::find<StylingState>(each.object());
+                const Listener* listener = state ? table_.find(*state) : nullptr;
+                if (listener && listener->kind == Listener::Kind::Known) {
+                    StyleableTree::bind(each, *state);
+                    list(*listener);
+                }
+            });
+    }
     table_.beginWalk();
 }
 
-/// Begins with those that have to be asked.
-void ListenerWalk::beginListing() {
+/// Begins the list with those that have to be asked.
+void ListenerWalk::beginList() {
     isListed_ = true;
     place_ = end_;
-    list_.bits.resize(list_.begin + end_ / wordBits + 1);
+    table_.listed.resize(listBegin_ + end_ / wordBits + 1);
     for (const Listener* each : table_.asked()) {
         list(*each);
     }
-}
-
-void ListenerWalk::listTarget(const ZelStyleableNode* node) {
-    if (node == nullptr || table_.size() == 0) {
-        return;
-    }
-    StyleableTree::forEachAtAndBelow(
-        *node, [&](const ZelStyleableNode& each) ZEL_REQUIRES(linkLock) {
-            const auto* state = Attachment::find<StylingState>(each.object());
-            const Listener* listener = state ? table_.find(*state) : nullptr;
-            if (listener && listener->kind == Listener::Kind::Known) {
-                StyleableTree::bind(each, *state);
-                list(*listener);
-            }
-        });
-}
-
-/// Goes on with the places behind the last one that was visited.
-void ListenerWalk::leaveList() noexcept {
-    isListed_ = false;
-    testsEach_ = target_ != nullptr;
 }
 
 /// Finds a node's binding, and those of the listeners that come next: after a change of bindings
@@ -90,7 +64,7 @@ StyleableTree::Binding ListenerWalk::bindAhead(const ZelStyleableNode& node) {
 
 const FoundStyles::Found* ListenerWalk::resolve(const Listener& listener, const NSObject& owner) {
     if (listener.kind == Listener::Kind::Plain) {
-        return target_ ? nullptr : &styles_.main();
+        return target_ ? nullptr : &styles_.of(AppliedIdentifiers());
     }
     auto ancestry = ancestryOf(owner, target_);
     if (!listener.isLive() || (target_ && !ancestry.isBelowTarget)) {

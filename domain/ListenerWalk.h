@@ -12,13 +12,12 @@
 
 namespace zel::inline v1 {
 
-/// A walk over the listeners of a table that a notification is for, in the order of registration:
-/// all of them, those at and below a target, or those of a family of styles. Those below a target
-/// are collected by walking down its tree, those of a family by the table's index; listeners that
-/// have to be asked for their parents are visited in any case. Where a handler changes a
-/// link, an identifier or a scheme, the list may be wrong: the walk then visits every remaining
-/// listener. A listener
-/// that is added during the walk isn't visited by it.
+/// A walk over the listeners of a table that a notification is for, in the order of registration.
+/// It visits all of them, or by a list those at and below a target, found by walking down its tree,
+/// or those of a family of styles. Listeners that have to be asked for their parents are on every
+/// list. Where a handler changes a link, an identifier or a scheme the list may be wrong: the walk
+/// then visits every listener that is left. One that is added meanwhile isn't visited.
+/// Refers to: the table, the styles.
 /// Threads: made, used and destroyed behind the styling lock.
 class ListenerWalk {
 public:
@@ -26,7 +25,10 @@ public:
                  const ZelStyle* family);
     ListenerWalk(const ListenerWalk&) = delete;
     ListenerWalk& operator=(const ListenerWalk&) = delete;
-    ~ListenerWalk() { table_.endWalk(); }
+    ~ListenerWalk() {
+        table_.listed.resize(listBegin_);
+        table_.endWalk();
+    }
 
     /// The next listener that was not removed, or nothing at the end.
     [[gnu::always_inline]] Listener* next() {
@@ -54,17 +56,14 @@ public:
         return resolve(listener, owner);
     }
 
-    /// Whether it began without a list, and so visits all listeners.
-    [[nodiscard]] bool visitsAll() const noexcept { return visitsAll_; }
-    /// Whether it has visited all listeners and nothing has changed meanwhile.
-    [[nodiscard]] bool hasVisitedAll() const noexcept {
-        return visitsAll_ && begun_ == StylingMoment::now();
+    /// Whether it visits all listeners and nothing has changed since it began.
+    [[nodiscard]] bool visitsAll() const noexcept {
+        return !isListed_ && begun_ == StylingMoment::now();
     }
 
 private:
     static constexpr std::size_t wordBits = 64;
 
-    void listTarget(const ZelStyleableNode* node) ZEL_REQUIRES(linkLock);
     /// Goes to the next place that is visited; false where there is none.
     bool goToNext(const std::vector<Listener*>& places) {
         if (isListed_) [[unlikely]] {
@@ -72,34 +71,20 @@ private:
                 goToListed();
                 return place_ < end_;
             }
-            leaveList();
+            isListed_ = false; // on with the places behind the last one that was visited
+            testsEach_ = target_ != nullptr;
         }
         prefetchAhead(places);
         return place_ < end_;
     }
-    void begin(const ZelStyleableNode* node, const ZelStyle* family) ZEL_REQUIRES(linkLock);
-    void beginListing() ZEL_REQUIRES(linkLock);
+    void beginList() ZEL_REQUIRES(linkLock);
     void list(const Listener& listener) noexcept {
-        const std::size_t place = listener.place;
-        place_ = std::min(place_, place);
-        lastListed_ = std::max(lastListed_, place);
-        list_.bits[list_.begin + place / wordBits] |= std::uint64_t{1} << place % wordBits;
+        place_ = std::min(place_, listener.place);
+        lastListed_ = std::max(lastListed_, listener.place);
+        std::uint64_t& word = table_.listed[listBegin_ + listener.place / wordBits];
+        word |= std::uint64_t{1} << listener.place % wordBits;
     }
-    /// Goes to the first listed place from the present one on, else to the end.
-    void goToListed() noexcept {
-        std::size_t word = place_ / wordBits;
-        std::uint64_t bits = list_.bits[list_.begin + word] >> place_ % wordBits;
-        while (bits == 0) {
-            if (++word > lastListed_ / wordBits) {
-                place_ = end_;
-                return;
-            }
-            place_ = word * wordBits;
-            bits = list_.bits[list_.begin + word];
-        }
-        place_ += static_cast<std::size_t>(std::countr_zero(bits));
-    }
-    void leaveList() noexcept;
+    void goToListed() noexcept;
     StyleableTree::Binding bindAhead(const ZelStyleableNode& node);
     [[gnu::always_inline]] void prefetchAhead(const std::vector<Listener*>& places) const noexcept;
     const FoundStyles::Found* resolve(const Listener& listener, const NSObject& owner);
@@ -108,21 +93,28 @@ private:
     FoundStyles& styles_;
     const NSObject* const target_;
     const StylingMoment begun_ = StylingMoment::now();
-    std::size_t place_ = 0; ///< of the next listener, unless it is listed
-    std::size_t end_ = 0;   ///< the first place that isn't visited
-    /// This walk's part of the table's bits: one for each place, set where a listener is listed. So
-    /// they come in order without being sorted.
-    struct List {
-        ~List() { bits.resize(begin); }
-        std::vector<std::uint64_t>& bits;
-        const std::size_t begin = bits.size();
-    };
-    const List list_;
+    std::size_t place_ = 0;       ///< of the next listener, unless it is listed
+    std::size_t end_ = 0;         ///< the first place that isn't visited
+    const std::size_t listBegin_; ///< of this walk's list among the table's
     std::size_t lastListed_ = 0;
     bool isListed_ = false;  ///< whether it goes by the list, or by all listeners
-    bool visitsAll_ = false; ///< whether it does the latter from its beginning
     bool testsEach_ = false; ///< after the list was left: each is tested for the target
 };
+
+/// Goes to the first listed place from the present one on, else to the end.
+inline void ListenerWalk::goToListed() noexcept {
+    std::size_t word = place_ / wordBits;
+    std::uint64_t bits = table_.listed[listBegin_ + word] >> place_ % wordBits;
+    while (bits == 0) {
+        if (++word > lastListed_ / wordBits) {
+            place_ = end_;
+            return;
+        }
+        place_ = word * wordBits;
+        bits = table_.listed[listBegin_ + word];
+    }
+    place_ += static_cast<std::size_t>(std::countr_zero(bits));
+}
 
 /// Asks for memory that is needed soon: the listener 16 places ahead, and 8 places ahead its
 /// object, with the reference counts just before it, and its state. Without it a switch of 100,000

@@ -71,17 +71,6 @@ inline void _applyStyle(const FoundStyles::Found& found, Listener& listener,
     }
 }
 
-/// A delivery's building of the families, which ends with it, whatever is raised.
-struct FamiliesBuilding {
-    ~FamiliesBuilding() {
-        if (families) {
-            families->endBuilding(isComplete);
-        }
-    }
-    StyleFamilies* const families; ///< nil: it builds none
-    bool isComplete = false;
-};
-
 void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr<NSObject>& target,
              const ZelStyleDelivery& delivery) {
     if (table.size() == 0) {
@@ -91,38 +80,20 @@ void deliver(ZelStyleDomain& domain, ListenerTable& table, const std::shared_ptr
     FoundStyles styles(domain, delivery);
     const std::uint64_t bound = table.nextHandler;
     ListenerWalk walk(table, styles, target, family);
-    const bool builds = family && walk.visitsAll() && table.families.beginBuilding();
-    FamiliesBuilding building{builds ? &table.families : nullptr};
+    const auto building = family && walk.visitsAll() ? table.families.beginBuilding() : 0;
     while (Listener* const listener = (styles.endReplaced(), walk.next())) {
         const auto owner = listener->owner.lock();
         const auto* const found = owner ? walk.styleOf(*listener, *owner) : nullptr;
         if (found == nullptr) {
             continue;
         }
-        if (builds && found->style && listener->kind != Listener::Kind::Asked) [[unlikely]] {
+        if (building > 0 && found->style && listener->kind != Listener::Kind::Asked) [[unlikely]] {
             table.families.add(found->style, *listener);
         }
         _applyStyle(*found, *listener, owner, delivery, bound);
     }
-    building.isComplete = walk.hasVisitedAll();
-}
-
-void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,
-            const ZelStyleDelivery& delivery, const NotificationPath* above);
-
-// A circle of associated objects ends where it comes back to a target further up its own path.
-void notifyAssociated(ZelStyleDomain& domain, const NSObject& styleable,
-                      const ZelStyleDelivery& delivery, const NotificationPath& path) {
-    const ZelStyleable* conforming = styleable.asZelStyleable();
-    requireNoPrivateLock();
-    const auto associated = conforming ? conforming->associatedZelStyleables() : std::nullopt;
-    if (!associated) {
-        return;
-    }
-    for (const std::shared_ptr<NSObject>& each : *associated) {
-        if (each && !path.contains(*each)) {
-            notify(domain, each, delivery, &path);
-        }
+    if (building > 0 && walk.visitsAll()) {
+        table.families.endBuilding(building);
     }
 }
 
@@ -134,8 +105,17 @@ void notify(ZelStyleDomain& domain, const std::shared_ptr<NSObject>& styleable,
         deliver(domain, state.owners, styleable, delivery);
         deliver(domain, state.objects, styleable, delivery);
     }
-    if (styleable) {
-        notifyAssociated(domain, *styleable, delivery, NotificationPath{styleable.get(), above});
+    const ZelStyleable* conforming = styleable ? styleable->asZelStyleable() : nullptr;
+    requireNoPrivateLock();
+    const auto associated = conforming ? conforming->associatedZelStyleables() : std::nullopt;
+    if (!associated) {
+        return;
+    }
+    const NotificationPath path{styleable.get(), above};
+    for (const std::shared_ptr<NSObject>& each : *associated) {
+        if (each && !path.contains(*each)) { // else a circle, which ends here
+            notify(domain, each, delivery, &path);
+        }
     }
 }
 

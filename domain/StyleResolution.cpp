@@ -32,8 +32,7 @@ Ancestry ancestryOf(const NSObject& object, const NSObject* target) {
     Ancestry found;
     std::shared_ptr<NSObject> held;
     for (const NSObject* each = &object; each; each = held.get()) {
-        const ZelStyleable* styleable = each->asZelStyleable();
-        const ZelStyleableNode* node = styleable ? styleable->zelStyleableNode() : nullptr;
+        const ZelStyleableNode* const node = StyleableTree::nodeOf(*each);
         found.isBelowTarget = found.isBelowTarget || each == target;
         const auto* state = Attachment::find<StylingState>(*each);
         if (node) {
@@ -75,34 +74,26 @@ bool isForced(const std::shared_ptr<ZelStyle>& style, const ZelStyleDelivery& de
     return delivery.force && (!only || (style && (style == only || style->isChildOf(only))));
 }
 
-// By what the identifiers say: objects that were given the same ones keep them in different places.
 void FoundStyles::search(const ZelStyleableNode& node) {
     const PrivateGuard guard(linkLock);
     const auto binding = StyleableTree::bindingOf(node);
-    auto applied = StyleableTree::identifiersOf(binding);
-    Found* const end = found_.data() + found_.size();
-    Found* const same = std::find_if(found_.data(), end, [&](const Found& each) {
-        return each.binding.epoch != 0 && each.applied == applied;
-    });
-    if (same != end) {
-        last_ = same;
-    } else {
-        last_ = &found_[oldest_];
-        oldest_ = (oldest_ + 1) % found_.size();
-        replaced_[0] = std::move(last_->style);
-        hasReplaced_ = true;
-        *last_ = Found();
-        last_->applied = std::move(applied);
-    }
+    select(StyleableTree::identifiersOf(binding));
     last_->binding = binding;
 }
 
-const FoundStyles::Found& FoundStyles::of(AppliedIdentifiers applied) {
-    if (asked_.applied != applied) {
-        asked_.applied = std::move(applied);
-        asked_.lookups = 0;
+// By what the identifiers say: objects that were given the same ones keep them in different places.
+void FoundStyles::select(AppliedIdentifiers&& applied) {
+    const auto same = std::ranges::find(found_, applied, &Found::applied);
+    if (same != found_.end()) {
+        last_ = &*same;
+        return;
     }
-    return updated(asked_);
+    last_ = &found_[oldest_];
+    oldest_ = (oldest_ + 1) % found_.size();
+    replaced_[0] = std::move(last_->style);
+    hasReplaced_ = true;
+    *last_ = Found();
+    last_->applied = std::move(applied);
 }
 
 void FoundStyles::lookUp(Found& found) {
@@ -132,10 +123,8 @@ bool ZelStyleDomain::isEqualOrChildOf(const std::shared_ptr<NSObject>& object,
 }
 
 std::shared_ptr<ZelStyle> ZelStyle::forStyleable(const std::shared_ptr<NSObject>& styleable) {
-    const ZelStyleable* conforming = styleable ? styleable->asZelStyleable() : nullptr;
-    const auto identifier =
-        conforming ? conforming->domainIdentifierOfZelStyleable() : std::nullopt;
-    return ZelStyleDomain::domainForIdentifier(identifier)->styleFor(styleable);
+    const auto domain = ZelStyleDomain::domainForStyleable(styleable);
+    return (domain ? domain : ZelStyleDomain::defaultDomain())->styleFor(styleable);
 }
 
 } // namespace zel::inline v1

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace zel::inline v1 {
 
@@ -47,7 +48,7 @@ public:
         std::uint64_t serial = 0;  ///< of the style's token
         std::shared_ptr<ZelStyle> style;
         AppliedIdentifiers applied;
-        StyleableTree::Binding binding; ///< by which it was recognised last
+        StyleableTree::Binding binding; ///< of a node that has it; epoch 0: of none
     };
 
     /// The style for a node's object, whose binding has just been read. Each of these answers is
@@ -58,10 +59,11 @@ public:
         }
         return updated(*last_);
     }
-    /// The style for identifiers that were asked for.
-    const Found& of(AppliedIdentifiers applied);
-    /// The style for an object that is not styleable: the main style.
-    const Found& main() { return updated(main_); }
+    /// The style for identifiers that were asked for; without any, the main style.
+    const Found& of(AppliedIdentifiers applied) {
+        select(std::move(applied));
+        return updated(*last_);
+    }
 
     /// As of that moment the walk visits the family of the filter alone: while nothing changes,
     /// every style found by a node counts as forced, unchecked.
@@ -83,15 +85,14 @@ private:
         return found;
     }
     void search(const ZelStyleableNode& node);
+    void select(AppliedIdentifiers&& applied);
     void lookUp(Found& found);
 
     ZelStyleDomain& domain_;
     const ZelStyleDelivery& delivery_;
-    std::array<Found, 8> found_; ///< by nodes
-    std::size_t oldest_ = 0;     ///< of them
-    Found* last_ = &found_[0];   ///< one of `found_`, at first with epoch 0, as no node's binding
-    Found asked_;
-    Found main_;
+    std::array<Found, 8> found_;
+    std::size_t oldest_ = 0;                            ///< of them
+    Found* last_ = &found_[0];                          ///< the one that was used last
     StylingMoment family_;                              ///< of no moment: all listeners are visited
     std::array<std::shared_ptr<ZelStyle>, 2> replaced_; ///< by a search, by a look-up
     bool hasReplaced_ = false;

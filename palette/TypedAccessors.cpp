@@ -6,12 +6,6 @@
 namespace zel::inline v1 {
 namespace {
 
-/// Where the merged values have to be computed first, or are being written.
-[[gnu::noinline]] std::optional<NSColor> readColorByLocking(const ZelStyle& style,
-                                                            ZelStyleAttribute attribute) {
-    return ZelStyleInternals::predefinedSlot(style, attribute).asColor();
-}
-
 // Inlined into each accessor: the call would cost as much as the read.
 [[gnu::always_inline]] inline std::optional<NSColor> readColor(const ZelStyle& style,
                                                                ZelStyleAttribute attribute) {
@@ -19,11 +13,15 @@ namespace {
     if (ZelStyleInternals::readPredefined(style, attribute, slot)) [[likely]] {
         return slot.asColor();
     }
-    return readColorByLocking(style, attribute);
+    return ZelStyleInternals::computedSlot(style, attribute).asColor();
 }
 
 std::optional<NSNumber> readNumber(const ZelStyle& style, ZelStyleAttribute attribute) {
-    return ZelStyleInternals::predefinedSlot(style, attribute).asNumber();
+    AttributeSlot slot;
+    if (!ZelStyleInternals::readPredefined(style, attribute, slot)) {
+        slot = ZelStyleInternals::computedSlot(style, attribute);
+    }
+    return slot.asNumber();
 }
 
 template <class Value>

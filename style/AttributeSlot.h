@@ -54,7 +54,7 @@ struct AttributeSlot {
                         std::bit_cast<std::uint64_t>(words[0]));
     }
 
-    /// The value, where the slot alone says it: nothing for an absent or other one.
+    /// A colour or a number; nothing where there is none, the null marker or another value.
     [[nodiscard]] std::optional<ZelAttributeValue> asValue() const noexcept {
         using Value = std::optional<ZelAttributeValue>;
         if (tag >= color) [[likely]] {
@@ -62,9 +62,6 @@ struct AttributeSlot {
         }
         if (tag >= number) {
             return Value(std::in_place, *asNumber());
-        }
-        if (tag == null) {
-            return Value(std::in_place, NSNull{});
         }
         return std::nullopt;
     }

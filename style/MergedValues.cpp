@@ -13,14 +13,17 @@ std::optional<ZelAttributeValue> MergedValues::find(ZelStyleAttribute attribute)
 
 std::optional<ZelAttributeValue> MergedValues::find(std::string_view customKey) const {
     const auto found = others_.find(customKey);
-    return found == others_.end() ? std::nullopt : std::optional(found->second);
+    return found == others_.end() || found->second.isNull() ? std::nullopt
+                                                            : std::optional(found->second);
 }
 
 const std::shared_ptr<const ZelAttributeDictionary>& MergedValues::snapshot() {
     if (!snapshot_) {
         auto dictionary = std::make_shared<ZelAttributeDictionary>(others_);
         for (std::size_t i = 0; i < slots_.size(); ++i) {
-            if (const auto value = slots_[i].load().asValue()) {
+            const AttributeSlot slot = slots_[i].load();
+            const auto value = slot.tag == AttributeSlot::null ? NSNull{} : slot.asValue();
+            if (value) {
                 dictionary->emplace(ZelStyleAttributeKeyOf(static_cast<ZelStyleAttribute>(i)),
                                     *value);
             }

@@ -39,8 +39,8 @@ public:
         return sequence_.load(std::memory_order_relaxed) == before;
     }
 
-    /// The merged value of a predefined attribute, or of any other key, the null marker included;
-    /// while the values are there.
+    /// The effective value of a predefined attribute, or of any other key: nothing for the null
+    /// marker; while the values are there.
     [[nodiscard]] std::optional<ZelAttributeValue> find(ZelStyleAttribute attribute) const;
     [[nodiscard]] std::optional<ZelAttributeValue> find(std::string_view customKey) const;
     /// All of them, an immutable copy by key, the same one until the values are invalidated.

@@ -39,7 +39,12 @@ struct ZelStyle::State {
     std::shared_ptr<UpdateFollowers> followers ZEL_GUARDED_BY(stylesLock); ///< made when needed
 
     /// The merged values, computed or not, made where there are none.
-    MergedValues& mergedValues() ZEL_REQUIRES(stylesLock);
+    MergedValues& mergedValues() ZEL_REQUIRES(stylesLock) {
+        if (merged.load(std::memory_order_relaxed) == nullptr) {
+            merged.store(new MergedValues, std::memory_order_release);
+        }
+        return *merged.load(std::memory_order_relaxed);
+    }
     /// Invalidates the merged values, where there are any.
     [[nodiscard]] MergedValues::Invalidated invalidateMerged() noexcept ZEL_REQUIRES(stylesLock) {
         MergedValues* const present = merged.load(std::memory_order_acquire);
@@ -60,8 +65,10 @@ struct ZelStyleInternals {
         const MergedValues* merged = state(style).merged.load(std::memory_order_acquire);
         return merged && merged->readPredefined(attribute, slot);
     }
-    /// The same in any case: computes the merged values where they aren't there.
-    static AttributeSlot predefinedSlot(const ZelStyle& style, ZelStyleAttribute attribute);
+    /// The same slot, after computing the merged values, with the lock. Apart from the former: the
+    /// typed accessors inline that.
+    [[gnu::noinline]] static AttributeSlot computedSlot(const ZelStyle& style,
+                                                        ZelStyleAttribute attribute);
 
     /// The effective value of a predefined attribute, nothing for the null marker.
     static std::optional<ZelAttributeValue> effectiveValue(const ZelStyle& style,

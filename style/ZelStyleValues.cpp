@@ -23,14 +23,11 @@ Styles& spareStyles() {
 /// aren't there. A loop, so that no chain of parents is too long for the stack. The ancestors are
 /// left in `held`: ending one needs the lock to be free.
 void computeMerged(const ZelStyle& style, Styles& held) ZEL_REQUIRES(stylesLock) {
-    const ZelStyle* top = &style;
-    while (!ZelStyleInternals::state(*top).mergedValues().isComputed()) {
-        auto parent = ZelStyleInternals::state(*top).parentStyle.lock();
-        if (!parent) {
-            break;
-        }
-        top = parent.get();
+    auto parent = ZelStyleInternals::state(style).parentStyle.lock();
+    while (parent) {
+        State& above = ZelStyleInternals::state(*parent);
         held.push_back(std::move(parent));
+        parent = above.mergedValues().isComputed() ? nullptr : above.parentStyle.lock();
     }
     const MergedValues* above = nullptr;
     for (std::size_t i = held.size() + 1; i-- > 0;) {
@@ -47,43 +44,31 @@ void computeMerged(const ZelStyle& style, Styles& held) ZEL_REQUIRES(stylesLock)
 /// there; the lock is held.
 template <class Read>
 auto readComputed(const ZelStyle& style, Read read) {
-    Styles held = std::exchange(spareStyles(), {});
+    Styles held;
     auto result = [&] {
         const PrivateGuard guard(stylesLock);
-        computeMerged(style, held);
-        return read(ZelStyleInternals::state(style).mergedValues());
+        MergedValues& merged = ZelStyleInternals::state(style).mergedValues();
+        if (!merged.isComputed()) {
+            held.swap(spareStyles());
+            computeMerged(style, held);
+        }
+        return read(merged);
     }();
-    held.clear(); // may end styles, and so compute others
-    spareStyles() = std::move(held);
+    if (held.capacity() > 0) {
+        held.clear(); // may end styles, and so compute others
+        spareStyles() = std::move(held);
+    }
     return result;
-}
-
-std::optional<ZelAttributeValue> withoutNull(std::optional<ZelAttributeValue> value) {
-    return value && value->isNull() ? std::nullopt : std::move(value);
 }
 
 } // namespace
 
-MergedValues& ZelStyle::State::mergedValues() {
-    MergedValues* present = merged.load(std::memory_order_acquire);
-    if (present == nullptr) {
-        present = new MergedValues;
-        merged.store(present, std::memory_order_release);
-    }
-    return *present;
-}
-
-AttributeSlot ZelStyleInternals::predefinedSlot(const ZelStyle& style,
-                                                ZelStyleAttribute attribute) {
-    AttributeSlot slot;
-    if (!readPredefined(style, attribute, slot)) [[unlikely]] {
-        slot = readComputed(style, [&](const MergedValues& merged) {
-            AttributeSlot read;
-            (void)merged.readPredefined(attribute, read);
-            return read; // computed and locked: it can't fail
-        });
-    }
-    return slot;
+AttributeSlot ZelStyleInternals::computedSlot(const ZelStyle& style, ZelStyleAttribute attribute) {
+    return readComputed(style, [&](const MergedValues& merged) {
+        AttributeSlot slot;
+        (void)merged.readPredefined(attribute, slot); // computed and locked: it can't fail
+        return slot;
+    });
 }
 
 std::optional<ZelAttributeValue>
@@ -98,12 +83,15 @@ ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
 
 std::optional<ZelAttributeValue> ZelStyleInternals::effectiveValue(const ZelStyle& style,
                                                                    ZelStyleAttribute attribute) {
-    const AttributeSlot slot = predefinedSlot(style, attribute);
-    if (slot.tag != AttributeSlot::other) [[likely]] {
-        return slot.tag == AttributeSlot::null ? std::nullopt : slot.asValue();
+    AttributeSlot slot;
+    if (!readPredefined(style, attribute, slot)) [[unlikely]] {
+        slot = computedSlot(style, attribute);
     }
-    return withoutNull(
-        readComputed(style, [&](const MergedValues& merged) { return merged.find(attribute); }));
+    if (slot.tag == AttributeSlot::other) [[unlikely]] {
+        return readComputed(style,
+                            [&](const MergedValues& merged) { return merged.find(attribute); });
+    }
+    return slot.asValue();
 }
 
 // Reading computes the merged values under any key, nil included.
@@ -112,8 +100,8 @@ ZelStyle::effectiveValueForAttribute(const std::optional<std::string_view>& key)
     if (const auto attribute = key ? ZelStyleAttributeForKey(*key) : std::nullopt) {
         return ZelStyleInternals::effectiveValue(*this, *attribute);
     }
-    return withoutNull(readComputed(
-        *this, [&](const MergedValues& merged) { return key ? merged.find(*key) : std::nullopt; }));
+    return readComputed(
+        *this, [&](const MergedValues& merged) { return key ? merged.find(*key) : std::nullopt; });
 }
 
 std::shared_ptr<const ZelAttributeDictionary> ZelStyle::effectiveValues() const {
@@ -133,11 +121,13 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
 void ZelStyleInternals::setValues(ZelStyle& style, ZelAttributeDictionary values) {
     MergedValues::Invalidated invalidated; // destroyed outside the lock, as what is replaced
     const PrivateGuard guard(stylesLock);
+    ZelAttributeDictionary& own = state(style).own;
+    if (own.empty()) {
+        own.swap(values);
+    }
+    own.merge(values); // what it has already stays behind
     for (auto& [key, value] : values) {
-        const auto [own, isNew] = state(style).own.try_emplace(key, value);
-        if (!isNew) {
-            std::swap(own->second, value);
-        }
+        std::swap(own.find(key)->second, value);
     }
     invalidated = state(style).invalidateMerged();
 }

@@ -17,11 +17,11 @@ namespace zel::inline v1 {
 namespace {
 
 /// Relative paths are to be ignored.
-std::optional<std::filesystem::path> absolute(const char* path) {
-    return path != nullptr && path[0] == '/' ? std::optional(path) : std::nullopt;
+std::optional<std::string> absolute(const char* path) {
+    return path != nullptr && path[0] == '/' ? std::optional<std::string>(path) : std::nullopt;
 }
 
-std::optional<std::filesystem::path> homeFromAccounts() {
+std::optional<std::string> homeFromAccounts() {
     std::vector<char> buffer(std::size_t{1} << 16); // far more than an account takes
     passwd account{};
     passwd* found = nullptr;
@@ -64,9 +64,9 @@ std::optional<std::filesystem::path> defaultsFilePath() {
         if (!folder) {
             return std::nullopt;
         }
-        *folder /= ".config";
+        *folder += "/.config";
     }
-    return *folder / folderNameFor(NSProcessInfo::processName()) / "defaults.conf";
+    return *folder + "/" + folderNameFor(NSProcessInfo::processName()) + "/defaults.conf";
 }
 
 } // namespace zel::inline v1

@@ -49,11 +49,11 @@ struct Listener {
     std::weak_ptr<NSObject> owner; ///< fixed
     const NSObject* object;        ///< the owner's address, to be prefetched; fixed
     StylingState* state;           ///< the owner's, for as long as that lives; fixed
-    ListenerTable* table;          ///< fixed
     Kind kind;                     ///< fixed
     std::atomic<bool> live{true};
     unsigned running = 0;               ///< calls of its handlers under way; by the styling lock
     ChangeHandlers handlers;            ///< changed under both locks; none of a handler object
+    ListenerTable* table;               ///< fixed
     std::size_t place = 0;              ///< in the table; by linkLock
     Listener* nextOfOwner = nullptr;    ///< by linkLock
     std::list<Listener>::iterator self; ///< in the list that owns it; by linkLock

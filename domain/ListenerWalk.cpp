@@ -40,8 +40,8 @@ ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
 /// Begins the list with those that have to be asked.
 void ListenerWalk::beginList() {
     isListed_ = true;
-    place_ = end_;
-    table_.listed.resize(listBegin_ + end_ / wordBits + 1);
+    nextWord_ = end_ / wordBits + 1;
+    table_.listed.resize(listBegin_ + nextWord_);
     for (const Listener* each : table_.asked()) {
         list(*each);
     }

@@ -40,9 +40,6 @@ struct StylingState final : Attachment {
     }
 
     std::atomic<std::uint64_t> lastZelStyle{0}; ///< the serial of a style's token; 0: nil
-    Identifier styleIdentifier ZEL_GUARDED_BY(linkLock);
-    Identifier schemeIdentifier ZEL_GUARDED_BY(linkLock);
-    Listener* listeners ZEL_GUARDED_BY(linkLock) = nullptr; ///< a list, `Listener::nextOfOwner`
     /// Whether the object has had several listeners at once, in two domains or of both kinds in
     /// one: they all share `lastZelStyle`. By the styling lock.
     bool hasListenedElsewhere = false;
@@ -50,6 +47,9 @@ struct StylingState final : Attachment {
     /// under `linkLock`, by a registration and by the object's destructor: whoever holds the object
     /// behind the styling lock reads it without.
     const ZelStyleableNode* node = nullptr;
+    Identifier styleIdentifier ZEL_GUARDED_BY(linkLock);
+    Identifier schemeIdentifier ZEL_GUARDED_BY(linkLock);
+    Listener* listeners ZEL_GUARDED_BY(linkLock) = nullptr; ///< a list, `Listener::nextOfOwner`
 };
 
 } // namespace zel::inline v1

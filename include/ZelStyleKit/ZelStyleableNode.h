@@ -49,11 +49,11 @@ private:
 
     // Guarded by one lock of the process, as are the nodes beside it.
     NSObject& object_;
+    mutable Remembered remembered_; // read without the lock, too
     ZelStyleableNode* parent_ = nullptr;
     ZelStyleableNode* firstChild_ = nullptr;
     ZelStyleableNode* nextSibling_ = nullptr;
     ZelStyleableNode* previousSibling_ = nullptr; // the first child's is the last one
-    mutable Remembered remembered_;               // read without the lock, too
 };
 
 } // namespace zel::inline v1

@@ -3,7 +3,7 @@
 
 #include "style/ZelStyleInternals.h"
 
-#include <utility>
+#include <vector>
 
 namespace zel::inline v1 {
 namespace {
@@ -73,14 +73,14 @@ PaletteValues presetsOf(const ZelStyle& style) {
 }
 
 void writePalette(ZelStyle& style, const PaletteValues& values) {
-    ZelAttributeDictionary written;
+    std::vector<ZelStyleInternals::Written> written;
     for (std::size_t i = 0; i < values.written.size(); ++i) {
         if (values.written[i]) {
-            written.emplace(ZelStyleAttributeKeyOf(static_cast<ZelStyleAttribute>(i)),
-                            *values.written[i]);
+            const auto attribute = static_cast<ZelStyleAttribute>(i);
+            written.push_back({ZelStyleAttributeKeyOf(attribute), *values.written[i]});
         }
     }
-    ZelStyleInternals::setValues(style, std::move(written));
+    ZelStyleInternals::setValues(style, written);
 }
 
 } // namespace zel::inline v1

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace zel::inline v1 {
@@ -74,8 +76,12 @@ struct ZelStyleInternals {
     static std::optional<ZelAttributeValue> effectiveValue(const ZelStyle& style,
                                                            ZelStyleAttribute attribute);
 
-    /// Stores own values, nil as the null marker, in one step.
-    static void setValues(ZelStyle& style, ZelAttributeDictionary values);
+    /// Stores own values in one step; what is left in `values` is what they have replaced.
+    struct Written {
+        std::string_view key;
+        ZelAttributeValue value;
+    };
+    static void setValues(ZelStyle& style, std::span<Written> values);
 
     /// The providers of the process, in their order.
     static const std::vector<std::shared_ptr<ZelStyleDefaultValueProvider>>&

@@ -113,21 +113,20 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
     if (!forAttribute) {
         throw ZelInvalidArgument("an attribute key must not be nil");
     }
-    ZelAttributeDictionary one;
-    one.emplace(*forAttribute, value.value_or(NSNull{}));
-    ZelStyleInternals::setValues(*this, std::move(one));
+    ZelStyleInternals::Written one{*forAttribute, value.value_or(NSNull{})};
+    ZelStyleInternals::setValues(*this, {&one, 1});
 }
 
-void ZelStyleInternals::setValues(ZelStyle& style, ZelAttributeDictionary values) {
-    MergedValues::Invalidated invalidated; // destroyed outside the lock, as what is replaced
+void ZelStyleInternals::setValues(ZelStyle& style, std::span<Written> values) {
+    MergedValues::Invalidated invalidated; // destroyed outside the lock
     const PrivateGuard guard(stylesLock);
     ZelAttributeDictionary& own = state(style).own;
-    if (own.empty()) {
-        own.swap(values);
-    }
-    own.merge(values); // what it has already stays behind
     for (auto& [key, value] : values) {
-        std::swap(own.find(key)->second, value);
+        if (const auto found = own.find(key); found != own.end()) {
+            std::swap(found->second, value);
+        } else {
+            own.emplace(key, value);
+        }
     }
     invalidated = state(style).invalidateMerged();
 }

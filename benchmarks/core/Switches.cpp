@@ -2,6 +2,7 @@
 #include "core/ListeningTree.h"
 #include "support/Program.h"
 
+#include <optional>
 #include <utility>
 
 namespace zel::inline v1 {
@@ -50,12 +51,56 @@ void unchangedOurs(benchmark::State& state) {
     }
 }
 
+// A listener is pinned to a scheme, or let go, before each switch: what every listener's node
+// remembers has to be found again.
+void pinAndSwitchOurs(benchmark::State& state) {
+    ListeningTree& tree = treeOf(state);
+    const auto domain = ZelStyleDomain::defaultDomain();
+    const auto light = domain->lightScheme();
+    const auto dark = domain->darkScheme();
+    const auto& pinned = tree.node(tree.size());
+    bool toDark = true;
+    for (auto _ : state) {
+        pinned->setCustomZelStyleSchemeIdentifier(toDark ? std::optional("light") : std::nullopt);
+        domain->setCurrentScheme(toDark ? dark : light);
+        toDark = !toDark;
+        static_cast<void>(tree.takeCalls());
+    }
+    pinned->setCustomZelStyleSchemeIdentifier(std::nullopt);
+    domain->setCurrentScheme(light);
+    static_cast<void>(tree.takeCalls());
+}
+
+// A scheme gets another style before each switch: every style has to be looked up again.
+void addStyleAndSwitchOurs(benchmark::State& state) {
+    ListeningTree& tree = treeOf(state);
+    const auto domain = ZelStyleDomain::defaultDomain();
+    const auto light = domain->lightScheme();
+    const auto dark = domain->darkScheme();
+    const auto added =
+        light->styleForIdentifier("main")->inheritedStyleWithChanges(nullptr, "added", light);
+    bool toDark = true;
+    for (auto _ : state) {
+        light->addStyle(added);
+        domain->setCurrentScheme(toDark ? dark : light);
+        toDark = !toDark;
+        if (!reachedAll(state, tree.takeCalls(), tree.size())) {
+            return;
+        }
+    }
+    light->removeStyle(added);
+    domain->setCurrentScheme(light);
+    static_cast<void>(tree.takeCalls());
+}
+
 // Arguments outermost, so that the benchmarks of a size share their tree.
 [[maybe_unused]] const bool registered = [] {
     for (const std::int64_t size : {1000, 10'000, 100'000, 1'000'000}) {
         for (const auto& [name, run] :
              {std::pair{"switch/ours", &switchOurs}, std::pair{"switch/baseline", &switchBaseline},
-              std::pair{"unchanged/ours", &unchangedOurs}}) {
+              std::pair{"unchanged/ours", &unchangedOurs},
+              std::pair{"pin_and_switch/ours", &pinAndSwitchOurs},
+              std::pair{"add_style_and_switch/ours", &addStyleAndSwitchOurs}}) {
             benchmark::RegisterBenchmark(name, run)->Arg(size)->UseRealTime();
         }
     }

@@ -38,7 +38,7 @@ Listener& add(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
 // Its first call and other deliveries don't mix: else a switch on another thread could be
 // overwritten by the older style that was found here.
 void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& table,
-                                       ZelStyleChangeHandler handler,
+                                       ZelStyleChangeHandler&& handler,
                                        const std::shared_ptr<NSObject>& withOwner) {
     // A handler may take the domain off the registry, and clear the caller's reference.
     const auto held = domain.weak_from_this().lock();

@@ -52,14 +52,6 @@ void computeChild(const ZelStyle::InheritedChanges& changes,
     changes(parent, child);
 }
 
-void deliver(const std::shared_ptr<ZelStyle>& style) {
-    if (const auto domain = style->domain()) {
-        domain->notifyForStyleChangeOf(
-            nullptr,
-            {.withEvent = ZelStyleChangeEventChanged, .force = true, .forStyleOnly = style});
-    }
-}
-
 /// An accepted update and those of the children that follow the style, depth first: a style's
 /// followers before its domain. A loop, so that no chain of children is too long for the stack.
 class UpdateRun {
@@ -79,7 +71,12 @@ public:
         while (frames().size() > below_) {
             if (!callNextFollower()) {
                 const std::shared_ptr<ZelStyle> style = frames().back().style;
-                deliver(style);
+                if (const auto domain = style->domain()) {
+                    domain->notifyForStyleChangeOf(nullptr,
+                                                   {.withEvent = ZelStyleChangeEventChanged,
+                                                    .force = true,
+                                                    .forStyleOnly = style});
+                }
                 pop();
                 if (frames().size() > below_) {
                     requireUnchangedFollowers();

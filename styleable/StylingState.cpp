@@ -25,26 +25,20 @@ std::optional<std::string> readIdentifier(const NSObject& object, CarriedIdentif
     return textOf(state->*carried);
 }
 
-void storeIdentifier(NSObject& object, CarriedIdentifier carried,
-                     std::optional<std::string_view> identifier) {
-    if (!identifier && !Attachment::find<StylingState>(object)) {
-        return;
-    }
-    Identifier stored = makeIdentifier(identifier);
-    auto& state = Attachment::of<StylingState>(object);
-    const ZelStyleableNode* const node = StyleableTree::nodeOf(object);
-    const PrivateGuard guard(linkLock);
-    (state.*carried).swap(stored);
-    if (node) {
-        StyleableTree::invalidate(*node);
-    }
-}
-
 // The new value isn't compared with the old one: redundant deliveries are filtered where they
 // happen.
 void setIdentifier(NSObject& object, CarriedIdentifier carried,
                    std::optional<std::string_view> identifier) {
-    storeIdentifier(object, carried, identifier);
+    if (identifier || Attachment::find<StylingState>(object)) {
+        Identifier stored = makeIdentifier(identifier);
+        auto& state = Attachment::of<StylingState>(object);
+        const ZelStyleableNode* const node = StyleableTree::nodeOf(object);
+        const PrivateGuard guard(linkLock);
+        (state.*carried).swap(stored);
+        if (node) {
+            StyleableTree::invalidate(*node);
+        }
+    }
     const auto target = object.weak_from_this().lock(); // nil where it ends: nobody is notified
     if (const auto domain = ZelStyleDomain::domainForStyleable(target)) {
         domain->notifyForStyleChangeOf(target, {.withEvent = ZelStyleChangeEventChanged});

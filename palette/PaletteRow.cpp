@@ -74,6 +74,7 @@ PaletteValues presetsOf(const ZelStyle& style) {
 
 void writePalette(ZelStyle& style, const PaletteValues& values) {
     std::vector<ZelStyleInternals::Written> written;
+    written.reserve(values.written.size());
     for (std::size_t i = 0; i < values.written.size(); ++i) {
         if (values.written[i]) {
             const auto attribute = static_cast<ZelStyleAttribute>(i);

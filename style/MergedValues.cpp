@@ -11,8 +11,8 @@ std::optional<ZelAttributeValue> MergedValues::find(ZelStyleAttribute attribute)
                                             : slot.asValue();
 }
 
-std::optional<ZelAttributeValue> MergedValues::find(std::string_view customKey) const {
-    const auto found = others_.find(customKey);
+std::optional<ZelAttributeValue> MergedValues::find(std::string_view key) const {
+    const auto found = others_.find(key);
     return found == others_.end() || found->second.isNull() ? std::nullopt
                                                             : std::optional(found->second);
 }
@@ -38,12 +38,11 @@ MergedValues::Invalidated MergedValues::invalidate() noexcept {
     return {std::exchange(others_, {}), std::exchange(snapshot_, nullptr)};
 }
 
-// What an earlier computation that ran out of memory has left is overwritten.
 void MergedValues::compute(const MergedValues* parent, const ZelAttributeDictionary& own) {
     for (std::size_t i = 0; i < slots_.size(); ++i) {
         slots_[i].store(parent ? parent->slots_[i].load() : AttributeSlot());
     }
-    others_ = parent ? parent->others_ : ZelAttributeDictionary();
+    ZelAttributeDictionary others = parent ? parent->others_ : ZelAttributeDictionary();
     for (const auto& [key, value] : own) {
         const bool isRemoved = value.isNull() && parent != nullptr;
         const auto attribute = ZelStyleAttributeForKey(key);
@@ -52,11 +51,12 @@ void MergedValues::compute(const MergedValues* parent, const ZelAttributeDiction
                 isRemoved ? AttributeSlot() : AttributeSlot::of(value));
         }
         if (isRemoved || (attribute && !value.other())) {
-            others_.erase(key);
+            others.erase(key);
         } else {
-            others_.insert_or_assign(key, value);
+            others.insert_or_assign(key, value);
         }
     }
+    others_.swap(others);
     sequence_.store(sequence_.load(std::memory_order_relaxed) + 1, std::memory_order_release);
 }
 

@@ -42,7 +42,7 @@ public:
     /// The effective value of a predefined attribute, or of any other key: nothing for the null
     /// marker; while the values are there.
     [[nodiscard]] std::optional<ZelAttributeValue> find(ZelStyleAttribute attribute) const;
-    [[nodiscard]] std::optional<ZelAttributeValue> find(std::string_view customKey) const;
+    [[nodiscard]] std::optional<ZelAttributeValue> find(std::string_view key) const;
     /// All of them, an immutable copy by key, the same one until the values are invalidated.
     [[nodiscard]] const std::shared_ptr<const ZelAttributeDictionary>& snapshot();
 

@@ -25,11 +25,11 @@ inline constinit PrivateLock stylesLock;
 
 /// A style's fields.
 struct ZelStyle::State {
-    State();
     ~State();
 
-    const std::uint64_t serial;
-    std::atomic<std::uint64_t> counter{0}; ///< accepted updates of this style alone
+    static inline std::atomic<std::uint64_t> lastSerial{0};
+    const std::uint64_t serial = ++lastSerial; ///< never used again
+    std::atomic<std::uint64_t> counter{0};     ///< accepted updates of this style alone
     /// Made under `stylesLock` by the first read, and kept: a style that nobody reads has none.
     std::atomic<MergedValues*> merged{nullptr};
 
@@ -67,8 +67,7 @@ struct ZelStyleInternals {
         const MergedValues* merged = state(style).merged.load(std::memory_order_acquire);
         return merged && merged->readPredefined(attribute, slot);
     }
-    /// The same slot, after computing the merged values, with the lock. Apart from the former: the
-    /// typed accessors inline that.
+    /// The same slot, computed under the lock where needed. Not inlined, unlike the read above.
     [[gnu::noinline]] static AttributeSlot computedSlot(const ZelStyle& style,
                                                         ZelStyleAttribute attribute);
 
@@ -76,7 +75,7 @@ struct ZelStyleInternals {
     static std::optional<ZelAttributeValue> effectiveValue(const ZelStyle& style,
                                                            ZelStyleAttribute attribute);
 
-    /// Stores own values in one step; what is left in `values` is what they have replaced.
+    /// Stores own values in one step; afterwards `values` holds what has to be destroyed.
     struct Written {
         std::string_view key;
         ZelAttributeValue value;

@@ -13,35 +13,39 @@ namespace {
 using State = ZelStyleInternals::State;
 using Styles = std::vector<std::shared_ptr<const ZelStyle>>;
 
-/// What a thread's last computation held its ancestors in, so that the next allocates nothing.
-Styles& spareStyles() {
-    static thread_local Styles styles;
-    return styles;
+/// What the last computation held its ancestors in, so that the next allocates nothing.
+Styles& spareStyles() ZEL_REQUIRES(stylesLock) {
+    static auto* const styles = new Styles; // never destroyed: styles may end at exit
+    return *styles;
 }
 
 /// Computes the merged values of a style, and before them those of its ancestors, as far up as they
 /// aren't there. A loop, so that no chain of parents is too long for the stack. The ancestors are
 /// left in `held`: ending one needs the lock to be free.
 void computeMerged(const ZelStyle& style, Styles& held) ZEL_REQUIRES(stylesLock) {
-    auto parent = ZelStyleInternals::state(style).parentStyle.lock();
-    while (parent) {
-        State& above = ZelStyleInternals::state(*parent);
-        held.push_back(std::move(parent));
-        parent = above.mergedValues().isComputed() ? nullptr : above.parentStyle.lock();
+    State* each = &ZelStyleInternals::state(style);
+    while (!each->mergedValues().isComputed()) {
+        held.emplace_back(); // first: without memory for it the parent could end under the lock
+        held.back() = each->parentStyle.lock();
+        if (!held.back()) {
+            held.pop_back();
+            break;
+        }
+        each = &ZelStyleInternals::state(*held.back());
     }
     const MergedValues* above = nullptr;
     for (std::size_t i = held.size() + 1; i-- > 0;) {
-        State& each = ZelStyleInternals::state(i == 0 ? style : *held[i - 1]);
-        MergedValues& merged = each.mergedValues();
+        State& state = ZelStyleInternals::state(i == 0 ? style : *held[i - 1]);
+        MergedValues& merged = state.mergedValues();
         if (!merged.isComputed()) {
-            merged.compute(above, each.own);
+            merged.compute(above, state.own);
         }
         above = &merged;
     }
 }
 
-/// What `read` answers of a style's merged values, which are computed for it where they aren't
-/// there; the lock is held.
+/// Calls `read` under the lock with a style's merged values, which are computed first where they
+/// aren't there.
 template <class Read>
 auto readComputed(const ZelStyle& style, Read read) {
     Styles held;
@@ -56,7 +60,8 @@ auto readComputed(const ZelStyle& style, Read read) {
     }();
     if (held.capacity() > 0) {
         held.clear(); // may end styles, and so compute others
-        spareStyles() = std::move(held);
+        const PrivateGuard guard(stylesLock);
+        held.swap(spareStyles());
     }
     return result;
 }
@@ -84,14 +89,10 @@ ZelStyle::valueForAttribute(const std::optional<std::string_view>& key) const {
 std::optional<ZelAttributeValue> ZelStyleInternals::effectiveValue(const ZelStyle& style,
                                                                    ZelStyleAttribute attribute) {
     AttributeSlot slot;
-    if (!readPredefined(style, attribute, slot)) [[unlikely]] {
-        slot = computedSlot(style, attribute);
+    if (readPredefined(style, attribute, slot) && slot.tag != AttributeSlot::other) [[likely]] {
+        return slot.asValue();
     }
-    if (slot.tag == AttributeSlot::other) [[unlikely]] {
-        return readComputed(style,
-                            [&](const MergedValues& merged) { return merged.find(attribute); });
-    }
-    return slot.asValue();
+    return readComputed(style, [&](const MergedValues& merged) { return merged.find(attribute); });
 }
 
 // Reading computes the merged values under any key, nil included.
@@ -120,6 +121,7 @@ void ZelStyle::setValue(const std::optional<ZelAttributeValue>& value,
 void ZelStyleInternals::setValues(ZelStyle& style, std::span<Written> values) {
     MergedValues::Invalidated invalidated; // destroyed outside the lock
     const PrivateGuard guard(stylesLock);
+    invalidated = state(style).invalidateMerged();
     ZelAttributeDictionary& own = state(style).own;
     for (auto& [key, value] : values) {
         if (const auto found = own.find(key); found != own.end()) {
@@ -128,7 +130,6 @@ void ZelStyleInternals::setValues(ZelStyle& style, std::span<Written> values) {
             own.emplace(key, value);
         }
     }
-    invalidated = state(style).invalidateMerged();
 }
 
 void ZelStyleInternals::_incrementSeed(ZelStyle& style) {

@@ -219,5 +219,35 @@ TEST_F(StyleReadTests, AReplacedValueEndsWithTheStylesLockFree) {
     EXPECT_TRUE(wasFree);
 }
 
+/// Reads a style when its thread ends, after what was made for that thread later.
+struct ReadAtEnd {
+    Style style;
+    std::optional<NSColor>* read = nullptr;
+    ~ReadAtEnd() {
+        if (style) {
+            *read = style->labelColor();
+        }
+    }
+};
+
+TEST_F(StyleReadTests, AThreadsLocalsMayReadWhileItEnds) {
+    const auto above = makeEmptyStyle();
+    const auto below = makeChild(above);
+    std::optional<NSColor> read;
+    std::thread([&] {
+        static thread_local ReadAtEnd atEnd;
+        atEnd.style = below;
+        atEnd.read = &read;
+        (void)below->labelColor(); // computes, holding the style above
+        for (const auto& each : {above, below}) {
+            each->updateStyleWithChanges([](const Style& changed) {
+                changed->setLabelColor(NSColor::whiteColor());
+                return true;
+            });
+        }
+    }).join();
+    EXPECT_EQ(read, NSColor::whiteColor());
+}
+
 } // namespace
 } // namespace zeltest

@@ -32,17 +32,28 @@ std::shared_ptr<UpdateFollowers> followersOf(const ZelStyle& style) {
     return ZelStyleInternals::state(style).followers;
 }
 
-/// Stores an owner's follower of a style; answers the one that it replaces.
-UpdateFollower follow(const ZelStyle& style, const std::shared_ptr<NSObject>& owner,
-                      UpdateFollower follower) {
-    auto followers = followersOf(style);
-    if (!followers) { // behind the styling lock: nobody else makes them meanwhile
-        followers = std::make_shared<UpdateFollowers>();
-        const PrivateGuard guard(stylesLock);
-        ZelStyleInternals::state(style).followers = followers;
+/// A new follower of a style, and its first call: another thread that removes it meanwhile waits.
+class FirstCall {
+public:
+    FirstCall(const ZelStyle& style, const std::shared_ptr<NSObject>& owner,
+              UpdateFollower follower)
+        : followers_(followersOf(style)) {
+        if (!followers_) { // behind the styling lock: nobody else makes them meanwhile
+            followers_ = std::make_shared<UpdateFollowers>();
+            const PrivateGuard guard(stylesLock);
+            ZelStyleInternals::state(style).followers = followers_;
+        }
+        replaced_ = followers_->set(owner, std::move(follower));
+        followers_->beginWalk();
     }
-    return followers->set(owner, std::move(follower));
-}
+    FirstCall(const FirstCall&) = delete;
+    FirstCall& operator=(const FirstCall&) = delete;
+    ~FirstCall() { followers_->endWalk(); }
+
+private:
+    std::shared_ptr<UpdateFollowers> followers_;
+    UpdateFollower replaced_; ///< ends after the call
+};
 
 /// Runs an inherited style's changes: with the parent that it has now, which may be nil.
 void computeChild(const ZelStyle::InheritedChanges& changes,
@@ -166,7 +177,7 @@ ZelStyle::inheritedStyleWithChanges(InheritedChanges changes,
     if (changes) {
         const StylingLock lock;
         const auto shared = std::make_shared<const InheritedChanges>(std::move(changes));
-        const UpdateFollower replaced = follow(*this, child, {nullptr, shared});
+        const FirstCall call(*this, child, {nullptr, shared});
         computeChild(*shared, child); // an update that is not accepted: it only writes
     }
     if (addedTo) {
@@ -186,7 +197,7 @@ void ZelStyle::addStyleUpdateObserver(UpdateObserver observer,
     const auto style = std::static_pointer_cast<ZelStyle>(shared_from_this());
     const std::shared_ptr<NSObject> owner = withOwner;
     const auto shared = std::make_shared<const UpdateObserver>(std::move(observer));
-    const UpdateFollower replaced = follow(*this, owner, {shared, nullptr});
+    const FirstCall call(*this, owner, {shared, nullptr});
     if (initialCall) {
         requireNoPrivateLock();
         (*shared)(owner, style, true);

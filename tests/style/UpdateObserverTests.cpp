@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/style/StyleModel.h"
 
+#include <atomic>
+#include <thread>
 #include <vector>
 
 namespace zeltest {
@@ -178,6 +180,29 @@ TEST_F(UpdateObserverTests, AnObserverMayObserveOtherStyles) {
     EXPECT_NO_THROW(update());
     another->updateStyleWithChanges(nullptr);
     EXPECT_EQ(takeNames(), (Names{"owner", "another"}));
+}
+
+// What the observer uses may end once it is removed.
+TEST_F(UpdateObserverTests, RemovingWaitsForAnInitialCallOnAnotherThread) {
+    std::atomic<bool> isRemoved{false};
+    std::thread removing;
+    style->addStyleUpdateObserver(observer("first",
+                                           [&] {
+                                               removing = std::thread([&] {
+                                                   style->removeStyleUpdateObserverWithOwner(owner);
+                                                   isRemoved = true;
+                                               });
+                                               for (int i = 0; i < 10'000; ++i) {
+                                                   std::this_thread::yield();
+                                               }
+                                               EXPECT_FALSE(isRemoved);
+                                           }),
+                                  owner, true);
+    removing.join();
+    EXPECT_TRUE(isRemoved);
+    calls.clear();
+    update();
+    EXPECT_TRUE(calls.empty());
 }
 
 } // namespace

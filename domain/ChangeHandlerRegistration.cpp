@@ -15,16 +15,19 @@ namespace {
 Listener& add(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
               ZelStyleChangeHandler&& handler, const ZelStyleChangeHandler*& added) {
     auto& state = Attachment::of<StylingState>(*owner);
-    const ZelStyleable* styleable = owner->asZelStyleable();
+    const auto ofOthers = owner->asZelStyleable() ? Listener::Kind::Asked : Listener::Kind::Plain;
     const ZelStyleableNode* const node = StyleableTree::nodeOf(*owner);
+    const auto kind = node ? Listener::Kind::Known : ofOthers;
     const PrivateGuard guard(linkLock);
-    state.node = state.node ? state.node : node;
+    state.node = node;
     Listener* const present = table.find(state);
-    Listener& listener = present ? *present : table.insert(owner, state, styleable);
+    Listener& listener = present ? *present : table.insert(owner, state, kind);
     auto& [first, later] = listener.handlers;
     if (handler && first) {
-        later.push_back({std::move(handler), table.nextHandler++});
-        added = &later.back().handler;
+        auto& [place, number] = later.emplace_back(); // without memory the handler isn't moved
+        place = std::move(handler);
+        number = table.nextHandler++;
+        added = &place;
     } else if (handler) {
         first = std::move(handler);
         added = &first;
@@ -33,13 +36,11 @@ Listener& add(ListenerTable& table, const std::shared_ptr<NSObject>& owner,
     return listener;
 }
 
-} // namespace
-
-// Its first call and other deliveries don't mix: else a switch on another thread could be
-// overwritten by the older style that was found here.
-void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& table,
-                                       ZelStyleChangeHandler&& handler,
-                                       const std::shared_ptr<NSObject>& withOwner) {
+/// Adds an object, or another handler of it, to a table, and makes the first call. That holds the
+/// styling lock: else it could overwrite, with the older style found here, what a switch on another
+/// thread has delivered.
+void registerListener(ZelStyleDomain& domain, ListenerTable& table, ZelStyleChangeHandler&& handler,
+                      const std::shared_ptr<NSObject>& withOwner) {
     // A handler may take the domain off the registry, and clear the caller's reference.
     const auto held = domain.weak_from_this().lock();
     const std::shared_ptr<NSObject> owner = withOwner;
@@ -51,7 +52,7 @@ void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& ta
         ListenerTable& table;
     } walk{table};
     HandlerCalls calls(listener); // before the owner is asked, which may unregister it
-    const auto style = _notifyStyleFor(domain, owner);
+    const auto style = DomainInternals::_notifyStyleFor(domain, owner);
     calls.make(ZelStyleToken(style).serial(), [&] {
         if (added) {
             (*added)(owner, style, ZelStyleChangeEventInitial);
@@ -60,6 +61,8 @@ void DomainInternals::registerListener(ZelStyleDomain& domain, ListenerTable& ta
         }
     });
 }
+
+} // namespace
 
 void DomainInternals::unregister(ListenerTable& table, const NSObject& object) {
     const auto* state = Attachment::find<StylingState>(object);
@@ -85,12 +88,12 @@ void ZelStyleDomain::registerChangeHandler(ZelStyleChangeHandler handler,
     if (!handler) {
         throw ZelInvalidArgument("a change handler must not be nil");
     }
-    DomainInternals::registerListener(*this, state_->owners, std::move(handler), withOwner);
+    registerListener(*this, state_->owners, std::move(handler), withOwner);
 }
 
 void ZelStyleDomain::registerChangeHandler(const std::shared_ptr<NSObject>& object) {
     if (object) {
-        DomainInternals::registerListener(*this, state_->objects, nullptr, object);
+        registerListener(*this, state_->objects, nullptr, object);
     }
 }
 

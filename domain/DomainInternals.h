@@ -48,10 +48,6 @@ struct DomainInternals {
     /// `_updateFromSystemAppearance:`
     static void _updateFromSystemAppearance(ZelStyleDomain& domain);
 
-    /// Adds an object, or another handler of it, to a table, and makes the first call.
-    static void registerListener(ZelStyleDomain& domain, ListenerTable& table,
-                                 ZelStyleChangeHandler&& handler,
-                                 const std::shared_ptr<NSObject>& withOwner);
     /// Removes an object from a table. Waits for another thread's walk that may be calling it;
     /// not where the object is ending, which no walk holds.
     static void unregister(ListenerTable& table, const NSObject& object);

@@ -9,6 +9,7 @@
 #include <ZelStyleKit/ZelStyleable.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <new>
 #include <string>
@@ -25,7 +26,7 @@ constexpr std::string_view resetIdentifier = "_reset";
 class DomainRegistry {
 public:
     // A domain is made outside the lock, since it runs its initialiser; where two threads do so at
-    // the same time, the second one's goes, which nobody has seen.
+    // the same time, the second one's is dropped unseen.
     std::shared_ptr<ZelStyleDomain> domain(std::string_view identifier) {
         if (auto present = find(identifier)) {
             return present;
@@ -45,7 +46,7 @@ public:
     /// and may call handlers; what they make meanwhile stays.
     void reset() {
         const StylingLock lock;
-        const std::uint64_t end = nextNumber();
+        const std::uint64_t end = next_.load();
         while (takeOldestBefore(end)) {
         }
     }
@@ -62,10 +63,6 @@ private:
         const auto found = std::ranges::find(domains_, identifier, &Registered::identifier);
         return found == domains_.end() ? nullptr : found->domain;
     }
-    std::uint64_t nextNumber() {
-        const PrivateGuard guard(lock_);
-        return next_;
-    }
     std::shared_ptr<ZelStyleDomain> takeOldestBefore(std::uint64_t end) {
         const PrivateGuard guard(lock_);
         if (domains_.empty() || domains_.front().number >= end) {
@@ -79,7 +76,7 @@ private:
 
     PrivateLock lock_;
     std::vector<Registered> domains_ ZEL_GUARDED_BY(lock_);
-    std::uint64_t next_ ZEL_GUARDED_BY(lock_) = 0;
+    std::atomic<std::uint64_t> next_{0};
 };
 
 DomainRegistry& domainRegistry() {
@@ -87,7 +84,7 @@ DomainRegistry& domainRegistry() {
     return *made;
 }
 
-/// A main style of the default domain, filled for a scheme and added to it.
+/// A main style, filled for a scheme of the default domain; not added to it.
 std::shared_ptr<ZelStyle> mainStyleFor(const std::shared_ptr<ZelStyleScheme>& scheme) {
     return alloc<ZelStyle>()->initWithIdentifier(ZelStyleIdentifierMain, scheme);
 }

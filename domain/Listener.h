@@ -41,26 +41,21 @@ struct Listener {
     /// False once it was removed. Any thread.
     [[nodiscard]] bool isLive() const noexcept { return live.load(std::memory_order_acquire); }
 
-    /// Destroys its handlers; no private lock is held.
-    [[gnu::noinline]] void endHandlers() noexcept {
-        const ChangeHandlers ended = std::move(handlers);
-    }
-
     std::weak_ptr<NSObject> owner; ///< fixed
     const NSObject* object;        ///< the owner's address, to be prefetched; fixed
     StylingState* state;           ///< the owner's, for as long as that lives; fixed
     Kind kind;                     ///< fixed
     std::atomic<bool> live{true};
     unsigned running = 0;               ///< calls of its handlers under way; by the styling lock
-    ChangeHandlers handlers;            ///< changed under both locks; none of a handler object
+    ChangeHandlers handlers;            ///< added under both locks; none of a handler object
     ListenerTable* table;               ///< fixed
     std::size_t place = 0;              ///< in the table; by linkLock
     Listener* nextOfOwner = nullptr;    ///< by linkLock
     std::list<Listener>::iterator self; ///< in the list that owns it; by linkLock
 };
 
-/// Calls of one listener. Keeps its handlers where they are even where a call removes the listener;
-/// the last of those within each other destroys what was removed.
+/// Calls of one listener. Keeps its handlers in place while calls run: the outermost call destroys
+/// those of a listener that was removed.
 /// Threads: the styling lock is held, and the listener's owner.
 class HandlerCalls {
 public:
@@ -71,7 +66,7 @@ public:
     HandlerCalls& operator=(const HandlerCalls&) = delete;
     [[gnu::always_inline]] ~HandlerCalls() {
         if (--listener_.running == 0 && !listener_.isLive()) [[unlikely]] {
-            listener_.endHandlers();
+            const ChangeHandlers ended = std::move(listener_.handlers);
         }
     }
 

@@ -3,8 +3,6 @@
 
 #include "style/StylingLock.h"
 
-#include <ZelStyleKit/ZelStyleable.h>
-
 #include <utility>
 
 namespace zel::inline v1 {
@@ -18,7 +16,7 @@ ListenerTable::~ListenerTable() {
 }
 
 Listener& ListenerTable::insert(const std::shared_ptr<NSObject>& owner, StylingState& state,
-                                const ZelStyleable* styleable) {
+                                Listener::Kind kind) {
     if (walks_ == 0 && places_.size() > 2 * size() + 16) {
         closeGaps();
     }
@@ -32,9 +30,8 @@ Listener& ListenerTable::insert(const std::shared_ptr<NSObject>& owner, StylingS
     added.object = owner.get();
     added.state = &state;
     added.table = this;
-    added.kind = state.node ? Listener::Kind::Known
-                            : (styleable ? Listener::Kind::Asked : Listener::Kind::Plain);
-    if (added.kind == Listener::Kind::Asked) {
+    added.kind = kind;
+    if (kind == Listener::Kind::Asked) {
         asked_.insert(&added);
     }
     added.place = places_.size();

@@ -17,7 +17,7 @@ namespace zel::inline v1 {
 /// What was removed from a table, to be destroyed with no private lock held.
 struct RemovedListeners {
     std::list<Listener> listeners;
-    ChangeHandlers handlers; ///< of one that a walk still holds
+    ChangeHandlers handlers; ///< of a listener that a walk still holds
 };
 
 /// The listeners of one kind in one domain, in the order in which they were registered. A listener
@@ -48,7 +48,7 @@ public:
     }
     /// Adds an object that has no listener here yet.
     Listener& insert(const std::shared_ptr<NSObject>& owner, StylingState& state,
-                     const ZelStyleable* styleable) ZEL_REQUIRES(linkLock);
+                     Listener::Kind kind) ZEL_REQUIRES(linkLock);
 
     /// Removes an object's listener. Where a walk of another thread may be calling it, it is only
     /// marked, and the answer is true: a caller who must be sure that it no longer runs waits for

@@ -21,7 +21,8 @@ ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
     } else if (family && table_.families.areKnown()) {
         beginList();
         styles_.setFamilyMoment(begun_);
-        table_.families.forEachIn(family->token(), [this](const Listener* each) { list(*each); });
+        table_.families.forEachIn(family->token(),
+                                  [this](const Listener* each) { addToList(*each); });
     }
     if (node) {
         StyleableTree::forEachAtAndBelow(
@@ -30,7 +31,7 @@ ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
                 const Listener* listener = state ? table_.find(*state) : nullptr;
                 if (listener && listener->kind == Listener::Kind::Known) {
                     StyleableTree::bind(each, *state);
-                    list(*listener);
+                    addToList(*listener);
                 }
             });
     }
@@ -43,7 +44,7 @@ void ListenerWalk::beginList() {
     nextWord_ = end_ / wordBits + 1;
     table_.listed.resize(listBegin_ + nextWord_);
     for (const Listener* each : table_.asked()) {
-        list(*each);
+        addToList(*each);
     }
 }
 

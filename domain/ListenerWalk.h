@@ -42,10 +42,10 @@ public:
         return nullptr;
     }
 
-    /// The style for a listener, whose owner is held; nothing where the notification isn't for it.
-    /// May ask the owner for its parents; nothing as well where the host removes the listener then.
+    /// The style for a listener, whose owner is held. Nothing where the notification isn't for it,
+    /// or where the host has removed it while its owner was asked for parents.
     const FoundStyles::Found* styleOf(const Listener& listener, const NSObject& owner) {
-        if (listener.kind == Listener::Kind::Known && !testsEach_) [[likely]] {
+        if (listener.kind == Listener::Kind::Known && (isListed_ || !target_)) [[likely]] {
             const ZelStyleableNode& node = *listener.state->node;
             auto binding = StyleableTree::rememberedOf(node);
             if (binding.epoch != bindingChanges.now()) [[unlikely]] {
@@ -72,13 +72,12 @@ private:
                 return place_ < end_;
             }
             isListed_ = false; // on with the places behind the last one that was visited
-            testsEach_ = target_ != nullptr;
         }
         prefetchAhead(places);
         return place_ < end_;
     }
     void beginList() ZEL_REQUIRES(linkLock);
-    void list(const Listener& listener) noexcept {
+    void addToList(const Listener& listener) noexcept {
         const std::size_t word = listener.place / wordBits;
         nextWord_ = std::min(nextWord_, word);
         lastWord_ = std::max(lastWord_, word);
@@ -97,10 +96,9 @@ private:
     std::size_t end_ = 0;           ///< the first place that isn't visited
     const std::size_t listBegin_;   ///< of this walk's list among the table's
     std::size_t nextWord_ = 0;      ///< of the list
-    std::size_t lastWord_ = 0;      ///< of the list that isn't empty
-    std::uint64_t listedAhead_ = 0; ///< what is left of the word before the next one
+    std::size_t lastWord_ = 0;      ///< the last one with a bit set
+    std::uint64_t listedAhead_ = 0; ///< the bits left of the word before `nextWord_`
     bool isListed_ = false;         ///< whether it goes by the list, or by all listeners
-    bool testsEach_ = false;        ///< after the list was left: each is tested for the target
 };
 
 /// Goes to the next listed place, else to the end.

@@ -10,7 +10,7 @@ namespace zel::inline v1 {
 
 std::uint64_t StyleFamilies::beginBuilding() {
     const auto now = StylingMoment::now();
-    if (std::exchange(asked_, now) != now) {
+    if (std::exchange(lastFullWalk_, now) != now) {
         return 0;
     }
     built_ = {};
@@ -41,7 +41,7 @@ void StyleFamilies::add(const std::shared_ptr<ZelStyle>& style, const Listener& 
 
 void StyleFamilies::endBuilding(std::uint64_t building) noexcept {
     if (building == building_) {
-        built_ = asked_;
+        built_ = lastFullWalk_;
         ++completions;
     }
 }

@@ -77,7 +77,7 @@ private:
 
     std::unordered_map<std::uint64_t, Node> nodes_; ///< by the serial of the style's token
     std::vector<const Node*> path_;                 ///< kept, so that a delivery allocates nothing
-    StylingMoment asked_;                           ///< when a walk last could have built them
+    StylingMoment lastFullWalk_;                    ///< when a walk last could have built them
     StylingMoment built_;
     std::uint64_t building_ = 0; ///< the number of the last one
     bool isStale_ ZEL_GUARDED_BY(linkLock) = true;

@@ -13,8 +13,8 @@
 namespace zel::inline v1 {
 namespace {
 
-/// Takes those that nothing below has set.
-void add(AppliedIdentifiers& applied, const Identifier& scheme, const Identifier& style) {
+/// Adds an object's identifiers, each unless something below has set it.
+void addUnset(AppliedIdentifiers& applied, const Identifier& scheme, const Identifier& style) {
     applied.scheme = applied.scheme ? applied.scheme : scheme;
     applied.style = applied.style ? applied.style : style;
 }
@@ -24,6 +24,22 @@ std::shared_ptr<NSObject> parentOf(const NSObject& object) {
     const ZelStyleable* styleable = object.asZelStyleable();
     requireNoPrivateLock();
     return styleable ? styleable->parentZelStyleable() : nullptr;
+}
+
+/// The style that identifiers lead to in a domain: of the scheme that they name, and only of that
+/// one, else of the current one and the default one; the main style where that gives none.
+/// An object pinned to a scheme that lacks the style falls back to the current scheme's main style.
+std::shared_ptr<ZelStyle> styleForApplied(ZelStyleDomain& domain,
+                                          const AppliedIdentifiers& applied) {
+    std::shared_ptr<ZelStyle> style;
+    if (applied.scheme) {
+        style = domain.schemeForIdentifier(*applied.scheme)
+                    ->styleForIdentifier(applied.style ? std::string_view(*applied.style)
+                                                       : ZelStyleIdentifierMain);
+    } else if (applied.style) {
+        style = domain.styleForIdentifier(*applied.style);
+    }
+    return style ? style : domain.mainStyle();
 }
 
 } // namespace
@@ -38,14 +54,14 @@ Ancestry ancestryOf(const NSObject& object, const NSObject* target) {
         if (node) {
             const PrivateGuard guard(linkLock);
             const auto above = StyleableTree::identifiersOf(StyleableTree::bindingOf(*node));
-            add(found.applied, above.scheme, above.style);
+            addUnset(found.applied, above.scheme, above.style);
             found.isBelowTarget =
                 found.isBelowTarget || (target && StyleableTree::isAtOrBelow(*node, *target));
             return found;
         }
         if (state) {
             const PrivateGuard guard(linkLock);
-            add(found.applied, state->schemeIdentifier, state->styleIdentifier);
+            addUnset(found.applied, state->schemeIdentifier, state->styleIdentifier);
         }
         if (found.applied.scheme && found.applied.style && (!target || found.isBelowTarget)) {
             break;
@@ -53,20 +69,6 @@ Ancestry ancestryOf(const NSObject& object, const NSObject* target) {
         held = parentOf(*each);
     }
     return found;
-}
-
-// An object pinned to a scheme that lacks the style falls back to the current scheme's main style.
-std::shared_ptr<ZelStyle> styleForApplied(ZelStyleDomain& domain,
-                                          const AppliedIdentifiers& applied) {
-    std::shared_ptr<ZelStyle> style;
-    if (applied.scheme) {
-        style = domain.schemeForIdentifier(*applied.scheme)
-                    ->styleForIdentifier(applied.style ? std::string_view(*applied.style)
-                                                       : ZelStyleIdentifierMain);
-    } else if (applied.style) {
-        style = domain.styleForIdentifier(*applied.style);
-    }
-    return style ? style : domain.mainStyle();
 }
 
 bool isForced(const std::shared_ptr<ZelStyle>& style, const ZelStyleDelivery& delivery) {
@@ -81,7 +83,7 @@ void FoundStyles::search(const ZelStyleableNode& node) {
     last_->binding = binding;
 }
 
-// By what the identifiers say: objects that were given the same ones keep them in different places.
+// Compared by text: equal identifiers of two objects lie at different addresses.
 void FoundStyles::select(AppliedIdentifiers&& applied) {
     const auto same = std::ranges::find(found_, applied, &Found::applied);
     if (same != found_.end()) {

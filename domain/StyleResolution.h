@@ -25,13 +25,8 @@ struct Ancestry {
 };
 
 /// Goes up from an object: asks it, and each object above it, for its parent, until it reaches a
-/// known tree; no further than to both identifiers and, where there is one, the target.
+/// known tree, or has both identifiers and, where one is given, the target.
 Ancestry ancestryOf(const NSObject& object, const NSObject* target);
-
-/// The style that identifiers lead to in a domain: of the scheme that they name, and only of that
-/// one, else of the current one and the default one; the main style where that gives none.
-std::shared_ptr<ZelStyle> styleForApplied(ZelStyleDomain& domain,
-                                          const AppliedIdentifiers& applied);
 
 /// The styles that one walk over listeners has found so far, so that listeners to which the same
 /// identifiers apply share one look-up.
@@ -65,8 +60,8 @@ public:
         return updated(*last_);
     }
 
-    /// As of that moment the walk visits the family of the filter alone: while nothing changes,
-    /// every style found by a node counts as forced, unchecked.
+    /// The walk visits the filter's family alone: until that moment is over, a style found by a
+    /// node is forced without a check.
     void setFamilyMoment(const StylingMoment& moment) noexcept { family_ = moment; }
     /// Lets go of the styles that others have replaced, which may end and run anything: not between
     /// finding a style and its use.

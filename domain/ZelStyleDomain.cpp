@@ -12,6 +12,19 @@ namespace zel::inline v1 {
 std::string_view ZelStyleDomainIdentifierDefault = "default";
 std::string_view ZelStyleIdentifierMain = "main";
 
+namespace {
+
+/// The scheme that the system's appearance asks for; the light one is made in any case.
+std::shared_ptr<ZelStyleScheme> systemScheme(ZelStyleDomain& domain) {
+    auto light = domain.lightScheme();
+    return ZelStyleSystemAppearance::sharedSystemAppearance()->currentAppearanceType() ==
+                   ZelStyleSystemAppearanceTypeDark
+               ? domain.darkScheme()
+               : light;
+}
+
+} // namespace
+
 ZelStyleDomain::ZelStyleDomain() : state_(std::make_unique<State>()) {}
 
 // An exception of a handler that is called now has nowhere to go.
@@ -95,7 +108,7 @@ std::shared_ptr<ZelStyleScheme> ZelStyleDomain::currentScheme() const {
 
 void ZelStyleDomain::setCurrentScheme(const std::shared_ptr<ZelStyleScheme>& scheme) {
     const auto self = weak_from_this().lock(); // what is dropped may hold the last reference
-    { // it ends after the lock is released and before anybody is notified
+    { // what is replaced ends after the lock, before anybody is notified
         std::shared_ptr<ZelStyleScheme> former = scheme;
         std::shared_ptr<ZelStyle> formerMain;
         const PrivateGuard guard(state_->lock);
@@ -120,6 +133,7 @@ void ZelStyleDomain::setSchemeFollowsSystem(bool follows) {
     }
     if (follows) {
         try {
+            (void)systemScheme(*this); // makes what is needed below
             // The centre holds the domain while it calls it.
             center.addObserver(
                 shared_from_this(),
@@ -137,12 +151,7 @@ void ZelStyleDomain::setSchemeFollowsSystem(bool follows) {
 
 // Deliberate: a domain that doesn't follow goes to its light scheme, not to its default one.
 void DomainInternals::_updateFromSystemAppearance(ZelStyleDomain& domain) {
-    auto target = domain.lightScheme();
-    if (domain.schemeFollowsSystem() &&
-        ZelStyleSystemAppearance::sharedSystemAppearance()->currentAppearanceType() ==
-            ZelStyleSystemAppearanceTypeDark) {
-        target = domain.darkScheme();
-    }
+    const auto target = domain.schemeFollowsSystem() ? systemScheme(domain) : domain.lightScheme();
     if (target != domain.currentScheme()) {
         domain.setCurrentScheme(target);
     }

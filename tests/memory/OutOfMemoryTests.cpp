@@ -56,6 +56,37 @@ TEST_F(OutOfMemoryTests, ARegistrationThatFailsLeavesNothingBehind) {
     EXPECT_EQ(calls, 2);
 }
 
+// The handler that is given up may be the last to hold a listener, which then ends.
+TEST_F(OutOfMemoryTests, ASecondHandlerThatFailsEndsWithWhatItHolds) {
+    const auto owner = makeStyled();
+    int calls = 0;
+    domain->registerChangeHandler(counter(calls), owner);
+    (void)domain->styleFor(owner);
+    const std::size_t failures = runShortOfMemory(
+        [&] {
+            ZelStyleChangeHandler handler;
+            {
+                auto held = makeStyled();
+                domain->registerChangeHandler(counter(calls), held);
+                handler = [held = std::move(held)](const auto&, const auto&, auto) {};
+            }
+            domain->registerChangeHandler(std::move(handler), owner);
+        },
+        [&] { EXPECT_EQ(owners(*domain), 1U); });
+    EXPECT_GE(failures, 3U);
+    EXPECT_EQ(owners(*domain), 2U);
+}
+
+// What following needs is made before anything is changed.
+TEST_F(OutOfMemoryTests, ADomainThatCantFollowDoesSoWhenItIsAskedAgain) {
+    const auto following = ZelStyleDomain::domainForIdentifier("following");
+    const std::size_t failures =
+        runShortOfMemory([&] { following->setSchemeFollowsSystem(true); },
+                         [&] { EXPECT_FALSE(following->schemeFollowsSystem()); });
+    EXPECT_GE(failures, 1U);
+    EXPECT_EQ(following->currentScheme(), following->lightScheme());
+}
+
 TEST_F(OutOfMemoryTests, ASecondDomainsRegistrationThatFailsLeavesTheFirstOnes) {
     const auto owner = makeStyled();
     const auto second = ZelStyleDomain::domainForIdentifier("second");

@@ -32,7 +32,7 @@ TEST_F(PlatformMemoryTests, AnObservationThatNoMemoryIsThereForIsNotMade) {
     const auto object = makePlain();
     const auto observer = alloc<CountingObserver>();
     const std::size_t failures = runShortOfMemory(
-        [&] { object->addObserver(observer, key, NSKeyValueObservingOptions::None, nullptr); },
+        [&] { object->addObserver(observer, key, NSKeyValueObservingOptions::Default, nullptr); },
         [&] {
             object->didChangeValueForKey(key);
             EXPECT_EQ(observer->calls, 0);

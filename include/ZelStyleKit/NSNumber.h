@@ -11,7 +11,7 @@ struct AttributeSlot;
 /// An immutable number or boolean. A value: trivially copyable, compared by kind and content.
 class NSNumber {
 public:
-    enum class Kind : std::uint8_t { UnsignedLong, Long, Double, Bool };
+    enum class Kind : std::uint8_t { UnsignedLong, Long, Double, Boolean };
 
     /// `numberWithUnsignedLong:`, `numberWithLong:`, `numberWithDouble:`, `numberWithBool:`
     static constexpr NSNumber numberWithUnsignedLong(std::uint64_t value) noexcept {
@@ -24,7 +24,7 @@ public:
         return {Kind::Double, std::bit_cast<std::uint64_t>(value)};
     }
     static constexpr NSNumber numberWithBool(bool value) noexcept {
-        return {Kind::Bool, std::uint64_t{value}};
+        return {Kind::Boolean, std::uint64_t{value}};
     }
 
     [[nodiscard]] constexpr Kind kind() const noexcept { return kind_; }

@@ -18,10 +18,10 @@ class Attachment;
 class NSObject;
 class ZelStyleable;
 
-/// Whether key-value observers hear of a change before it happens as well as after it.
-enum class NSKeyValueObservingOptions : unsigned { None = 0, Prior = 1 };
+/// Whether key-value observers are called before a change as well as after it.
+enum class NSKeyValueObservingOptions : unsigned { Default = 0, Prior = 1 };
 
-/// What a key-value observer is told of one change: `isPrior` before the value is stored (only
+/// What a key-value observer is called with: `isPrior` before the value is stored (only
 /// with `NSKeyValueObservingOptions::Prior`), not prior after it.
 struct NSKeyValueChange {
     bool isPrior = false;
@@ -49,9 +49,8 @@ public:
     [[nodiscard]] virtual const ZelStyleable* asZelStyleable() const noexcept { return nullptr; }
 
     /// `style:changedWithEvent:`, what a change handler object answers. No class has to declare
-    /// it: one that is registered as a change handler object overrides it. Runs on the notifying
-    /// thread with the domain's table of handler objects locked (not locked when the call is the
-    /// one made by its registration).
+    /// it: one that is registered as a change handler object overrides it. Runs as a change handler
+    /// does: see `ZelStyleChangeHandler`.
     virtual void styleChangedWithEvent(const std::shared_ptr<ZelStyle>& style,
                                        ZelStyleChangeEvent event);
 
@@ -92,7 +91,7 @@ public:
     void removeObserver(const NSObject& observer, std::string_view forKeyPath, const void* context);
 
     /// `willChangeValueForKey:` and `didChangeValueForKey:`. Observers are called on this thread,
-    /// in the order in which they were added, with no lock held.
+    /// in the order in which they were added, with no private lock held.
     void willChangeValueForKey(std::string_view key);
     void didChangeValueForKey(std::string_view key);
 

@@ -19,7 +19,7 @@ QVariant variantOf(const NSUserDefaultsValue& value) {
     }
     const NSNumber number = std::get<NSNumber>(value);
     switch (number.kind()) {
-    case NSNumber::Kind::Bool:
+    case NSNumber::Kind::Boolean:
         return QStringList{QStringLiteral("bool"), QString::number(number.unsignedLongValue())};
     case NSNumber::Kind::Long:
         return QStringList{QStringLiteral("long"), QString::number(number.longValue())};

@@ -174,7 +174,7 @@ std::string textOfValue(const NSNumber& number) {
         return digitsOf(number.unsignedLongValue()) + "u";
     case NSNumber::Kind::Long:
         return digitsOf(number.longValue());
-    case NSNumber::Kind::Bool:
+    case NSNumber::Kind::Boolean:
         return number.boolValue() ? "true" : "false";
     case NSNumber::Kind::Double:
         break;

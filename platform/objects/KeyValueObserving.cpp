@@ -17,7 +17,7 @@ struct Observation {
     std::weak_ptr<NSObject> observer;
     const NSObject* identity = nullptr; ///< the observer, for its own destructor; never followed
     std::string keyPath;
-    NSKeyValueObservingOptions options = NSKeyValueObservingOptions::None;
+    NSKeyValueObservingOptions options = NSKeyValueObservingOptions::Default;
     const void* context = nullptr;
 
     [[nodiscard]] bool isOf(const NSObject& object, std::string_view path,

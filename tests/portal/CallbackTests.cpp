@@ -21,7 +21,7 @@ std::shared_ptr<Observer> observe(std::function<void()> action) {
     auto observer = zel::alloc<Observer>();
     observer->action = std::move(action);
     zel::NSApplication::sharedApplication()->addObserver(
-        observer, "effectiveAppearance", zel::NSKeyValueObservingOptions::None, nullptr);
+        observer, "effectiveAppearance", zel::NSKeyValueObservingOptions::Default, nullptr);
     return observer;
 }
 

@@ -41,7 +41,7 @@ TEST_F(FollowingTests, EachSwitchOfTheDesktopIsOneChangeOfTheAppearance) {
     follow();
     const auto observer = zel::alloc<Observer>();
     zel::NSApplication::sharedApplication()->addObserver(
-        observer, "effectiveAppearance", zel::NSKeyValueObservingOptions::None, nullptr);
+        observer, "effectiveAppearance", zel::NSKeyValueObservingOptions::Default, nullptr);
     int switches = 0;
     for (const std::uint32_t scheme : {1U, 0U, 1U, 2U}) {
         portal->setScheme(scheme);

@@ -71,7 +71,7 @@ TEST_F(CallbackTests, AllAreDoneWhereAnObservedValueChanges) {
     const auto observer = alloc<Observer>();
     observer->onChange = [this] { now(); };
     for (const auto options :
-         {NSKeyValueObservingOptions::None, NSKeyValueObservingOptions::Prior}) {
+         {NSKeyValueObservingOptions::Default, NSKeyValueObservingOptions::Prior}) {
         const auto observed = makePlain();
         observed->addObserver(observer, "key", options, this);
         doEach([&] {

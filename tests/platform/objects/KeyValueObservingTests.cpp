@@ -57,7 +57,7 @@ public:
 class KeyValueObserving : public testing::Test {
 protected:
     void observe(const std::shared_ptr<NSObject>& by, const void* inContext = nullptr,
-                 NSKeyValueObservingOptions options = NSKeyValueObservingOptions::None) const {
+                 NSKeyValueObservingOptions options = NSKeyValueObservingOptions::Default) const {
         thermometer->addObserver(by, "degrees", options, inContext);
     }
 
@@ -144,7 +144,7 @@ TEST_F(KeyValueObserving, AnObjectWithoutObserversChangesWithoutAWord) {
 }
 
 TEST_F(KeyValueObserving, NilObservesNothing) {
-    thermometer->addObserver(nullptr, "degrees", NSKeyValueObservingOptions::None, nullptr);
+    thermometer->addObserver(nullptr, "degrees", NSKeyValueObservingOptions::Default, nullptr);
     thermometer->setDegrees(3);
     EXPECT_EQ(thermometer->degrees, 3);
 }
@@ -154,11 +154,11 @@ TEST_F(KeyValueObserving, ObservingKeepsNeitherSideAlive) {
     auto ending = zel::alloc<Observer>();
     const std::weak_ptr<NSObject> weakObserved = observed;
     const std::weak_ptr<NSObject> weakObserver = ending;
-    observed->addObserver(ending, "degrees", NSKeyValueObservingOptions::None, nullptr);
+    observed->addObserver(ending, "degrees", NSKeyValueObservingOptions::Default, nullptr);
     ending.reset();
     EXPECT_TRUE(weakObserver.expired());
     observed->setDegrees(1); // reaches nobody
-    observed->addObserver(observer, "degrees", NSKeyValueObservingOptions::None, nullptr);
+    observed->addObserver(observer, "degrees", NSKeyValueObservingOptions::Default, nullptr);
     observed.reset();
     EXPECT_TRUE(weakObserved.expired());
 }

@@ -38,8 +38,7 @@ ZelStyleSystemAppearance::~ZelStyleSystemAppearance() {
 // Initialising the tracker notifies its observers, who may want the styling lock: it is acquired
 // first, so that no thread holds it while it waits for another one to make the tracker. An observer
 // that asks meanwhile gets the one that is being made.
-const std::shared_ptr<ZelStyleSystemAppearance>&
-ZelStyleSystemAppearance::sharedSystemAppearance() {
+const std::shared_ptr<ZelStyleSystemAppearance>& ZelStyleSystemAppearance::shared(Make make) {
     using Shared = const std::shared_ptr<ZelStyleSystemAppearance>;
     static std::atomic<Shared*> made{nullptr}; // never destroyed: domains may end at exit
     if (Shared* present = made.load(std::memory_order_acquire)) {
@@ -48,7 +47,7 @@ ZelStyleSystemAppearance::sharedSystemAppearance() {
     const StylingLock lock;
     static Shared* making = nullptr; // by the lock
     if (making == nullptr) {
-        making = new Shared(alloc<ZelStyleSystemAppearance>());
+        making = new Shared(make());
         try {
             (*making)->init();
         } catch (...) { // no memory, or an observer's: the next request makes it afresh
@@ -68,7 +67,7 @@ std::shared_ptr<NSObject> ZelStyleSystemAppearance::init() {
     const auto application = NSApp();
     if (application && systemHasDarkAppearance()) {
         application->addObserver(shared_from_this(), effectiveAppearanceKey,
-                                 NSKeyValueObservingOptions::None, this);
+                                 NSKeyValueObservingOptions::Default, this);
     }
     determineFromSystemAppearance();
     return shared_from_this();

@@ -12,13 +12,7 @@ namespace zel::inline v1 {
 
 namespace {
 
-std::uint64_t nextSerial() noexcept {
-    static constinit std::atomic<std::uint64_t> last{0};
-    return last.fetch_add(1, std::memory_order_relaxed) + 1;
-}
-
-/// Replaces a field of a style's state; the former one goes after the lock, since with it its last
-/// trace may.
+/// Sets a field of a style's state; what it held is destroyed after the lock is released.
 template <class State, class Field, class Value>
 void replace(State& state, Field State::*member, Value value) {
     Field replacement = std::move(value);
@@ -30,8 +24,6 @@ void replace(State& state, Field State::*member, Value value) {
 
 ZelStyleToken::ZelStyleToken(const std::shared_ptr<ZelStyle>& style) noexcept
     : serial_(style ? style->token().serial() : 0) {}
-
-ZelStyle::State::State() : serial(nextSerial()) {}
 
 ZelStyle::State::~State() {
     delete merged.load(std::memory_order_acquire);

@@ -25,13 +25,6 @@ ZelStyleDefaultValueProvider::ZelStyleDefaultValueProvider() : state_(std::make_
 
 ZelStyleDefaultValueProvider::~ZelStyleDefaultValueProvider() = default;
 
-std::shared_ptr<ZelStyleDefaultValueProvider> ZelStyleDefaultValueProvider::providerWithIdentifier(
-    std::string_view identifier, const std::optional<std::vector<std::string>>& afterRunning,
-    ProviderBlock usingBlock) {
-    return alloc<ZelStyleDefaultValueProvider>()->initWithIdentifier(identifier, afterRunning,
-                                                                     std::move(usingBlock));
-}
-
 std::shared_ptr<ZelStyleDefaultValueProvider> ZelStyleDefaultValueProvider::initWithIdentifier(
     std::string_view identifier, const std::optional<std::vector<std::string>>& afterRunning,
     ProviderBlock usingBlock) {

@@ -54,7 +54,7 @@ ZelStyleScheme::initWithIdentifier(std::optional<std::string_view> identifier,
     return std::static_pointer_cast<ZelStyleScheme>(shared_from_this());
 }
 
-// The references are set before the key is looked at: where there is none, they stay.
+// The references are set first, and stay set where the style has no identifier.
 void ZelStyleScheme::addStyle(const std::shared_ptr<ZelStyle>& style) {
     if (!style) {
         throw ZelInvalidArgument("a style that is added to a scheme must not be nil");

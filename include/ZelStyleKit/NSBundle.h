@@ -38,7 +38,7 @@ public:
                                                              std::string_view b);
 
 /// A host's own comparison, by the rules of its toolkit. Called on the thread that compares, which
-/// is the one that adds a mode, with no lock held; all is allowed in it that is in a handler. Must
+/// is the one that adds a mode, with no private lock held; it may do what a handler may. Must
 /// not raise: names for which it does count as alike.
 using LocalizedComparison = std::function<int(std::string_view a, std::string_view b)>;
 

@@ -32,8 +32,9 @@ public:
     /// drain. Answers how many ran.
     std::size_t drain();
 
-    /// Called after each `async`, on the thread that added the task, with no lock held; it asks the
-    /// host's loop to drain soon and must not drain itself. None: the host drains by itself.
+    /// Called after each `async`, on the thread that added the task, with no private lock held; it
+    /// asks the host's loop to drain soon and must not drain itself. None: the host drains by
+    /// itself.
     void setWakeHook(std::function<void()> hook);
 
 private:

@@ -21,7 +21,7 @@ struct NSNotification {
 /// Delivers notifications by name to observers.
 /// Owns: the callbacks. Refers to: observers, weakly; one that has ended is never called.
 /// Threads: any thread, in handlers and destructors as well; a post calls on its own thread, with
-/// no lock held, the observers there were when it began, skipping those removed meanwhile.
+/// no private lock held, the observers there were when it began, skipping those removed meanwhile.
 /// Failure: none; a callback's exception passes to who posted.
 class ZEL_EXPORT NSNotificationCenter {
 public:

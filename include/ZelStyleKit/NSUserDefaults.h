@@ -16,8 +16,8 @@ namespace zel::inline v1 {
 using NSUserDefaultsValue = std::variant<std::string, NSNumber>;
 
 /// A persistent key-value store for each user and application.
-/// Threads: called from any thread, with no lock held; a store guards itself. All is allowed in it
-/// that is in a handler. Failure: never throws. What can't be read is absent; a store that can't
+/// Threads: called from any thread, with no private lock held; a store guards itself. It may do
+/// what a handler may. Failure: never throws. What can't be read is absent; a store that can't
 /// write answers false and leaves what it holds as it was.
 class ZEL_EXPORT NSUserDefaultsStore {
 public:

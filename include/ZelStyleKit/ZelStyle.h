@@ -64,7 +64,7 @@ public:
     /// `isChildOf:`. Whether the argument is a strict ancestor, by identity.
     [[nodiscard]] bool isChildOf(const std::shared_ptr<ZelStyle>& style) const;
 
-    // Plain accessors: setting one drops no cache, moves no counter and re-keys the style nowhere.
+    // Plain accessors: setting one drops no values, is no update, and re-keys the style nowhere.
 
     /// `domain`, `setDomain:`
     [[nodiscard]] std::shared_ptr<ZelStyleDomain> domain() const;

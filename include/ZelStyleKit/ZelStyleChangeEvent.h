@@ -17,9 +17,10 @@ enum ZelStyleChangeEvent : std::uint64_t {
 };
 
 /// Called with (owner, the style that applies to it or nil, event). Runs on the thread that
-/// notifies, with the domain's handler table locked (not locked for the call at registration). It
-/// may register and unregister any listener, destroy its owner, change identifiers, switch schemes
-/// and update styles. It lives as long as its owner, so it must not hold its owner strongly.
+/// notifies or registers, with the styling lock of the process held: it must not wait for another
+/// thread that needs this lock. It may register and unregister any listener, destroy its owner,
+/// change identifiers, switch schemes and update styles. It lives as long as its owner, so it must
+/// not hold its owner strongly.
 using ZelStyleChangeHandler =
     std::function<void(const std::shared_ptr<NSObject>& owner,
                        const std::shared_ptr<ZelStyle>& style, ZelStyleChangeEvent event)>;

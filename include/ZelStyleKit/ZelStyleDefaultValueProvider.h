@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zel::inline v1 {
@@ -23,12 +24,12 @@ extern ZEL_EXPORT std::string_view ZelStyleDefaultValueProviderIdentifierMain;
 /// A named callback that fills a new root style with default values, and hooks around the others'.
 /// Owns: its identifier, requirements and callbacks (copies). Refers to: nothing.
 /// Threads: accessors are atomic, in handlers and destructors as well; callbacks run on the thread
-/// that makes a style, with no lock held. They are called in place, so that what a functor keeps
-/// lasts from run to run, are held while they run, and may replace themselves or make styles, which
-/// runs them again. Runs are not serialised: a callback with state guards it itself where styles
-/// are made on several threads.
-/// Failure: a provider without callback is an empty step that still counts as applied. A callback
-/// must not change the registry of providers: the walk that called it raises.
+/// that makes a style, with no private lock held. They are called in place, so that what a functor
+/// keeps lasts from run to run, are held while they run, and may replace themselves or make styles,
+/// which runs them again. Runs are not serialised: a callback with state guards it itself where
+/// styles are made on several threads. Failure: a provider without callback is an empty step that
+/// still counts as applied. A callback must not change the registry of providers: the walk that
+/// called it raises.
 class ZEL_EXPORT ZelStyleDefaultValueProvider : public NSObject {
 public:
     using ProviderBlock = std::function<void(const std::shared_ptr<ZelStyle>& style,
@@ -43,12 +44,16 @@ public:
     ZelStyleDefaultValueProvider();
     ~ZelStyleDefaultValueProvider() override;
 
-    /// `providerWithIdentifier:afterRunning:using:`. For a provider of a subclass:
-    /// `alloc<Subclass>()->initWithIdentifier(…)`.
-    static std::shared_ptr<ZelStyleDefaultValueProvider>
+    /// `providerWithIdentifier:afterRunning:using:`: a provider of that class, or nil where its
+    /// initialiser answers nil.
+    template <class Provider = ZelStyleDefaultValueProvider>
+    static std::shared_ptr<Provider>
     providerWithIdentifier(std::string_view identifier,
                            const std::optional<std::vector<std::string>>& afterRunning,
-                           ProviderBlock usingBlock);
+                           ProviderBlock usingBlock) {
+        return std::static_pointer_cast<Provider>(
+            alloc<Provider>()->initWithIdentifier(identifier, afterRunning, std::move(usingBlock)));
+    }
 
     /// `initWithIdentifier:afterRunning:using:`. An empty list is no requirement, as none is.
     std::shared_ptr<ZelStyleDefaultValueProvider>

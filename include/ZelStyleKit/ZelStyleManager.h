@@ -17,10 +17,12 @@ class ZelStyleManagerMode;
 /// Turns the user's choice of a mode into settings of the default domain and remembers it under
 /// "style-manager-active-mode" in the user defaults.
 /// Owns: its modes, sorted by rank, then by name in the user's locale, those without one first.
-/// Refers to: nothing. Threads: the list has a private lock, under which no store, comparison or
-/// mode is asked; modes are applied on the calling thread, which is the one that switches the
-/// default domain's schemes, the main thread; in handlers and destructors as well. Failure: adding
-/// nil raises ZelInvalidArgument; an identifier that no mode has selects the lowest-ranked mode.
+/// Refers to: nothing.
+/// Threads: the list has a private lock, under which no store, comparison or mode is asked; modes
+/// are applied on the calling thread, which is the one that switches the default domain's schemes,
+/// the main thread; in handlers and destructors as well.
+/// Failure: adding nil raises `ZelInvalidArgument`; an identifier that no mode has selects the mode
+/// of the lowest rank.
 class ZEL_EXPORT ZelStyleManager : public NSObject {
 public:
     using Modes = std::vector<std::shared_ptr<ZelStyleManagerMode>>;

@@ -31,8 +31,13 @@ public:
     ZelStyleSystemAppearance();
     ~ZelStyleSystemAppearance() override;
 
-    /// `sharedSystemAppearance`: the process's tracker, made on the first call and kept for good.
-    static const std::shared_ptr<ZelStyleSystemAppearance>& sharedSystemAppearance();
+    /// `sharedSystemAppearance`: the process's tracker, made on the first call, of the class that
+    /// this names, and kept for good.
+    template <class Tracker = ZelStyleSystemAppearance>
+    static const std::shared_ptr<ZelStyleSystemAppearance>& sharedSystemAppearance() {
+        return shared(
+            []() -> std::shared_ptr<ZelStyleSystemAppearance> { return alloc<Tracker>(); });
+    }
 
     /// `init`: starts to observe, then determines.
     std::shared_ptr<NSObject> init() override;
@@ -53,6 +58,9 @@ public:
     void setCurrentAppearanceType(std::uint64_t type);
 
 private:
+    using Make = std::shared_ptr<ZelStyleSystemAppearance> (*)();
+    static const std::shared_ptr<ZelStyleSystemAppearance>& shared(Make make);
+
     std::atomic<std::uint64_t> type_{ZelStyleSystemAppearanceTypeLight};
 };
 

@@ -17,8 +17,8 @@ class ZelStyleableNode;
 /// and overrides `NSObject::asZelStyleable` with `return this;`. Declaring is what counts; an
 /// object is never probed for the operations.
 /// Refers to: its parent (the answer is held only while it is used).
-/// Threads: asked on whichever thread notifies or resolves, by a notification with the domain's
-/// handler table locked, also in handlers and destructors.
+/// Threads: asked on whichever thread notifies or resolves, by a notification with the styling lock
+/// of the process held, also in handlers and destructors.
 /// Failure: none; nil is accepted everywhere.
 class ZEL_EXPORT ZelStyleable {
 public:
@@ -45,5 +45,9 @@ protected:
     ZelStyleable(const ZelStyleable&) = default;
     ZelStyleable& operator=(const ZelStyleable&) = default;
 };
+
+/// The name under which the platform's views and view controllers conform: as they come, they are
+/// styled by the default domain, below their superview or parent controller.
+using ZelCustomStyle = ZelStyleable;
 
 } // namespace zel::inline v1

@@ -53,7 +53,7 @@ private:
     ZelStyleableNode* parent_ = nullptr;
     ZelStyleableNode* firstChild_ = nullptr;
     ZelStyleableNode* nextSibling_ = nullptr;
-    ZelStyleableNode* previousSibling_ = nullptr; // the first child's is the last one
+    ZelStyleableNode* previousSibling_ = nullptr; // nil for the first child
 };
 
 } // namespace zel::inline v1

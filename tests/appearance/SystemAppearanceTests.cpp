@@ -157,4 +157,14 @@ TEST(SharedSystemAppearance, ThreadsThatAskAtOnceGetTheSameTracker) {
     }
 }
 
+/// A tracker of a host's own.
+class OwnTracker : public ZelStyleSystemAppearance {};
+
+// In a process of its own, as every test is run.
+TEST(SharedSystemAppearance, IsOfTheClassThatTheFirstRequestNames) {
+    const auto& made = ZelStyleSystemAppearance::sharedSystemAppearance<OwnTracker>();
+    EXPECT_NE(std::dynamic_pointer_cast<OwnTracker>(made), nullptr);
+    EXPECT_EQ(ZelStyleSystemAppearance::sharedSystemAppearance(), made);
+}
+
 } // namespace

@@ -58,5 +58,15 @@ TEST_F(ProviderClassTests, ASubclassIsAskedWhereABlockWouldBeCalled) {
                "b", "particular did b to main for sepia"}));
 }
 
+TEST_F(ProviderClassTests, AProviderIsMadeOfTheClassThatIsAskedForIt) {
+    const std::shared_ptr<Particular> made =
+        ZelStyleDefaultValueProvider::providerWithIdentifier<Particular>(
+            "particular", std::vector<std::string>{"base"}, nullptr);
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(made->identifier(), "particular");
+    EXPECT_EQ(made->requiredDefaultValueProviders(),
+              ZelStyleDefaultValueProvider::Identifiers{"base"});
+}
+
 } // namespace
 } // namespace zeltest

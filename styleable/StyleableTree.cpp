@@ -7,8 +7,8 @@ namespace zel::inline v1 {
 
 namespace {
 
-/// Takes what an object sets itself and nothing below it has set.
-void add(StyleableTree::Binding& binding, const StylingState& state) ZEL_REQUIRES(linkLock) {
+/// Adds an object's identifiers, each unless something below has set it.
+void addUnset(StyleableTree::Binding& binding, const StylingState& state) ZEL_REQUIRES(linkLock) {
     if (!binding.scheme && state.schemeIdentifier) {
         binding.scheme = &state.schemeIdentifier;
     }
@@ -28,7 +28,7 @@ const ZelStyleableNode* StyleableTree::nodeOf(const NSObject& object) noexcept {
 // node is that of the nodes above it too, up to and with the first that sets something.
 StyleableTree::Binding StyleableTree::bindingOf(const ZelStyleableNode& node) {
     Binding binding{.epoch = bindingChanges.now()};
-    const ZelStyleableNode* end = &node; // above the last one that shares it and forgot it
+    const ZelStyleableNode* end = &node; // the node above the last one that shares it
     bool isShared = true;
     for (const ZelStyleableNode* each = &node; each; each = each->parent_) {
         const Binding above = rememberedOf(*each);
@@ -43,7 +43,7 @@ StyleableTree::Binding StyleableTree::bindingOf(const ZelStyleableNode& node) {
         const auto* state = Attachment::find<StylingState>(each->object_);
         if (state && state->hasIdentifiers()) {
             isShared = false;
-            add(binding, *state);
+            addUnset(binding, *state);
             if (binding.scheme && binding.style) {
                 break;
             }

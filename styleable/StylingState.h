@@ -22,15 +22,16 @@ struct Listener;
 inline constinit PrivateLock linkLock;
 
 /// Counts whatever may give an object another style than before, or make it forget which it was
-/// given: a custom identifier, a link of a known tree, or a last style that was set by hand, by a
-/// delivery that was overtaken, or by another of the tables in which the object listens. A parent
-/// that the library had to ask the host for is never remembered.
+/// given: a custom identifier, a link of a known tree, or a last style that was set by hand, that
+/// was noted after a call during which families were built, or that was noted for an object which
+/// has listened in several tables at once. A parent that the library had to ask the host for is
+/// never remembered.
 inline constinit ChangeCounter bindingChanges;
 
 /// What an object carries of styling. Made when first needed: by a custom identifier, a last style
 /// or a registration.
 /// Owns: the identifiers. Refers to: the object's listeners, which end with this, and its node.
-/// Threads: `lastZelStyle` any; the rest under `linkLock`.
+/// Threads: `lastZelStyle` any; the others as they say.
 struct StylingState final : Attachment {
     explicit StylingState(const NSObject& /*object*/) noexcept {}
     ~StylingState() override; ///< ends the object's listeners, in every domain

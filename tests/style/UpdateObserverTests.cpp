@@ -184,20 +184,21 @@ TEST_F(UpdateObserverTests, AnObserverMayObserveOtherStyles) {
 
 // What the observer uses may end once it is removed.
 TEST_F(UpdateObserverTests, RemovingWaitsForAnInitialCallOnAnotherThread) {
+    std::atomic<bool> isAsked{false};
     std::atomic<bool> isRemoved{false};
     std::thread removing;
-    style->addStyleUpdateObserver(observer("first",
-                                           [&] {
-                                               removing = std::thread([&] {
-                                                   style->removeStyleUpdateObserverWithOwner(owner);
-                                                   isRemoved = true;
-                                               });
-                                               for (int i = 0; i < 10'000; ++i) {
-                                                   std::this_thread::yield();
-                                               }
-                                               EXPECT_FALSE(isRemoved);
-                                           }),
-                                  owner, true);
+    const auto call = [&] {
+        removing = std::thread([&] {
+            isAsked = true;
+            style->removeStyleUpdateObserverWithOwner(owner);
+            isRemoved = true;
+        });
+        for (int i = 0; !isAsked || i < 100'000; ++i) {
+            std::this_thread::yield();
+        }
+        EXPECT_FALSE(isRemoved);
+    };
+    style->addStyleUpdateObserver(observer("first", call), owner, true);
     removing.join();
     EXPECT_TRUE(isRemoved);
     calls.clear();

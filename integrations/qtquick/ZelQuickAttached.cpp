@@ -50,7 +50,7 @@ ZelQuickAttached::ZelQuickAttached(QObject* attachee)
                            : std::make_shared<StyleListener>(std::weak_ptr<NSObject>(), nullptr)) {
     listener_->start([this](const auto& newStyle) {
         current_ = newStyle;
-        emit valuesChanged(); // which nobody hears while the object is being made
+        Q_EMIT valuesChanged(); // which nobody hears while the object is being made
     });
 }
 
@@ -67,14 +67,14 @@ void ZelQuickAttached::setScheme(const QString& identifier) {
     const std::string text = identifier.toStdString();
     if (styleable_ && styleable_->customZelStyleSchemeIdentifier() != text) {
         styleable_->setCustomZelStyleSchemeIdentifier(text);
-        emit schemeChanged();
+        Q_EMIT schemeChanged();
     }
 }
 
 void ZelQuickAttached::resetScheme() {
     if (styleable_ && styleable_->customZelStyleSchemeIdentifier()) {
         styleable_->setCustomZelStyleSchemeIdentifier(std::nullopt);
-        emit schemeChanged();
+        Q_EMIT schemeChanged();
     }
 }
 
@@ -86,14 +86,14 @@ void ZelQuickAttached::setStyle(const QString& identifier) {
     const std::string text = identifier.toStdString();
     if (styleable_ && styleable_->customZelStyleIdentifier() != text) {
         styleable_->setCustomZelStyleIdentifier(text);
-        emit styleChanged();
+        Q_EMIT styleChanged();
     }
 }
 
 void ZelQuickAttached::resetStyle() {
     if (styleable_ && styleable_->customZelStyleIdentifier()) {
         styleable_->setCustomZelStyleIdentifier(std::nullopt);
-        emit styleChanged();
+        Q_EMIT styleChanged();
     }
 }
 

@@ -69,7 +69,7 @@ public:
 #undef ZEL_QUICK_Color
 #undef ZEL_QUICK_Number
 
-signals:
+Q_SIGNALS:
     void schemeChanged();
     void styleChanged();
     /// Another style applies, or the same one has new values.

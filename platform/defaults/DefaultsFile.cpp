@@ -22,9 +22,9 @@ using Path = std::filesystem::path;
 using Status = struct stat;
 
 /// Larger files are taken for damaged: they are neither read nor written.
-constexpr std::size_t kLargestFile = std::size_t{8} << 20;
-constexpr std::chrono::seconds kLongestWait{2};
-constexpr std::chrono::milliseconds kBetweenAttempts{2};
+constexpr std::size_t largestFile = std::size_t{8} << 20;
+constexpr std::chrono::seconds longestWait{2};
+constexpr std::chrono::milliseconds betweenAttempts{2};
 
 /// Repeats a system call while signals interrupt it.
 template <typename Call>
@@ -95,7 +95,7 @@ struct Contents {
 bool readText(const Descriptor& file, std::string& text) {
     constexpr std::size_t step = std::size_t{64} << 10;
     ssize_t count = 1;
-    while (count > 0 && text.size() <= kLargestFile) {
+    while (count > 0 && text.size() <= largestFile) {
         const std::size_t filled = text.size();
         text.resize(filled + step);
         count = uninterrupted([&] { return ::read(file.number, text.data() + filled, step); });
@@ -147,7 +147,7 @@ bool isAt(const Path& path, const Status& opened) {
 /// file is replaced with each write, and a lock on it would guard its past. None where it can't be
 /// acquired, or not in time.
 std::optional<Descriptor> acquireLock(const Path& path) {
-    const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
+    const auto deadline = std::chrono::steady_clock::now() + longestWait;
     while (std::chrono::steady_clock::now() < deadline) {
         Descriptor file(path, O_RDWR | O_CREAT | O_NOFOLLOW);
         const Status status = statusOf(file);
@@ -161,7 +161,7 @@ std::optional<Descriptor> acquireLock(const Path& path) {
         } else if (errno != EWOULDBLOCK) {
             return std::nullopt;
         }
-        std::this_thread::sleep_for(kBetweenAttempts);
+        std::this_thread::sleep_for(betweenAttempts);
     }
     return std::nullopt;
 }
@@ -209,7 +209,7 @@ bool writeLocked(const Path& path, const std::optional<NSUserDefaultsValue>& val
                  std::string_view key) {
     const auto old = readFile(path);
     const std::string text = old ? editDefaultsText(old->text, key, value) : std::string();
-    return old && text.size() <= kLargestFile && replaceFile(path, text, *old);
+    return old && text.size() <= largestFile && replaceFile(path, text, *old);
 }
 
 } // namespace

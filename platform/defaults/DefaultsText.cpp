@@ -12,13 +12,13 @@
 namespace zel::inline v1 {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kBlanks = " \t";
-constexpr std::string_view kBareKeyCharacters = "abcdefghijklmnopqrstuvwxyz"
-                                                "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view blanks = " \t";
+constexpr std::string_view bareKeyCharacters = "abcdefghijklmnopqrstuvwxyz"
+                                               "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.";
 /// Characters that a string escapes, and the letters that then follow the backslash.
-constexpr std::string_view kEscaped = "\"\\\n\r\t";
-constexpr std::string_view kEscapeLetters = "\"\\nrt";
+constexpr std::string_view escapedCharacters = "\"\\\n\r\t";
+constexpr std::string_view escapeLetters = "\"\\nrt";
 
 /// A line that could be understood. Refers to the text.
 struct Entry {
@@ -36,7 +36,7 @@ std::string_view take(std::string_view& rest, std::size_t length) {
 }
 
 void takeBlanks(std::string_view& rest) {
-    take(rest, rest.find_first_not_of(kBlanks));
+    take(rest, rest.find_first_not_of(blanks));
 }
 
 /// A number that takes up the whole token.
@@ -56,8 +56,8 @@ std::optional<char> takeEscaped(std::string_view& rest) {
         const auto byte = wholeNumber<unsigned char>(digits, 16);
         return digits.size() == 2 && byte ? std::optional(static_cast<char>(*byte)) : std::nullopt;
     }
-    const std::size_t index = letter.empty() ? std::string_view::npos : kEscapeLetters.find(letter);
-    return index == std::string_view::npos ? std::nullopt : std::optional(kEscaped[index]);
+    const std::size_t index = letter.empty() ? std::string_view::npos : escapeLetters.find(letter);
+    return index == std::string_view::npos ? std::nullopt : std::optional(escapedCharacters[index]);
 }
 
 std::optional<std::string> takeQuoted(std::string_view& rest) {
@@ -81,7 +81,7 @@ std::optional<std::string> takeKey(std::string_view& rest) {
     if (rest.starts_with('"')) {
         return takeQuoted(rest);
     }
-    const std::string_view key = take(rest, rest.find_first_not_of(kBareKeyCharacters));
+    const std::string_view key = take(rest, rest.find_first_not_of(bareKeyCharacters));
     return key.empty() ? std::nullopt : std::optional<std::string>(key);
 }
 
@@ -111,7 +111,7 @@ std::optional<Entry> parseLine(std::string_view line) {
     rest.remove_suffix(rest.ends_with('\n') ? 1 : 0);
     rest.remove_suffix(rest.ends_with('\r') ? 1 : 0);
     // On any line: what a line means must not depend on which lines before it are removed.
-    take(rest, rest.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
+    take(rest, rest.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     takeBlanks(rest);
     auto key = takeKey(rest);
     takeBlanks(rest);
@@ -146,9 +146,9 @@ std::string inQuotes(std::string_view text) {
     std::string result = "\"";
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Step step = readUtf8(text, at);
-        const std::size_t escape = kEscaped.find(text[at]);
+        const std::size_t escape = escapedCharacters.find(text[at]);
         if (escape != std::string_view::npos) {
-            result.append(1, '\\').append(1, kEscapeLetters[escape]);
+            result.append(1, '\\').append(1, escapeLetters[escape]);
         } else if (step.valid && step.character >= 0x20 && step.character != 0x7F) {
             result += text.substr(at, step.length);
         } else {
@@ -212,7 +212,7 @@ std::string withLine(std::string_view text, std::string_view key, std::string_vi
         result += text.back() == '\r' ? "\n" : lineEnd;
     }
     const bool bare =
-        !key.empty() && key.find_first_not_of(kBareKeyCharacters) == std::string_view::npos;
+        !key.empty() && key.find_first_not_of(bareKeyCharacters) == std::string_view::npos;
     result += bare ? std::string(key) : inQuotes(key);
     return result.append(" = ").append(valueText).append(lineEnd);
 }

@@ -6,7 +6,7 @@ namespace {
 
 /// English is a language like any other, so that a user who prefers it to a second one gets it.
 /// A language under two codes has two rows.
-constexpr LocalizedStrings kStrings[] = {
+constexpr LocalizedStrings allStrings[] = {
     {"en", "Light", "Dark", "Follow system appearance"},
     {"ar", "فاتح", "داكن", "اتباع مظهر النظام"},
     {"bg", "Светъл", "Тъмен", "Според облика на системата"},
@@ -67,7 +67,7 @@ std::string_view LocalizedStrings::textFor(std::string_view key) const noexcept 
 }
 
 const LocalizedStrings* localizedStringsFor(std::string_view locale) noexcept {
-    for (const LocalizedStrings& strings : kStrings) {
+    for (const LocalizedStrings& strings : allStrings) {
         if (strings.locale == locale) {
             return &strings;
         }

@@ -25,7 +25,7 @@ struct Heap {
     std::size_t given = inUse();
 
     static std::size_t inUseByNew() {
-        if constexpr (kSanitized) {
+        if constexpr (underSanitizer) {
             return __sanitizer_get_current_allocated_bytes();
         } else {
             return Allocations::now().liveBytes;

@@ -26,7 +26,7 @@ protected:
 
 // In a process of its own: the first use of the providers in it.
 TEST(OutOfMemoryAtFirstUseTests, TheBuiltInProvidersAreLoadedAfreshAfterAFailure) {
-    if (zeltest::kThreadSanitized) {
+    if (zeltest::underThreadSanitizer) {
         GTEST_SKIP()
             << "under the thread sanitizer std::call_once waits for ever after an exception";
     }

@@ -36,7 +36,7 @@ inline Clock::duration allowedSleep() {
     return Usage::knowsSleep() ? 100ms : 5s; // a busy machine's queue
 }
 /// How long it may work.
-constexpr Clock::duration allowedWork = kSanitized ? 2s : 100ms;
+constexpr Clock::duration allowedWork = underSanitizer ? 2s : 100ms;
 
 inline bool isDark() {
     return zel::NSApplication::sharedApplication()->effectiveAppearance().name() ==

@@ -34,7 +34,7 @@ protected:
     std::vector<Style> chain{root};
 
     void SetUp() override {
-        if (kThreadSanitized) {
+        if (underThreadSanitizer) {
             GTEST_SKIP() << "the thread sanitizer follows 64 locks at a time";
         }
     }

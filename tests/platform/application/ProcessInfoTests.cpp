@@ -24,12 +24,12 @@ namespace {
 
 using zel::NSProcessInfo;
 
-constexpr const char* kSayName = "PROCESS_INFO_TESTS_SAY_NAME";
+constexpr const char* sayName = "PROCESS_INFO_TESTS_SAY_NAME";
 
 /// A copy of this program that is told to says its name while it starts, before main: of a file
 /// that is "deleted" by then, "unknown" to the system, or "standing".
 const bool told = [] {
-    if (const char* const how = std::getenv(kSayName)) {
+    if (const char* const how = std::getenv(sayName)) {
         if (std::string_view(how) == "deleted") {
             std::error_code ignored;
             std::filesystem::remove(std::filesystem::read_symlink("/proc/self/exe"), ignored);
@@ -55,9 +55,9 @@ struct ProgramName : testing::Test {
 
     /// What a copy of this program, called by its path, says its name is.
     static std::string nameSaidBy(const std::string& path, const char* how) {
-        ::setenv(kSayName, how, 1);
+        ::setenv(sayName, how, 1);
         FILE* const output = ::popen(("'" + path + "'").c_str(), "r");
-        ::unsetenv(kSayName);
+        ::unsetenv(sayName);
         std::string name;
         for (int c = std::fgetc(output); c != EOF; c = std::fgetc(output)) {
             name += static_cast<char>(c);

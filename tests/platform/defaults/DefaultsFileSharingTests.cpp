@@ -61,8 +61,8 @@ TEST_F(SharedDefaultsFile, ThatIsNeverLetGoDelaysAWriterOnlyAndNotForEver) {
     const auto start = Clock::now();
     EXPECT_FALSE(defaults.setObject("new", "k"));
     const auto waited = Clock::now() - start;
-    EXPECT_GE(waited, kWaitForAnother); // or what another is done with by then would be lost
-    EXPECT_LT(waited, 2 * kWaitForAnother);
+    EXPECT_GE(waited, waitForAnother); // or what another is done with by then would be lost
+    EXPECT_LT(waited, 2 * waitForAnother);
     EXPECT_EQ(stringIn(defaults, "k"), "new");
     EXPECT_EQ(storedString("k"), "old");
     ASSERT_EQ(::flock(lock, LOCK_UN), 0);

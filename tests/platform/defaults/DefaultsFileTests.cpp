@@ -42,7 +42,7 @@ TEST_F(DefaultsFile, IsNoMoreForOthersInAnotherGroup) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root may give files to any group";
     }
-    ASSERT_EQ(::chown(file().c_str(), 0, kOrdinaryUser), 0);
+    ASSERT_EQ(::chown(file().c_str(), 0, ordinaryUser), 0);
     ASSERT_EQ(::chmod(file().c_str(), 0644), 0);
     EXPECT_TRUE(NSUserDefaults().setObject("new", "k"));
     EXPECT_EQ(modeOf(file()), 0600u);
@@ -53,13 +53,13 @@ TEST_F(DefaultsFile, OfAnotherUserIsReadAndLeftAlone) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root may give files away";
     }
-    ASSERT_EQ(::chown(file().c_str(), kOrdinaryUser, kOrdinaryUser), 0);
+    ASSERT_EQ(::chown(file().c_str(), ordinaryUser, ordinaryUser), 0);
     const auto before = everything();
     EXPECT_EQ(storedString("k"), "old");
     EXPECT_TRUE(fileRefuses("of root"));
     EXPECT_EQ(everything(), before);
     std::filesystem::remove(file());
-    ASSERT_EQ(::chown((folder + "/Painter").c_str(), kOrdinaryUser, kOrdinaryUser), 0);
+    ASSERT_EQ(::chown((folder + "/Painter").c_str(), ordinaryUser, ordinaryUser), 0);
     EXPECT_TRUE(fileRefuses("of root"));
     EXPECT_TRUE(std::filesystem::is_empty(folder + "/Painter"));
 }
@@ -336,7 +336,7 @@ TEST_P(AFault, LeavesTheTextWholeAndOnlyADurableOneIsClaimed) {
         });
         EXPECT_EQ(defaults.setObject("new", "k"), fault.isClaimed);
     }
-    EXPECT_LT(Clock::now() - start, kWaitForAnother);
+    EXPECT_LT(Clock::now() - start, waitForAnother);
     EXPECT_EQ(text(), fault.isWritten ? "k = \"new\"\n" : "k = \"old\"\n");
     EXPECT_EQ(stringIn(defaults, "k"), "new");
     EXPECT_FALSE(std::filesystem::exists(temporary()));

@@ -33,15 +33,15 @@ using Clock = std::chrono::steady_clock;
 
 /// How long a writer waits for another process. Nobody waits for anything else but the disk, so
 /// that nothing takes as long, on any machine that is fit for use.
-constexpr std::chrono::seconds kWaitForAnother{2};
+constexpr std::chrono::seconds waitForAnother{2};
 
-constexpr unsigned kOrdinaryUser = 65534;
+constexpr unsigned ordinaryUser = 65534;
 
 /// The string under a key, or why there is none.
 inline std::string stringIn(const zel::NSUserDefaults& defaults, std::string_view key) {
     const auto start = Clock::now();
     const auto value = defaults.objectForKey(key);
-    if (Clock::now() - start >= kWaitForAnother) {
+    if (Clock::now() - start >= waitForAnother) {
         return "(late)";
     }
     if (!value) {
@@ -60,7 +60,7 @@ inline std::string storedString(std::string_view key) {
 inline bool isRefused(zel::NSUserDefaults& defaults, const std::string& value) {
     const auto start = Clock::now();
     const bool taken = defaults.setObject(value, "k");
-    return !taken && Clock::now() - start < kWaitForAnother && stringIn(defaults, "k") == value;
+    return !taken && Clock::now() - start < waitForAnother && stringIn(defaults, "k") == value;
 }
 
 inline bool fileRefuses(const std::string& value) {
@@ -157,8 +157,8 @@ public:
             own(each.path());
         }
         return holdsInChild([&] {
-            return ::setgroups(0, nullptr) == 0 && ::setegid(kOrdinaryUser) == 0 &&
-                   ::seteuid(kOrdinaryUser) == 0 && body();
+            return ::setgroups(0, nullptr) == 0 && ::setegid(ordinaryUser) == 0 &&
+                   ::seteuid(ordinaryUser) == 0 && body();
         });
     }
 
@@ -166,7 +166,7 @@ public:
 
 private:
     static void own(const std::string& path) {
-        ASSERT_EQ(::lchown(path.c_str(), kOrdinaryUser, kOrdinaryUser), 0);
+        ASSERT_EQ(::lchown(path.c_str(), ordinaryUser, ordinaryUser), 0);
     }
 };
 

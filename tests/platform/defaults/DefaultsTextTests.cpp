@@ -14,7 +14,7 @@ using zel::NSNumber;
 using zel::NSUserDefaultsValue;
 using zel::parseDefaultsText;
 
-constexpr char kMark[] = "\xEF\xBB\xBF";
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 std::optional<NSUserDefaultsValue> valueIn(std::string_view text, std::string_view key = "k") {
     const auto entries = parseDefaultsText(text);
@@ -130,10 +130,10 @@ INSTANTIATE_TEST_SUITE_P(
         Edit{"k = 1\nk = 2\nk = damaged\n", nine, "k = 1\nk = 9\nk = damaged\n"},
         Edit{"k = 1\n# k\n\"k\" = 2\nk = damaged\nk = 3", std::nullopt, "# k\nk = damaged\n"},
         // A byte order mark is part of its line, and a second one damage.
-        Edit{kMark + std::string("k = 1\n"), nine, kMark + std::string("k = 9\n")},
-        Edit{std::string("l = 1\n") + kMark + "k = 1\n", std::nullopt, "l = 1\n"},
-        Edit{std::string(kMark) + kMark + "k = 1\n", nine,
-             std::string(kMark) + kMark + "k = 1\nk = 9\n"}));
+        Edit{byteOrderMark + std::string("k = 1\n"), nine, byteOrderMark + std::string("k = 9\n")},
+        Edit{std::string("l = 1\n") + byteOrderMark + "k = 1\n", std::nullopt, "l = 1\n"},
+        Edit{std::string(byteOrderMark) + byteOrderMark + "k = 1\n", nine,
+             std::string(byteOrderMark) + byteOrderMark + "k = 1\nk = 9\n"}));
 
 TEST(DefaultsText, KeepsEntriesAmongGarbage) {
     std::string garbage;

@@ -1,43 +1,166 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/domain/TableChangeFixture.h"
+#include "tests/domain/DomainInternals.h"
+#include "tests/support/Recorder.h"
 
 namespace zeltest {
 namespace {
 
 using namespace zel;
 
-TEST_F(TableChangeTests, AnOwnerUnregisteredMeanwhileIsNotCalledAnyMore) {
-    listen();
-    act = [this] { domain->unregisterChangeHandlersWithOwner(after); };
-    EXPECT_EQ(force(), (Names{"before", "actor"}));
+/// Listeners that register, unregister and end listeners while a notification runs. `act` is what
+/// the one named "actor" does when it is called, once.
+class TableChangeTests : public StylingTests {
+protected:
+    const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
+    const std::shared_ptr<ZelStyle> plain = addStyle(domain->defaultScheme(), "main");
+    Recorder recorder;
+    std::shared_ptr<Styled> before = makeStyled();
+    std::shared_ptr<Styled> actor = makeStyled();
+    std::shared_ptr<Styled> after = makeStyled();
+    std::shared_ptr<Styled> added = makeStyled();
+    std::function<void()> act;
+
+    std::function<void()> actOnce() {
+        return [this] {
+            if (const auto acting = std::exchange(act, nullptr)) {
+                acting();
+            }
+        };
+    }
+    void listenAs(const std::string& name, const std::shared_ptr<NSObject>& owner) {
+        domain->registerChangeHandler(recorder.handler(name, name == "actor" ? actOnce() : nullptr),
+                                      owner);
+    }
+    void listenAsObject(const std::string& name, const std::shared_ptr<NSObject>& object) {
+        static_cast<Styled&>(*object).onStyleChange =
+            recorder.objectHandler(name, name == "actor" ? actOnce() : nullptr);
+        domain->registerChangeHandler(object);
+    }
+    void listen() {
+        listenAs("before", before);
+        listenAs("actor", actor);
+        listenAs("after", after);
+        recorder.take();
+    }
+    Names force() {
+        domain->notifyForStyleChangeOf(nullptr, {.force = true});
+        return recorder.takeNames();
+    }
+};
+
+/// What holds for owners with handlers and for handler objects.
+class EitherTableTests : public TableChangeTests, public testing::WithParamInterface<std::string> {
+protected:
+    const bool areOwners = GetParam() == "Owners";
+
+    void enter(const std::string& name, const std::shared_ptr<NSObject>& listener) {
+        areOwners ? listenAs(name, listener) : listenAsObject(name, listener);
+    }
+    void leave(const std::shared_ptr<NSObject>& listener) {
+        if (areOwners) {
+            domain->unregisterChangeHandlersWithOwner(listener);
+        } else {
+            domain->unregisterChangeHandler(listener);
+        }
+    }
+    std::size_t count() { return areOwners ? ownerCount(*domain) : objectCount(*domain); }
+    /// Enters three and has the middle one do something in a notification; answers who is called.
+    Names forceWith(std::function<void()> acting) {
+        enter("before", before);
+        enter("actor", actor);
+        enter("after", after);
+        recorder.take();
+        act = std::move(acting);
+        return force();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, EitherTableTests, testing::Values("Owners", "Objects"),
+                         [](const auto& each) { return each.param; });
+
+TEST_P(EitherTableTests, AListenerUnregisteredMeanwhileIsNotCalledAnyMore) {
+    EXPECT_EQ(forceWith([this] { leave(after); }), (Names{"before", "actor"}));
     EXPECT_EQ(force(), (Names{"before", "actor"}));
 }
 
-TEST_F(TableChangeTests, AnOwnerServedAlreadyMayBeUnregistered) {
-    listen();
-    act = [this] { domain->unregisterChangeHandlersWithOwner(before); };
-    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
+TEST_P(EitherTableTests, AListenerServedAlreadyMayBeUnregistered) {
+    EXPECT_EQ(forceWith([this] { leave(before); }), (Names{"before", "actor", "after"}));
     EXPECT_EQ(force(), (Names{"actor", "after"}));
 }
 
-TEST_F(TableChangeTests, AnOwnerThatUnregistersItselfIsNotCalledAnyMore) {
+TEST_P(EitherTableTests, AListenerMayUnregisterItself) {
+    EXPECT_EQ(forceWith([this] { leave(actor); }), (Names{"before", "actor", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "after"}));
+}
+
+TEST_P(EitherTableTests, AListenerAddedMeanwhileIsCalledByItsRegistrationAlone) {
+    EXPECT_EQ(forceWith([this] {
+                  enter("added", added);
+                  EXPECT_EQ(recorder.calls.back(), (StyleCall{"added", plain, 0}));
+              }),
+              (Names{"before", "actor", "added", "after"}));
+    EXPECT_EQ(force(), (Names{"before", "actor", "after", "added"}));
+}
+
+TEST_P(EitherTableTests, AListenerThatEndsMeanwhileIsNotCalledAnyMore) {
+    EXPECT_EQ(forceWith([this] { after.reset(); }), (Names{"before", "actor"}));
+    EXPECT_EQ(count(), 2U);
+}
+
+TEST_P(EitherTableTests, AListenerServedAlreadyMayEnd) {
+    EXPECT_EQ(forceWith([this] { before.reset(); }), (Names{"before", "actor", "after"}));
+    EXPECT_EQ(count(), 2U);
+    EXPECT_EQ(force(), (Names{"actor", "after"}));
+}
+
+TEST_P(EitherTableTests, AListenerMayBeLetGoByItsOwnCall) {
+    const std::weak_ptr<Styled> watched = actor;
+    EXPECT_EQ(forceWith([this] { actor.reset(); }), (Names{"before", "actor", "after"}));
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(force(), (Names{"before", "after"}));
+}
+
+TEST_P(EitherTableTests, AListenerMayBeLetGoByTheCallOfItsRegistration) {
+    const std::weak_ptr<Styled> watched = actor;
+    std::shared_ptr<NSObject> listener = actor;
+    act = [&] {
+        listener.reset();
+        actor.reset();
+        EXPECT_FALSE(watched.expired());
+    };
+    enter("actor", listener);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(count(), 0U);
+}
+
+TEST_P(EitherTableTests, AListenerMayUnregisterInTheCallOfItsRegistration) {
+    act = [this] { leave(actor); };
+    enter("actor", actor);
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
+    EXPECT_EQ(actor->lastZelStyle(), plain->token());
+    EXPECT_EQ(force(), Names{});
+}
+
+TEST_F(TableChangeTests, AHandlerMayRegisterAndUnregisterHandlerObjectsAndTheReverse) {
+    listenAs("actor", actor);
+    listenAs("before", before);
+    listenAsObject("after", after);
+    recorder.take();
+    act = [this] {
+        domain->unregisterChangeHandler(after);
+        listenAsObject("added", added);
+    };
+    // The set of handler objects is walked after the owners: what came meanwhile is in it.
+    EXPECT_EQ(force(), (Names{"actor", "added", "before", "added"}));
+}
+
+TEST_F(TableChangeTests, AnOwnerThatUnregistersItselfHasNoOtherHandlerCalled) {
     listen();
     listenAs("actor again", actor);
     recorder.take();
     act = [this] { domain->unregisterChangeHandlersWithOwner(actor); };
     EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
-    EXPECT_EQ(force(), (Names{"before", "after"}));
-}
-
-TEST_F(TableChangeTests, AnOwnerAddedMeanwhileIsCalledByItsRegistrationAlone) {
-    listen();
-    act = [this] { listenAs("added", added); };
-    domain->notifyForStyleChangeOf(nullptr, {.force = true});
-    EXPECT_EQ(
-        recorder.take(),
-        (StyleCalls{
-            {"before", plain, 1}, {"actor", plain, 1}, {"added", plain, 0}, {"after", plain, 1}}));
-    EXPECT_EQ(force(), (Names{"before", "actor", "after", "added"}));
 }
 
 TEST_F(TableChangeTests, AHandlerAddedToAnOwnerToComeIsCalledByItsRegistrationAlone) {
@@ -68,51 +191,6 @@ TEST_F(TableChangeTests, AnOwnerThatLeavesAndComesBackMeanwhileIsCalledByItsRegi
     };
     EXPECT_EQ(force(), (Names{"before", "actor", "actor anew", "after anew"}));
     EXPECT_EQ(force(), (Names{"before", "actor anew", "after anew"}));
-}
-
-TEST_F(TableChangeTests, AnOwnerThatEndsMeanwhileIsNotCalledAnyMore) {
-    listen();
-    act = [this] { after.reset(); };
-    EXPECT_EQ(force(), (Names{"before", "actor"}));
-    EXPECT_EQ(ownerCount(*domain), 2U);
-}
-
-TEST_F(TableChangeTests, AnOwnerServedAlreadyMayEnd) {
-    listen();
-    act = [this] { before.reset(); };
-    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
-    EXPECT_EQ(ownerCount(*domain), 2U);
-    EXPECT_EQ(force(), (Names{"actor", "after"}));
-}
-
-TEST_F(TableChangeTests, AnOwnerMayBeLetGoByItsOwnHandler) {
-    listen();
-    const std::weak_ptr<Styled> watched = actor;
-    act = [this] { actor.reset(); };
-    EXPECT_EQ(force(), (Names{"before", "actor", "after"}));
-    EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(force(), (Names{"before", "after"}));
-}
-
-TEST_F(TableChangeTests, AnOwnerMayBeLetGoByItsHandlersRegistration) {
-    const std::weak_ptr<Styled> watched = actor;
-    std::shared_ptr<NSObject> owner = actor;
-    act = [&] {
-        owner.reset();
-        actor.reset();
-    };
-    domain->registerChangeHandler(recorder.handler("actor", actOnce()), owner);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
-    EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(ownerCount(*domain), 0U);
-}
-
-TEST_F(TableChangeTests, AnOwnerMayUnregisterInTheCallOfItsRegistration) {
-    act = [this] { domain->unregisterChangeHandlersWithOwner(actor); };
-    listenAs("actor", actor);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"actor", plain, 0}}));
-    EXPECT_EQ(actor->lastZelStyle(), plain->token());
-    EXPECT_EQ(force(), Names{});
 }
 
 TEST_F(TableChangeTests, ATargetMayBeLetGoByAHandlerOfItsNotification) {

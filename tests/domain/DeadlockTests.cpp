@@ -22,49 +22,24 @@ protected:
     static void update(const std::shared_ptr<ZelStyle>& style) {
         style->updateStyleWithChanges([](const auto&) { return true; });
     }
-    /// Two threads that have both arrived before either goes on, so that they overlap for certain.
-    class Meeting {
-    public:
-        void arrive() {
-            ++arrived_;
-            while (arrived_ < 2) {
-                std::this_thread::yield();
-            }
-        }
-
-    private:
-        std::atomic<int> arrived_{0};
-    };
+    /// Does both over and over, each on a thread of its own; neither begins before both are there.
+    static void repeatBoth(const std::function<void()>& first,
+                           const std::function<void()>& second) {
+        std::atomic<int> arrived{0};
+        const auto repeat = [&arrived](const std::function<void()>& what) {
+            return [&arrived, &what] {
+                ++arrived;
+                while (arrived < 2) {
+                    std::this_thread::yield();
+                }
+                for (int i = 0; i < rounds; ++i) {
+                    what();
+                }
+            };
+        };
+        runAtOnce({repeat(first), repeat(second)});
+    }
 };
-
-TEST_F(DeadlockTests, AnUpdateAndAHandlerThatUpdatesDoNotWaitForEachOther) {
-    const auto owner = makePlain();
-    std::atomic<int> calls{0};
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
-            ++calls;
-            if (event == 2) {
-                update(cover); // table, then style
-            }
-        },
-        owner);
-    Meeting meeting;
-    runAtOnce({[&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       update(cover); // style, then table
-                   }
-               },
-               [&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       domain->notifyForStyleChangeOf(
-                           nullptr,
-                           {.withEvent = static_cast<ZelStyleChangeEvent>(2), .force = true});
-                   }
-               }});
-    EXPECT_GE(calls, rounds);
-}
 
 TEST_F(DeadlockTests, AnUpdateInProgressAndAHandlerInProgressLetEachOtherFinish) {
     const auto owner = makePlain();
@@ -119,19 +94,8 @@ TEST_F(DeadlockTests, TwoDomainsWhoseHandlersSwitchEachOtherDoNotWaitForEachOthe
     other->registerChangeHandler(crossing(domain), otherOwner);
     const ZelStyleDelivery delivery{.withEvent = static_cast<ZelStyleChangeEvent>(2),
                                     .force = true};
-    Meeting meeting;
-    runAtOnce({[&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       domain->notifyForStyleChangeOf(nullptr, delivery);
-                   }
-               },
-               [&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       other->notifyForStyleChangeOf(nullptr, delivery);
-                   }
-               }});
+    repeatBoth([&] { domain->notifyForStyleChangeOf(nullptr, delivery); },
+               [&] { other->notifyForStyleChangeOf(nullptr, delivery); });
     EXPECT_EQ(calls, 2 + 4 * rounds);
     domain->unregisterChangeHandlersWithOwner(owner);
     other->unregisterChangeHandlersWithOwner(otherOwner);
@@ -141,64 +105,26 @@ TEST_F(DeadlockTests, ThreadsMayRegisterAndEndOwnersWhileAnotherNotifies) {
     const auto owner = makePlain();
     int calls = 0;
     domain->registerChangeHandler([&](const auto&, const auto&, auto) { ++calls; }, owner);
-    std::atomic<int> registered{0};
-    Meeting meeting;
-    runAtOnce({[&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       domain->notifyForStyleChangeOf(nullptr, {.force = true});
-                       update(plain);
-                   }
-               },
-               [&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       const auto passing = makePlain();
-                       domain->registerChangeHandler(
-                           [&](const auto&, const auto&, auto) { ++registered; }, passing);
-                       domain->registerChangeHandler(passing);
-                       if (i % 2 == 0) {
-                           domain->unregisterChangeHandlersWithOwner(passing);
-                           domain->unregisterChangeHandler(passing);
-                       }
-                   }
-               }});
+    int registered = 0;
+    repeatBoth(
+        [&] {
+            domain->notifyForStyleChangeOf(nullptr, {.force = true});
+            update(plain);
+        },
+        [&, i = 0]() mutable {
+            const auto passing = makePlain();
+            domain->registerChangeHandler([&](const auto&, const auto&, auto) { ++registered; },
+                                          passing);
+            domain->registerChangeHandler(passing);
+            if (++i % 2 == 0) {
+                domain->unregisterChangeHandlersWithOwner(passing);
+                domain->unregisterChangeHandler(passing);
+            }
+        });
     EXPECT_EQ(calls, 1 + 2 * rounds);
     EXPECT_GE(registered, rounds);
     EXPECT_EQ(ownerCount(*domain), 1U);
     EXPECT_EQ(objectCount(*domain), 0U);
-}
-
-TEST_F(DeadlockTests, ResettingWhileAHandlerAsksForDomainsDoesNotWaitForever) {
-    makeSystemDark();
-    const auto owner = makePlain();
-    const auto passing = makePlain();
-    std::atomic<int> asked{0};
-    const auto asking = [&asked](const auto&, const auto&, auto) {
-        ++asked; // table, then registry
-        (void)ZelStyleDomain::domainForIdentifier("editor");
-    };
-    domain->registerChangeHandler(asking, owner);
-    Meeting meeting;
-    runAtOnce(
-        {[&] {
-             meeting.arrive();
-             for (int i = 0; i < rounds; ++i) {
-                 domain->notifyForStyleChangeOf(nullptr, {.force = true});
-             }
-         },
-         [&] {
-             meeting.arrive();
-             for (int i = 0; i < rounds; ++i) {
-                 // The registry alone holds it; it calls its handlers while it ends.
-                 addStyle(ZelStyleDomain::domainForIdentifier("following")->darkScheme(), "main");
-                 ZelStyleDomain::domainForIdentifier("following")->setSchemeFollowsSystem(true);
-                 ZelStyleDomain::domainForIdentifier("following")
-                     ->registerChangeHandler(asking, passing);
-                 ZelStyleDomain::domainForIdentifier("_reset");
-             }
-         }});
-    EXPECT_EQ(asked, 1 + 3 * rounds); // each round: the notification, a registration, an end
 }
 
 TEST_F(DeadlockTests, UpdatesOfTwoStylesWhoseObserversUpdateEachOtherFinish) {
@@ -216,19 +142,7 @@ TEST_F(DeadlockTests, UpdatesOfTwoStylesWhoseObserversUpdateEachOtherFinish) {
     };
     plain->addStyleUpdateObserver(crossing(cover), owner, false);
     cover->addStyleUpdateObserver(crossing(plain), owner, false);
-    Meeting meeting;
-    runAtOnce({[&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       update(plain);
-                   }
-               },
-               [&] {
-                   meeting.arrive();
-                   for (int i = 0; i < rounds; ++i) {
-                       update(cover);
-                   }
-               }});
+    repeatBoth([&] { update(plain); }, [&] { update(cover); });
     EXPECT_EQ(calls, 4 * rounds);
 }
 

@@ -98,6 +98,26 @@ TEST_F(AfterExceptionTests, AHandlerThatRaisesAtItsRegistrationIsRegistered) {
     EXPECT_EQ(calledNext(), (Names{"a", "b", "c", "d"}));
 }
 
+TEST_F(AfterExceptionTests, AHandlerObjectThatRaisesEndsTheSwitchAndIsServedNextTime) {
+    const auto d = makeStyled();
+    d->onStyleChange = recorder.objectHandler("d", [this] { act("d"); });
+    domain->registerChangeHandler(d);
+    recorder.take();
+    acting = "d";
+    EXPECT_THROW(domain->setCurrentScheme(domain->darkScheme()), Failure);
+    EXPECT_EQ(recorder.takeNames(), (Names{"a", "b", "c", "d"}));
+    runElsewhere([this] { domain->notifyForStyleChangeOf(nullptr, {}); });
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"d", dark, 1}}));
+}
+
+TEST_F(AfterExceptionTests, AListenerUnregisteredBeforeItIsDestroyed) {
+    auto captured = std::make_shared<int>();
+    const std::weak_ptr<int> watched = captured;
+    domain->registerChangeHandler([kept = std::move(captured)](auto&&...) {}, b);
+    raiseIn("b", [this] { domain->unregisterChangeHandlersWithOwner(b); });
+    EXPECT_TRUE(watched.expired());
+}
+
 TEST_F(AfterExceptionTests, AnUpdateWhoseDeliveryRaisedIsDoneAndTheNextOneReachesEverybody) {
     acting = "a";
     EXPECT_THROW(main->updateStyleWithChanges(nullptr), Failure);

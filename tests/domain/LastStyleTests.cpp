@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Recorder.h"
 
-#include <stdexcept>
-
 namespace zeltest {
 namespace {
 
@@ -63,60 +61,6 @@ TEST_F(LastStyleTests, OneServesEveryDomain) {
     EXPECT_EQ(recorder.take(), StyleCalls{});
     other->notifyForStyleChangeOf(nullptr, {});
     EXPECT_EQ(recorder.take(), (StyleCalls{{"editor", otherMain, 1}}));
-}
-
-TEST_F(LastStyleTests, AStyleThatHasEndedEqualsNoLaterOne) {
-    const auto fresh = ZelStyleDomain::domainForIdentifier("editor");
-    auto former = addStyle(fresh->defaultScheme(), "main");
-    fresh->registerChangeHandler(recorder.handler("owner"), owner);
-    recorder.calls.clear();
-    const ZelStyleToken last = former->token();
-    fresh->defaultScheme()->removeStyle(former);
-    fresh->setCurrentScheme(fresh->lightScheme()); // drops the cached main style
-    recorder.calls.clear();
-    owner->setLastZelStyle(last);
-    const std::weak_ptr<ZelStyle> ended = std::exchange(former, nullptr);
-    ASSERT_TRUE(ended.expired());
-    const auto next = addStyle(fresh->defaultScheme(), "main"); // perhaps at the same address
-    fresh->notifyForStyleChangeOf(nullptr, {});
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", next, 1}}));
-}
-
-TEST_F(LastStyleTests, AStyleThatHasEndedIsNotNil) {
-    const auto fresh = ZelStyleDomain::domainForIdentifier("editor");
-    fresh->registerChangeHandler(recorder.handler("owner"), owner);
-    recorder.take();
-    owner->setLastZelStyle(alloc<ZelStyle>()->initWithIdentifier("ended", nullptr));
-    EXPECT_FALSE(owner->lastZelStyle().isNil());
-    fresh->notifyForStyleChangeOf(nullptr, {});
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", nullptr, 1}}));
-    EXPECT_TRUE(owner->lastZelStyle().isNil());
-}
-
-TEST_F(LastStyleTests, AHandlerThatThrowsLeavesItAsItWas) {
-    bool throws = false;
-    domain->registerChangeHandler(recorder.handler("owner",
-                                                   [&throws] {
-                                                       if (throws) {
-                                                           throw std::runtime_error("cannot");
-                                                       }
-                                                   }),
-                                  owner);
-    throws = true;
-    EXPECT_THROW(domain->setCurrentScheme(domain->darkScheme()), std::runtime_error);
-    EXPECT_EQ(owner->lastZelStyle(), plain->token());
-    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
-    throws = false;
-    recorder.take();
-    notifyAll();
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
-}
-
-TEST_F(LastStyleTests, OneThatIsNotCalledKeepsIt) {
-    domain->registerChangeHandler(recorder.handler("owner"), owner);
-    owner->setCustomZelStyleSchemeIdentifier("default");
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(owner->lastZelStyle(), plain->token());
 }
 
 TEST_F(LastStyleTests, ADeliveryFollowsTheCallRule) {

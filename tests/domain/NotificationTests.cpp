@@ -29,9 +29,6 @@ protected:
     void notifyAll(const ZelStyleDelivery& delivery) {
         domain->notifyForStyleChangeOf(nullptr, delivery);
     }
-    static void update(const std::shared_ptr<ZelStyle>& style) {
-        style->updateStyleWithChanges([](const auto&) { return true; });
-    }
 };
 
 TEST_F(NotificationTests, ASwitchCallsEveryOwnersFirstHandlerOnceThereAndOnceBack) {
@@ -46,105 +43,12 @@ TEST_F(NotificationTests, ASwitchCallsEveryOwnersFirstHandlerOnceThereAndOnceBac
     EXPECT_EQ(recorder.take(), StyleCalls{});
 }
 
-TEST_F(NotificationTests, ASwitchToASchemeWithTheSameMainStyleCallsNobody) {
-    listen("first", first);
-    domain->setCurrentScheme(domain->lightScheme()); // empty: the default scheme's main style
-    EXPECT_EQ(recorder.take(), StyleCalls{});
-}
-
-TEST_F(NotificationTests, ASwitchCallsHandlerObjectsToo) {
-    listenAsObject("object", object);
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"object", dark, 1}}));
-}
-
-TEST_F(NotificationTests, AnUpdateReachesEveryHandlerOfItsOwner) {
-    listen("first", first);
-    listen("first again", first);
-    listenAsObject("object", object);
-    update(plain);
-    EXPECT_EQ(recorder.take(),
-              (StyleCalls{{"first", plain, 1}, {"first again", plain, 1}, {"object", plain, 1}}));
-}
-
-TEST_F(NotificationTests, AnUpdateReachesOwnersOfTheStyleAndOfThoseThatInheritFromIt) {
-    const auto child = addChildStyle(plain, "child");
-    const auto grandchild = addChildStyle(child, "grandchild");
-    first->setCustomZelStyleIdentifier("child");
-    second->setCustomZelStyleIdentifier("grandchild");
-    const auto other = makeStyled();
-    listen("child", first);
-    listen("grandchild", second);
-    listen("other", other);
-    update(child);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"child", child, 1}, {"grandchild", grandchild, 1}}));
-    update(plain);
-    EXPECT_EQ(recorder.takeNames(), (Names{"child", "grandchild", "other"}));
-    update(grandchild);
-    EXPECT_EQ(recorder.takeNames(), (Names{"grandchild"}));
-}
-
-TEST_F(NotificationTests, AnUpdateReachesOtherOwnersOnlyWhereTheirStyleChanged) {
-    const auto cover = addStyle(domain->defaultScheme(), "cover");
-    first->setCustomZelStyleIdentifier("cover");
-    listen("first", first);
-    listen("second", second);
-    update(cover);
-    EXPECT_EQ(recorder.takeNames(), (Names{"first"}));
-    second->setLastZelStyle(dark);
-    update(cover);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"first", cover, 1}, {"second", plain, 1}}));
-}
-
-TEST_F(NotificationTests, AnUpdateStaysInTheStylesDomain) {
-    const auto other = ZelStyleDomain::domainForIdentifier("editor");
-    const auto otherMain = addStyle(other->defaultScheme(), "main");
-    listen("first", first);
-    other->registerChangeHandler(recorder.handler("other"), second);
-    recorder.take();
-    update(otherMain);
-    EXPECT_EQ(recorder.takeNames(), (Names{"other"}));
-}
-
-TEST_F(NotificationTests, AForcedNotificationReachesEveryListener) {
-    listen("first", first);
-    listen("first again", first);
-    listen("second", second);
-    listenAsObject("object", object);
-    notifyAll({.withEvent = ZelStyleChangeEventChanged, .force = true});
-    EXPECT_EQ(recorder.takeNames(), (Names{"first", "first again", "second", "object"}));
-}
-
-TEST_F(NotificationTests, AStyleFilterNarrowsAForcedNotification) {
-    const auto child = addChildStyle(plain, "child");
-    first->setCustomZelStyleIdentifier("child");
-    listen("first", first);
-    listen("second", second);
-    listenAsObject("object", object);
-    notifyAll({.force = true, .forStyleOnly = child});
-    EXPECT_EQ(recorder.takeNames(), (Names{"first"}));
-    notifyAll({.force = true, .forStyleOnly = plain});
-    EXPECT_EQ(recorder.takeNames(), (Names{"first", "second", "object"}));
-    notifyAll({.force = true, .forStyleOnly = dark});
-    EXPECT_EQ(recorder.takeNames(), Names{});
-}
-
 TEST_F(NotificationTests, OutsideTheFilterOnlyAnOwnersFirstHandlerHearsOfItsChange) {
     listen("first", first);
     listen("first again", first);
     first->setLastZelStyle(nullptr);
     notifyAll({.force = true, .forStyleOnly = dark});
     EXPECT_EQ(recorder.take(), (StyleCalls{{"first", plain, 1}}));
-}
-
-TEST_F(NotificationTests, AnUnforcedNotificationIgnoresTheFilter) {
-    listen("first", first);
-    listen("second", second);
-    first->setLastZelStyle(nullptr);
-    notifyAll({.force = false, .forStyleOnly = dark});
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"first", plain, 1}}));
-    notifyAll({.force = false, .forStyleOnly = plain});
-    EXPECT_EQ(recorder.take(), StyleCalls{});
 }
 
 TEST_F(NotificationTests, AnyEventValuePassesThrough) {
@@ -157,29 +61,46 @@ TEST_F(NotificationTests, AnyEventValuePassesThrough) {
     }
 }
 
-TEST_F(NotificationTests, AnOwnerThatIsNotStyleableGetsTheMainStyle) {
+TEST_F(NotificationTests, AListenerThatIsNotStyleableGetsTheMainStyleWhateverItsIdentifiersSay) {
     const auto owner = makePlain();
-    owner->setCustomZelStyleSchemeIdentifier("light");
-    listen("owner", owner);
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
-}
-
-TEST_F(NotificationTests, AHandlerObjectThatIsNotStyleableGetsTheMainStyle) {
     const auto listener = makePlain();
     listener->onStyleChange = recorder.objectHandler("listener");
+    owner->setCustomZelStyleSchemeIdentifier("default");
+    listener->setCustomZelStyleSchemeIdentifier("default");
+    listen("owner", owner);
     domain->registerChangeHandler(listener);
     recorder.take();
     domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"listener", dark, 1}}));
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}, {"listener", dark, 1}}));
 }
 
-TEST_F(NotificationTests, AnOwnerPinnedToASchemeIsNotCalledByASwitch) {
-    first->setCustomZelStyleSchemeIdentifier("default");
-    listen("first", first);
-    listen("second", second);
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(recorder.takeNames(), (Names{"second"}));
+TEST_F(NotificationTests, EveryCallHoldsTheStylingLockAndNoPrivateOne) {
+    std::vector<bool> isFree;
+    const auto note = [&] {
+        requireNoPrivateLock();
+        isFree.push_back(stylingLockIsFree());
+    };
+    domain->registerChangeHandler([&](const auto&, const auto&, auto) { note(); }, first);
+    object->onStyleChange = [&](const auto&, auto) { note(); };
+    domain->registerChangeHandler(object);
+    notifyAll({.force = true});
+    domain->notifyForStyleChangeOf(first, {.force = true});
+    domain->notifyForStyleChangeOf(object, {.force = true});
+    EXPECT_EQ(isFree, std::vector<bool>(6, false));
+    EXPECT_TRUE(stylingLockIsFree());
+}
+
+TEST_F(NotificationTests, HandlersRunOnTheThreadThatNotifies) {
+    std::thread::id seen;
+    std::thread::id other;
+    domain->registerChangeHandler(
+        [&](const auto&, const auto&, auto) { seen = std::this_thread::get_id(); }, first);
+    EXPECT_EQ(seen, std::this_thread::get_id());
+    runElsewhere([&] {
+        other = std::this_thread::get_id();
+        domain->setCurrentScheme(domain->darkScheme());
+    });
+    EXPECT_EQ(seen, other);
 }
 
 TEST_F(NotificationTests, NilAfterNilCallsNobody) {
@@ -194,13 +115,6 @@ TEST_F(NotificationTests, NilAfterNilCallsNobody) {
     EXPECT_EQ(recorder.take(), StyleCalls{});
     empty->notifyForStyleChangeOf(nullptr, {.force = true});
     EXPECT_EQ(recorder.take(), (StyleCalls{{"first", nullptr, 1}, {"object", nullptr, 1}}));
-}
-
-TEST_F(NotificationTests, LosingTheStyleIsAChange) {
-    listen("first", first);
-    domain->defaultScheme()->removeStyle(plain);
-    domain->setCurrentScheme(domain->lightScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"first", nullptr, 1}}));
 }
 
 TEST_F(NotificationTests, HandlersGetTheirOwner) {

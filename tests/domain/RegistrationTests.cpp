@@ -183,29 +183,6 @@ TEST_F(RegistrationTests, AnObjectThatDoesNotAnswerRaisesAndCanBeTakenBack) {
     EXPECT_NO_THROW(forceAll());
 }
 
-TEST_F(RegistrationTests, AfterUnregisteringNoHandlerOfTheOwnerIsCalled) {
-    const auto other = makeStyled();
-    domain->registerChangeHandler(recorder.handler("first"), owner);
-    domain->registerChangeHandler(recorder.handler("second"), owner);
-    domain->registerChangeHandler(recorder.handler("other"), other);
-    domain->unregisterChangeHandlersWithOwner(owner);
-    EXPECT_EQ(ownerCount(*domain), 1U);
-    recorder.take();
-    forceAll();
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(recorder.takeNames(), (Names{"other", "other"}));
-}
-
-TEST_F(RegistrationTests, AfterUnregisteringALaterRegistrationCallsOnlyTheNewHandler) {
-    domain->registerChangeHandler(recorder.handler("former"), owner);
-    domain->unregisterChangeHandlersWithOwner(owner);
-    recorder.take();
-    domain->registerChangeHandler(recorder.handler("new"), owner);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"new", plain, 0}}));
-    forceAll();
-    EXPECT_EQ(recorder.takeNames(), (Names{"new"}));
-}
-
 TEST_F(RegistrationTests, UnregisteringLeavesTheLastStyle) {
     domain->registerChangeHandler(recorder.handler("owner"), owner);
     object->onStyleChange = recorder.objectHandler("object");
@@ -236,23 +213,6 @@ TEST_F(RegistrationTests, AnObjectMayBeBothKindsOfListener) {
     domain->unregisterChangeHandlersWithOwner(object);
     forceAll();
     EXPECT_EQ(recorder.takeNames(), (Names{"as object"}));
-}
-
-TEST_F(RegistrationTests, AHandlerThatThrowsAtItsRegistrationIsKept) {
-    bool throws = true;
-    const auto then = [&throws] {
-        if (throws) {
-            throw std::runtime_error("not yet");
-        }
-    };
-    EXPECT_THROW(domain->registerChangeHandler(recorder.handler("owner", then), owner),
-                 std::runtime_error);
-    EXPECT_TRUE(stylingLockIsFree());
-    EXPECT_TRUE(owner->lastZelStyle().isNil());
-    throws = false;
-    recorder.take();
-    domain->notifyForStyleChangeOf(nullptr, {});
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", plain, 1}}));
 }
 
 } // namespace

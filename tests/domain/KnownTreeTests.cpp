@@ -103,48 +103,6 @@ TEST_F(KnownTreeTests, AListenerMovedByAnotherListenersEndIsNotCalled) {
     EXPECT_EQ(forcedBelow(panel), (Names{"mover"}));
 }
 
-TEST_F(KnownTreeTests, AListenerThatIsUnregisteredWhenItIsAskedIsNotCalled) {
-    struct Leaver : Styled {
-        ZelStyleDomain* domain = nullptr;
-        std::shared_ptr<NSObject> parentZelStyleable() const override {
-            if (domain) {
-                domain->unregisterChangeHandlersWithOwner(
-                    std::const_pointer_cast<NSObject>(shared_from_this()));
-            }
-            return parent;
-        }
-    };
-    const auto leaver = alloc<Leaver>();
-    leaver->parent = panel;
-    listen(leaver, "leaver");
-    listen(box, "box");
-    leaver->domain = domain.get();
-    EXPECT_EQ(forcedBelow(panel), (Names{"box"}));
-    listen(leaver, "leaver");
-    EXPECT_EQ(forcedBelow(nullptr), (Names{"box"}));
-}
-
-TEST_F(KnownTreeTests, AMoveGivesEverythingBelowTheIdentifiersOfTheNewPlace) {
-    sidebar->setCustomZelStyleSchemeIdentifier("dark");
-    EXPECT_EQ(domain->styleFor(label), plain);
-    sidebar->addSubview(box);
-    EXPECT_EQ(domain->styleFor(label), dark);
-    box->removeFromSuperview();
-    EXPECT_EQ(domain->styleFor(label), plain);
-}
-
-TEST_F(KnownTreeTests, AnEndedSuperviewNoLongerCounts) {
-    auto pane = alloc<NSView>();
-    pane->setCustomZelStyleSchemeIdentifier("dark");
-    pane->addSubview(box);
-    listen(label, "label");
-    EXPECT_EQ(domain->styleFor(label), dark);
-    pane.reset();
-    EXPECT_EQ(box->superview(), nullptr);
-    EXPECT_EQ(domain->styleFor(label), plain);
-    EXPECT_EQ(forcedBelow(box), (Names{"label"}));
-}
-
 TEST_F(KnownTreeTests, AStyleThatEndsMidWalkMayTakeAListenerToComeWithIt) {
     auto first = alloc<NSView>();
     auto second = alloc<NSView>();
@@ -166,80 +124,14 @@ TEST_F(KnownTreeTests, AStyleThatEndsMidWalkMayTakeAListenerToComeWithIt) {
     EXPECT_EQ(forcedBelow(nullptr), (Names{"first"}));
 }
 
-/// A node that an integration would bring.
-class Companion : public NSObject, public ZelStyleable {
-public:
-    ZelStyleableNode node{*this};
-    std::weak_ptr<NSObject> parent;
-    mutable int parentRequests = 0; // how often somebody asked for the parent
-
-    void setParent(const std::shared_ptr<Companion>& to) {
-        parent = to;
-        node.setParent(to ? &to->node : nullptr);
-    }
-    const ZelStyleable* asZelStyleable() const noexcept override { return this; }
-    const ZelStyleableNode* zelStyleableNode() const noexcept override { return &node; }
-    std::optional<std::string> domainIdentifierOfZelStyleable() const override {
-        return std::nullopt;
-    }
-    std::shared_ptr<NSObject> parentZelStyleable() const override {
-        ++parentRequests;
-        return parent.lock();
-    }
-};
-
-TEST_F(KnownTreeTests, AnIntegrationsNodesAreFoundAsViewsAre) {
-    const auto top = alloc<Companion>();
-    const auto middle = alloc<Companion>();
-    const auto bottom = alloc<Companion>();
-    middle->setParent(top);
-    bottom->setParent(middle);
-    listen(bottom, "bottom");
-    listen(top, "top");
-    EXPECT_EQ(forcedBelow(middle), (Names{"bottom"}));
-    middle->setCustomZelStyleSchemeIdentifier("dark");
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"bottom", dark, 1}}));
-    bottom->setParent(top);
-    EXPECT_EQ(forcedBelow(middle), Names{});
-    EXPECT_EQ(domain->styleFor(bottom), plain);
-}
-
-TEST_F(KnownTreeTests, ANodeInTheMiddleThatEndsLeavesThoseBelowAsRoots) {
-    const auto top = alloc<Companion>();
-    auto middle = alloc<Companion>();
-    const auto bottom = alloc<Companion>();
-    top->setCustomZelStyleSchemeIdentifier("dark");
-    middle->setParent(top);
-    bottom->setParent(middle);
-    listen(bottom, "bottom");
-    EXPECT_EQ(domain->styleFor(bottom), dark);
-    middle.reset();
-    EXPECT_EQ(domain->styleFor(bottom), plain);
-    EXPECT_EQ(forcedBelow(top), Names{});
-}
-
-TEST_F(KnownTreeTests, ANodeThatLeavesIsBoundNoLongerByThoseAboveIt) {
-    const auto top = alloc<Companion>();
-    const auto leaf = alloc<Companion>();
-    top->setCustomZelStyleSchemeIdentifier("dark");
-    leaf->setParent(top);
-    listen(leaf, "leaf");
-    EXPECT_EQ(domain->styleFor(leaf), dark);
-    leaf->parent.reset();
-    leaf->node.leave();
-    EXPECT_EQ(domain->styleFor(leaf), plain);
-    domain->notifyForStyleChangeOf(nullptr, {});
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"leaf", plain, 1}}));
-}
-
 TEST_F(KnownTreeTests, AnObjectWithANodeIsNotAskedForItsParentEvenWhereLinksChangeMeanwhile) {
-    const auto top = alloc<Companion>();
-    const auto middle = alloc<Companion>();
-    const auto bottom = alloc<Companion>();
-    const auto elsewhere = alloc<Companion>();
-    middle->setParent(top);
-    bottom->setParent(middle);
-    listen(top, "top", [&] { elsewhere->setParent(top); });
+    const auto top = alloc<Linked>();
+    const auto middle = alloc<Linked>();
+    const auto bottom = alloc<Linked>();
+    const auto elsewhere = alloc<Linked>();
+    middle->node.setParent(&top->node);
+    bottom->node.setParent(&middle->node);
+    listen(top, "top", [&] { elsewhere->node.setParent(&top->node); });
     listen(middle, "middle");
     listen(bottom, "bottom");
     listen(sidebar, "sidebar");
@@ -258,13 +150,13 @@ TEST_F(KnownTreeTests, SettingANodesParentAgainInvalidatesNothing) {
         return bindingChanges.now() - before;
     };
     EXPECT_GT(counted([&] { sidebar->addSubview(box); }), 0U);
-    const auto top = alloc<Companion>();
-    const auto middle = alloc<Companion>();
-    const auto bottom = alloc<Companion>();
-    bottom->setParent(middle);
-    EXPECT_EQ(counted([&] { middle->setParent(top); }), 1U);
-    EXPECT_EQ(counted([&] { middle->setParent(top); }), 0U);
-    EXPECT_EQ(counted([&] { middle->setParent(nullptr); }), 1U);
+    const auto top = alloc<Linked>();
+    const auto middle = alloc<Linked>();
+    const auto bottom = alloc<Linked>();
+    bottom->node.setParent(&middle->node);
+    EXPECT_EQ(counted([&] { middle->node.setParent(&top->node); }), 1U);
+    EXPECT_EQ(counted([&] { middle->node.setParent(&top->node); }), 0U);
+    EXPECT_EQ(counted([&] { middle->node.setParent(nullptr); }), 1U);
 }
 
 TEST_F(KnownTreeTests, BuildingATreeInvalidatesNothingElsewhere) {
@@ -277,28 +169,6 @@ TEST_F(KnownTreeTests, BuildingATreeInvalidatesNothingElsewhere) {
         parent->addSubview(child);
     }
     EXPECT_EQ(bindingChanges.now(), before);
-}
-
-/// An object whose links are known, and which counts how often it is asked all the same.
-class Linked : public Styled {
-public:
-    ZelStyleableNode node{*this};
-    const ZelStyleableNode* zelStyleableNode() const noexcept override { return &node; }
-};
-
-TEST_F(KnownTreeTests, NobodyIsAskedForAParentWhereTheLinksAreKnown) {
-    const auto root = alloc<Linked>();
-    const auto inside = alloc<Linked>();
-    const auto outside = alloc<Linked>();
-    inside->parent = root;
-    inside->node.setParent(&root->node);
-    domain->registerChangeHandler(recorder.handler("outside"), outside);
-    domain->registerChangeHandler(recorder.handler("inside"), inside);
-    recorder.take();
-    inside->parentRequests = outside->parentRequests = 0;
-    domain->notifyForStyleChangeOf(root, {.force = true});
-    EXPECT_EQ(recorder.takeNames(), Names{"inside"});
-    EXPECT_EQ(inside->parentRequests + outside->parentRequests, 0);
 }
 
 TEST_F(KnownTreeTests, ANotificationLeavesNothingOfWhatItFound) {

@@ -106,22 +106,6 @@ TEST_F(ReentryTests, AHandlerMayChangeIdentifiersOfOtherListeners) {
     EXPECT_EQ(recorder.take(), (StyleCalls{{"first", light, 1}, {"second", dark, 1}}));
 }
 
-TEST_F(ReentryTests, AHandlerMayForceANotificationToEverybody) {
-    listen("first", first, [this] { domain->notifyForStyleChangeOf(nullptr, {.force = true}); });
-    listen("second", second);
-    domain->setCurrentScheme(domain->lightScheme());
-    EXPECT_EQ(recorder.takeNames(), (Names{"first", "first", "second"}));
-}
-
-TEST_F(ReentryTests, AHandlerMaySwitchAnotherDomain) {
-    const auto other = ZelStyleDomain::domainForIdentifier("editor");
-    const auto otherDark = addStyle(other->darkScheme(), "main");
-    other->registerChangeHandler(recorder.handler("other"), second);
-    listen("first", first, [&] { other->setCurrentScheme(other->darkScheme()); });
-    domain->setCurrentScheme(domain->lightScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"first", light, 1}, {"other", otherDark, 1}}));
-}
-
 TEST_F(ReentryTests, AHandlerMaySwitchTheSchemeInTheCallOfItsRegistration) {
     domain->registerChangeHandler(
         recorder.handler("first", [this] { domain->setCurrentScheme(domain->darkScheme()); }),
@@ -146,23 +130,14 @@ TEST_F(ReentryTests, AHandlerMayReenterItselfManyTimesOver) {
 }
 
 TEST_F(ReentryTests, AListenerThatItsHostRemovesAsItIsAskedForItsParentIsNotCalled) {
-    struct Asked : Styled {
-        std::function<void()> onRequest;
-        std::shared_ptr<NSObject> parentZelStyleable() const override {
-            if (onRequest) {
-                onRequest();
-            }
-            return nullptr;
-        }
-    };
-    const auto owner = alloc<Asked>();
-    const auto object = alloc<Asked>();
+    const auto owner = makeStyled();
+    const auto object = makeStyled();
     listen("owner", owner);
     listen("second", second);
     object->onStyleChange = recorder.objectHandler("object");
     domain->registerChangeHandler(object);
-    owner->onRequest = [&] { domain->unregisterChangeHandlersWithOwner(owner); };
-    object->onRequest = [&] { domain->unregisterChangeHandler(object); };
+    owner->whenAsked = [&] { domain->unregisterChangeHandlersWithOwner(owner); };
+    object->whenAsked = [&] { domain->unregisterChangeHandler(object); };
     recorder.take();
     domain->notifyForStyleChangeOf(nullptr, {.force = true});
     EXPECT_EQ(recorder.takeNames(), (Names{"second"}));

@@ -54,20 +54,8 @@ TEST_F(RegistrationTests, ANewHandlerIsCalledAtOnceWithTheOwnersStyle) {
     EXPECT_EQ(owner->lastZelStyle(), dark->token());
 }
 
-/// An object that does something whenever it is asked for its parent.
-class Asked : public Styled {
-public:
-    std::function<void()> whenAsked;
-    std::shared_ptr<NSObject> parentZelStyleable() const override {
-        if (whenAsked) {
-            whenAsked();
-        }
-        return Styled::parentZelStyleable();
-    }
-};
-
 TEST_F(RegistrationTests, AnOwnerIsInItsTableAndNoPrivateLockIsHeldWhenItIsAskedForItsParent) {
-    const auto asked = alloc<Asked>();
+    const auto asked = makeStyled();
     std::vector<std::size_t> registered;
     asked->whenAsked = [&] {
         registered.push_back(ownerCount(*domain));
@@ -82,7 +70,7 @@ TEST_F(RegistrationTests, AnOwnerIsInItsTableAndNoPrivateLockIsHeldWhenItIsAsked
 }
 
 TEST_F(RegistrationTests, AnOwnerUnregisteredWhileItIsAskedIsToldOnceAndForgotten) {
-    const auto asked = alloc<Asked>();
+    const auto asked = makeStyled();
     asked->whenAsked = [&] { domain->unregisterChangeHandlersWithOwner(asked); };
     domain->registerChangeHandler(recorder.handler("owner"), asked);
     EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", plain, 0}}));
@@ -92,7 +80,7 @@ TEST_F(RegistrationTests, AnOwnerUnregisteredWhileItIsAskedIsToldOnceAndForgotte
 }
 
 TEST_F(RegistrationTests, ANotificationWhileAnOwnerIsAskedComesBeforeItsFirstCall) {
-    const auto asked = alloc<Asked>();
+    const auto asked = makeStyled();
     bool hasNotified = false;
     asked->whenAsked = [&] {
         if (!std::exchange(hasNotified, true)) {

@@ -232,34 +232,20 @@ TEST_F(RememberedStyleTests, AddAndRemoveChildViewControllers) {
 }
 
 TEST_F(RememberedStyleTests, ANodeOfAHostsOwnClass) {
-    struct Part : NSObject, ZelStyleable {
-        ZelStyleableNode node{*this};
-        std::weak_ptr<NSObject> above;
-        void setParent(const std::shared_ptr<Part>& parent) {
-            above = parent;
-            node.setParent(parent ? &parent->node : nullptr);
-        }
-        const ZelStyleable* asZelStyleable() const noexcept override { return this; }
-        const ZelStyleableNode* zelStyleableNode() const noexcept override { return &node; }
-        std::shared_ptr<NSObject> parentZelStyleable() const override { return above.lock(); }
-        std::optional<std::string> domainIdentifierOfZelStyleable() const override {
-            return std::nullopt;
-        }
-    };
-    const auto top = alloc<Part>();
-    auto middle = alloc<Part>();
-    const auto bottom = alloc<Part>();
+    const auto top = alloc<Linked>();
+    auto middle = alloc<Linked>();
+    const auto bottom = alloc<Linked>();
     top->setCustomZelStyleIdentifier("card");
-    bottom->setParent(middle);
+    bottom->node.setParent(&middle->node);
     domain->registerChangeHandler(recorder.handler("bottom"), bottom);
     recorder.take();
-    middle->setParent(top);
+    middle->node.setParent(&top->node);
     EXPECT_EQ(called(), (StyleCalls{{"bottom", card, 1}}));
     middle->node.leave();
+    EXPECT_EQ(domain->styleFor(middle), main);
     EXPECT_EQ(called(), (StyleCalls{{"bottom", main, 1}}));
-    middle->setParent(nullptr);
-    middle->setParent(top);
-    bottom->setParent(middle);
+    middle->node.setParent(&top->node);
+    bottom->node.setParent(&middle->node);
     EXPECT_EQ(called(), (StyleCalls{{"bottom", card, 1}}));
     middle.reset();
     EXPECT_EQ(called(), (StyleCalls{{"bottom", main, 1}}));
@@ -304,95 +290,66 @@ const std::map<std::string, std::string>& mutators() {
     return all;
 }
 
-/// All else in these headers: no object gets another style by it.
-const std::set<std::string>& others() {
-    static const std::set<std::string> all{"NSObject::NSObject",
-                                           "NSObject::addObserver",
-                                           "NSObject::asZelStyleable",
-                                           "NSObject::customZelStyleIdentifier",
-                                           "NSObject::customZelStyleSchemeIdentifier",
-                                           "NSObject::didChangeValueForKey",
-                                           "NSObject::init",
-                                           "NSObject::lastZelStyle",
-                                           "NSObject::observeValueForKeyPath",
-                                           "NSObject::registerStyleableChangeHandler",
-                                           "NSObject::removeObserver",
-                                           "NSObject::styleChangedWithEvent",
-                                           "NSObject::unregisterStyleableChangeHandlers",
-                                           "NSObject::willChangeValueForKey",
-                                           "NSView::asZelStyleable",
-                                           "NSView::domainIdentifierOfZelStyleable",
-                                           "NSView::parentZelStyleable",
-                                           "NSView::subviews",
-                                           "NSView::superview",
-                                           "NSView::zelStyleableNode",
-                                           "NSViewController::asZelStyleable",
-                                           "NSViewController::associatedZelStyleables",
-                                           "NSViewController::childViewControllers",
-                                           "NSViewController::domainIdentifierOfZelStyleable",
-                                           "NSViewController::isViewLoaded",
-                                           "NSViewController::loadView",
-                                           "NSViewController::parentViewController",
-                                           "NSViewController::parentZelStyleable",
-                                           "NSViewController::setView",
-                                           "NSViewController::view",
-                                           "NSViewController::zelStyleableNode",
-                                           "ZelStyle::addDefaultValueProvider",
-                                           "ZelStyle::addStyleUpdateObserver",
-                                           "ZelStyle::defaultValueProviders",
-                                           "ZelStyle::domain",
-                                           "ZelStyle::effectiveValueForAttribute",
-                                           "ZelStyle::effectiveValues",
-                                           "ZelStyle::forStyleable",
-                                           "ZelStyle::identifier",
-                                           "ZelStyle::initWithIdentifier",
-                                           "ZelStyle::isChildOf",
-                                           "ZelStyle::load",
-                                           "ZelStyle::loadBase",
-                                           "ZelStyle::loadMain",
-                                           "ZelStyle::parentStyle",
-                                           "ZelStyle::removeDefaultValueProvider",
-                                           "ZelStyle::removeStyleUpdateObserverWithOwner",
-                                           "ZelStyle::scheme",
-                                           "ZelStyle::seed",
-                                           "ZelStyle::setDomain",
-                                           "ZelStyle::setIdentifier",
-                                           "ZelStyle::setScheme",
-                                           "ZelStyle::setValue",
-                                           "ZelStyle::token",
-                                           "ZelStyle::updateStyleWithChanges",
-                                           "ZelStyle::valueForAttribute",
-                                           "ZelStyleDomain::currentScheme",
-                                           "ZelStyleDomain::darkScheme",
-                                           "ZelStyleDomain::defaultDomain",
-                                           "ZelStyleDomain::defaultScheme",
-                                           "ZelStyleDomain::domainForStyleable",
-                                           "ZelStyleDomain::domainIdentifier",
-                                           "ZelStyleDomain::init",
-                                           "ZelStyleDomain::initWithDomainIdentifier",
-                                           "ZelStyleDomain::isEqualOrChildOf",
-                                           "ZelStyleDomain::lightScheme",
-                                           "ZelStyleDomain::notifyForStyleChangeOf",
-                                           "ZelStyleDomain::registerChangeHandler",
-                                           "ZelStyleDomain::schemeFollowsSystem",
-                                           "ZelStyleDomain::setStyleClass",
-                                           "ZelStyleDomain::styleClass",
-                                           "ZelStyleDomain::styleFor",
-                                           "ZelStyleDomain::styleForIdentifier",
-                                           "ZelStyleDomain::unregisterChangeHandler",
-                                           "ZelStyleDomain::unregisterChangeHandlersWithOwner",
-                                           "ZelStyleScheme::ZelStyleScheme",
-                                           "ZelStyleScheme::domain",
-                                           "ZelStyleScheme::identifier",
-                                           "ZelStyleScheme::initWithIdentifier",
-                                           "ZelStyleScheme::styleForIdentifier",
-                                           "ZelStyleScheme::stylesByIdentifier",
-                                           "ZelStyleable::ZelStyleable",
-                                           "ZelStyleable::associatedZelStyleables",
-                                           "ZelStyleable::domainIdentifierOfZelStyleable",
-                                           "ZelStyleable::zelStyleableNode",
-                                           "ZelStyleableNode::object",
-                                           "alloc"};
+/// All else in these headers, by class: no object gets another style by it.
+std::set<std::string> others() {
+    const std::map<std::string, std::vector<std::string>> byClass{
+        {"NSObject",
+         {"NSObject", "addObserver", "asZelStyleable", "customZelStyleIdentifier",
+          "customZelStyleSchemeIdentifier", "didChangeValueForKey", "init", "lastZelStyle",
+          "observeValueForKeyPath", "registerStyleableChangeHandler", "removeObserver",
+          "styleChangedWithEvent", "unregisterStyleableChangeHandlers", "willChangeValueForKey"}},
+        {"NSView",
+         {"asZelStyleable", "domainIdentifierOfZelStyleable", "parentZelStyleable", "subviews",
+          "superview", "zelStyleableNode"}},
+        {"NSViewController",
+         {"asZelStyleable", "associatedZelStyleables", "childViewControllers",
+          "domainIdentifierOfZelStyleable", "isViewLoaded", "loadView", "parentViewController",
+          "parentZelStyleable", "setView", "view", "zelStyleableNode"}},
+        {"ZelStyle",
+         {"addDefaultValueProvider",
+          "addStyleUpdateObserver",
+          "defaultValueProviders",
+          "domain",
+          "effectiveValueForAttribute",
+          "effectiveValues",
+          "forStyleable",
+          "identifier",
+          "initWithIdentifier",
+          "isChildOf",
+          "load",
+          "loadBase",
+          "loadMain",
+          "parentStyle",
+          "removeDefaultValueProvider",
+          "removeStyleUpdateObserverWithOwner",
+          "scheme",
+          "seed",
+          "setDomain",
+          "setIdentifier",
+          "setScheme",
+          "setValue",
+          "token",
+          "updateStyleWithChanges",
+          "valueForAttribute"}},
+        {"ZelStyleDomain",
+         {"currentScheme", "darkScheme", "defaultDomain", "defaultScheme", "domainForStyleable",
+          "domainIdentifier", "init", "initWithDomainIdentifier", "isEqualOrChildOf", "lightScheme",
+          "notifyForStyleChangeOf", "registerChangeHandler", "schemeFollowsSystem", "setStyleClass",
+          "styleClass", "styleFor", "styleForIdentifier", "unregisterChangeHandler",
+          "unregisterChangeHandlersWithOwner"}},
+        {"ZelStyleScheme",
+         {"ZelStyleScheme", "domain", "identifier", "initWithIdentifier", "styleForIdentifier",
+          "stylesByIdentifier"}},
+        {"ZelStyleable",
+         {"ZelStyleable", "associatedZelStyleables", "domainIdentifierOfZelStyleable",
+          "zelStyleableNode"}},
+        {"ZelStyleableNode", {"object"}}};
+    std::set<std::string> all{"alloc"};
+    for (const auto& [of, operations] : byClass) {
+        for (const std::string& each : operations) {
+            all.insert(of + "::" + each);
+        }
+    }
     return all;
 }
 

@@ -90,7 +90,8 @@ public:
     std::shared_ptr<zel::NSObject> parent;
     std::optional<std::vector<std::shared_ptr<zel::NSObject>>> associated;
     OnStyleChange onStyleChange;
-    mutable int parentRequests = 0; // how often somebody asked for the parent
+    mutable int parentRequests = 0;  // how often somebody asked for the parent
+    std::function<void()> whenAsked; // done then
 
     const zel::ZelStyleable* asZelStyleable() const noexcept override { return this; }
     std::optional<std::string> domainIdentifierOfZelStyleable() const override {
@@ -98,6 +99,9 @@ public:
     }
     std::shared_ptr<zel::NSObject> parentZelStyleable() const override {
         ++parentRequests;
+        if (whenAsked) {
+            whenAsked();
+        }
         return parent;
     }
     std::optional<std::vector<std::shared_ptr<zel::NSObject>>>
@@ -110,6 +114,13 @@ public:
             onStyleChange(style, event);
         }
     }
+};
+
+/// One whose links the library knows.
+class Linked : public Styled {
+public:
+    zel::ZelStyleableNode node{*this};
+    const zel::ZelStyleableNode* zelStyleableNode() const noexcept override { return &node; }
 };
 
 inline std::shared_ptr<Styled> makeStyled(std::shared_ptr<zel::NSObject> parent = nullptr) {

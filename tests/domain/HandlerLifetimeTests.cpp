@@ -14,34 +14,34 @@ protected:
     const std::shared_ptr<ZelStyle> plain = addStyle(domain->defaultScheme(), "main");
     std::shared_ptr<Plain> owner = makePlain();
 
-    /// Registers a handler that captures something, and answers how to watch that.
-    std::weak_ptr<int> capture(const std::shared_ptr<NSObject>& forOwner) {
-        auto captured = std::make_shared<int>();
+    /// Registers a handler that captures something and does something when it is called, with what
+    /// it captured, by a notification; answers how to watch what was captured.
+    std::weak_ptr<int> capture(const std::shared_ptr<NSObject>& forOwner,
+                               std::function<void(const int&)> then = nullptr) {
+        auto captured = std::make_shared<int>(7);
         const std::weak_ptr<int> watched = captured;
         domain->registerChangeHandler(
-            [kept = std::move(captured)](const auto&, const auto&, auto) {}, forOwner);
+            [kept = std::move(captured), then = std::move(then)](const auto&, const auto&,
+                                                                 ZelStyleChangeEvent event) {
+                if (then && event == ZelStyleChangeEventChanged) {
+                    then(*kept);
+                }
+            },
+            forOwner);
         return watched;
     }
     void forceAll() { domain->notifyForStyleChangeOf(nullptr, {.force = true}); }
 };
 
-TEST_F(HandlerLifetimeTests, AHandlerAndWhatItCapturedLiveAsLongAsTheOwner) {
-    const auto watched = capture(owner);
-    forceAll();
-    EXPECT_FALSE(watched.expired());
-    owner.reset();
-    EXPECT_TRUE(watched.expired()); // without any notification in between
-    EXPECT_EQ(ownerCount(*domain), 0U);
-}
-
-TEST_F(HandlerLifetimeTests, EveryHandlerOfAnOwnerEndsWithIt) {
+TEST_F(HandlerLifetimeTests, EveryHandlerAndWhatItCapturedLivesAsLongAsTheOwner) {
     const auto first = capture(owner);
     const auto second = capture(owner);
     const auto third = capture(owner);
+    forceAll();
+    EXPECT_FALSE(first.expired() || second.expired() || third.expired());
     owner.reset();
-    EXPECT_TRUE(first.expired());
-    EXPECT_TRUE(second.expired());
-    EXPECT_TRUE(third.expired());
+    EXPECT_TRUE(first.expired() && second.expired() && third.expired()); // without any notification
+    EXPECT_EQ(ownerCount(*domain), 0U);
 }
 
 TEST_F(HandlerLifetimeTests, UnregisteringLetsGoAtOnce) {
@@ -69,86 +69,40 @@ TEST_F(HandlerLifetimeTests, OtherDomainsKeepTheirHandlersOfTheOwner) {
     EXPECT_TRUE(otherWatched.expired());
 }
 
-TEST_F(HandlerLifetimeTests, UnregisteringAnotherOwnerInAWalkLetsGoAtOnce) {
-    std::weak_ptr<int> watched;
-    const auto other = makePlain();
-    bool released = false;
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
-            if (event == 1) {
-                domain->unregisterChangeHandlersWithOwner(other);
-                released = watched.expired();
-            }
-        },
-        owner);
-    watched = capture(other);
-    forceAll();
-    EXPECT_TRUE(released);
-}
-
-TEST_F(HandlerLifetimeTests, AnOwnerThatEndsInAWalkLetsGoAtOnce) {
-    std::weak_ptr<int> watched;
+TEST_F(HandlerLifetimeTests, AnotherOwnerThatIsUnregisteredOrEndsInAWalkLetsGoAtOnce) {
     auto other = makePlain();
-    bool released = false;
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
-            if (event == 1) {
-                other.reset();
-                released = watched.expired();
-            }
-        },
-        owner);
-    watched = capture(other);
-    forceAll();
-    EXPECT_TRUE(released);
+    std::weak_ptr<int> watched;
+    std::vector<bool> released;
+    capture(owner, [&](int) {
+        released.empty() ? domain->unregisterChangeHandlersWithOwner(other) : other.reset();
+        released.push_back(watched.expired());
+    });
+    for (int round = 0; round < 2; ++round) {
+        watched = capture(other);
+        forceAll();
+    }
+    EXPECT_EQ(released, (std::vector{true, true}));
 }
 
-TEST_F(HandlerLifetimeTests, ARunningHandlerKeepsWhatItCapturedUntilItReturns) {
-    auto captured = std::make_shared<int>(7);
-    const std::weak_ptr<int> watched = captured;
-    int seenAfterwards = 0;
-    bool goneWhenTheNextIsCalled = false;
-    domain->registerChangeHandler(
-        [this, kept = std::move(captured), &seenAfterwards](const auto&, const auto&,
-                                                            ZelStyleChangeEvent event) {
-            if (event == 1) {
-                domain->unregisterChangeHandlersWithOwner(owner);
-                seenAfterwards = *kept;
-            }
-        },
-        owner);
-    const auto next = makePlain();
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, auto) { goneWhenTheNextIsCalled = watched.expired(); }, next);
-    EXPECT_FALSE(goneWhenTheNextIsCalled);
-    forceAll();
-    EXPECT_EQ(seenAfterwards, 7);
-    EXPECT_TRUE(goneWhenTheNextIsCalled);
-    EXPECT_TRUE(watched.expired());
-}
-
-TEST_F(HandlerLifetimeTests, TheOwnersOtherHandlersStayUntilTheRunningOneReturns) {
-    const auto before = capture(owner);
-    bool stayed = false;
+TEST_F(HandlerLifetimeTests, ARunningHandlerAndTheOwnersOthersStayUntilItReturns) {
+    std::weak_ptr<int> running;
     std::weak_ptr<int> after;
+    int seenAfterwards = 0;
+    bool stayed = false;
     bool goneWhenTheNextIsCalled = false;
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, ZelStyleChangeEvent event) {
-            if (event == 1) {
-                domain->unregisterChangeHandlersWithOwner(owner);
-                stayed = !before.expired() && !after.expired();
-            }
-        },
-        owner);
+    const auto before = capture(owner);
+    running = capture(owner, [&](const int& kept) {
+        domain->unregisterChangeHandlersWithOwner(owner);
+        stayed = !before.expired() && !running.expired() && !after.expired();
+        seenAfterwards = kept;
+    });
     after = capture(owner);
     const auto next = makePlain();
-    domain->registerChangeHandler(
-        [&](const auto&, const auto&, auto) {
-            goneWhenTheNextIsCalled = before.expired() && after.expired();
-        },
-        next);
-    EXPECT_FALSE(goneWhenTheNextIsCalled);
+    capture(next, [&](int) {
+        goneWhenTheNextIsCalled = before.expired() && running.expired() && after.expired();
+    });
     forceAll();
+    EXPECT_EQ(seenAfterwards, 7);
     EXPECT_TRUE(stayed);
     EXPECT_TRUE(goneWhenTheNextIsCalled);
 }
@@ -168,21 +122,16 @@ TEST_F(HandlerLifetimeTests, AHandlerThatUnregistersAtItsRegistrationIsLetGoWhen
 }
 
 TEST_F(HandlerLifetimeTests, AHandlerOfANestedWalkStaysUntilTheOuterCallOfItReturns) {
-    auto captured = std::make_shared<int>(7);
-    const std::weak_ptr<int> watched = captured;
     int depth = 0;
     std::vector<int> seen;
-    domain->registerChangeHandler(
-        [&, kept = std::move(captured)](const auto&, const auto&, ZelStyleChangeEvent event) {
-            if (event == 1 && ++depth == 1) {
-                forceAll();
-                seen.push_back(*kept);
-            } else if (event == 1) {
-                domain->unregisterChangeHandlersWithOwner(owner);
-                seen.push_back(*kept);
-            }
-        },
-        owner);
+    const auto watched = capture(owner, [&](const int& kept) {
+        if (++depth == 1) {
+            forceAll();
+        } else {
+            domain->unregisterChangeHandlersWithOwner(owner);
+        }
+        seen.push_back(kept);
+    });
     forceAll();
     EXPECT_EQ(seen, (std::vector{7, 7}));
     EXPECT_TRUE(watched.expired());
@@ -231,28 +180,6 @@ TEST_F(HandlerLifetimeTests, ACaptureThatEndsMayChangeTheTable) {
     forceAll();
     EXPECT_EQ(recorder.takeNames(), (Names{"successor"}));
     domain->unregisterChangeHandlersWithOwner(other);
-}
-
-TEST_F(HandlerLifetimeTests, AHandlersOwnerStaysThroughTheCallThatLetsItGo) {
-    std::shared_ptr<NSObject> letGo = makePlain();
-    bool stayed = false;
-    domain->registerChangeHandler(
-        [&](const std::shared_ptr<NSObject>& given, const auto&, auto) {
-            letGo.reset();
-            stayed = given != nullptr && given->lastZelStyle().isNil();
-        },
-        letGo);
-    EXPECT_TRUE(stayed);
-}
-
-TEST_F(HandlerLifetimeTests, HandlerObjectsAreHeldWeakly) {
-    const std::weak_ptr<Plain> watched = owner;
-    domain->registerChangeHandler(owner);
-    EXPECT_EQ(objectCount(*domain), 1U);
-    owner.reset();
-    EXPECT_TRUE(watched.expired());
-    EXPECT_EQ(objectCount(*domain), 0U);
-    forceAll();
 }
 
 TEST_F(HandlerLifetimeTests, ANewOwnerAtAnEndedOnesAddressHasNoHandlers) {

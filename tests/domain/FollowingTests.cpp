@@ -26,18 +26,11 @@ protected:
     }
 };
 
-TEST_F(FollowingTests, StartingToFollowMakesTheSystemsSchemeCurrentAtOnce) {
-    listen();
-    domain->setSchemeFollowsSystem(true);
-    EXPECT_TRUE(domain->schemeFollowsSystem());
-    EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", light, 1}}));
-}
-
 TEST_F(FollowingTests, StartingToFollowADarkSystemMakesDarkCurrentAtOnce) {
     makeSystemDark();
     listen();
     domain->setSchemeFollowsSystem(true);
+    EXPECT_TRUE(domain->schemeFollowsSystem());
     EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
     EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
 }
@@ -109,14 +102,6 @@ TEST_F(FollowingTests, NotFollowingWhileNotFollowingChangesNothingAndCallsNobody
     EXPECT_EQ(recorder.take(), StyleCalls{});
 }
 
-TEST_F(FollowingTests, FollowingTwiceSubscribesOnce) {
-    domain->setSchemeFollowsSystem(true);
-    domain->setSchemeFollowsSystem(true);
-    domain->setSchemeFollowsSystem(false);
-    makeSystemDark();
-    EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
-}
-
 TEST_F(FollowingTests, TurningFollowingOffWhileDarkGoesToLightAndNotifiesOnce) {
     makeSystemDark();
     domain->setSchemeFollowsSystem(true);
@@ -146,41 +131,6 @@ TEST_F(FollowingTests, TurningFollowingOffWhileLightCallsNobody) {
     owner->setLastZelStyle(nullptr);
     domain->setSchemeFollowsSystem(false);
     EXPECT_EQ(recorder.take(), StyleCalls{});
-}
-
-TEST_F(FollowingTests, ASchemeChosenAfterFollowingEndedStays) {
-    makeSystemDark();
-    domain->setSchemeFollowsSystem(true);
-    listen();
-    domain->setSchemeFollowsSystem(false);
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", light, 1}, {"owner", dark, 1}}));
-    makeSystemLight();
-    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
-}
-
-TEST_F(FollowingTests, UpdatingADomainThatDoesNotFollowGoesToLight) {
-    domain->setCurrentScheme(domain->darkScheme());
-    makeSystemDark();
-    DomainInternals::_updateFromSystemAppearance(*domain);
-    EXPECT_EQ(domain->currentScheme(), domain->lightScheme());
-}
-
-TEST_F(FollowingTests, UpdatingAnUnchangedAppearanceNotifiesNobody) {
-    domain->setSchemeFollowsSystem(true);
-    listen();
-    owner->setLastZelStyle(nullptr);
-    DomainInternals::_updateFromSystemAppearance(*domain);
-    EXPECT_EQ(recorder.take(), StyleCalls{});
-}
-
-TEST_F(FollowingTests, EveryFollowingDomainSwitches) {
-    const auto other = ZelStyleDomain::domainForIdentifier("terminal");
-    domain->setSchemeFollowsSystem(true);
-    other->setSchemeFollowsSystem(true);
-    makeSystemDark();
-    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
-    EXPECT_EQ(other->currentScheme(), other->darkScheme());
 }
 
 TEST_F(FollowingTests, AHandlerOfTheSwitchMayEndTheFollowing) {

@@ -25,12 +25,6 @@ TEST_F(SchemeTests, AnUnknownIdentifierMakesAnEmptySchemeThatIsThenFoundAgain) {
     EXPECT_EQ(schemeCount(*domain), 2U);
 }
 
-TEST_F(SchemeTests, TheEmptyStringNamesASchemeOfItsOwn) {
-    const auto scheme = domain->schemeForIdentifier("");
-    EXPECT_EQ(scheme->identifier(), "");
-    EXPECT_NE(scheme, domain->defaultScheme());
-}
-
 TEST_F(SchemeTests, TheLightAndDarkSchemesAreMadeWhenFirstAskedFor) {
     EXPECT_FALSE(hasScheme(*domain, "light"));
     EXPECT_FALSE(hasScheme(*domain, "dark"));
@@ -44,39 +38,10 @@ TEST_F(SchemeTests, TheLightAndDarkSchemesAreMadeWhenFirstAskedFor) {
     EXPECT_EQ(domain->schemeForIdentifier("default"), domain->defaultScheme());
 }
 
-TEST_F(SchemeTests, TwoDomainsHaveSchemesOfTheirOwn) {
-    const auto other = ZelStyleDomain::domainForIdentifier("terminal");
-    EXPECT_NE(domain->darkScheme(), other->darkScheme());
-    EXPECT_EQ(other->darkScheme()->domain(), other);
-}
-
 TEST_F(SchemeTests, ANilSchemeIdentifierRaisesAndLeavesEveryLockFree) {
     EXPECT_THROW((void)domain->schemeForIdentifier(std::nullopt), ZelInvalidArgument);
     EXPECT_EQ(schemeCount(*domain), 1U);
     runElsewhere([&] { EXPECT_NE(domain->schemeForIdentifier("sepia"), nullptr); });
-}
-
-TEST_F(SchemeTests, SwitchingToTheCurrentSchemeNotifiesNobody) {
-    addStyle(domain->defaultScheme(), "main");
-    const auto owner = makePlain();
-    domain->registerChangeHandler(recorder.handler("owner"), owner);
-    recorder.take();
-    owner->setLastZelStyle(nullptr); // so that a notification would call the handler
-    domain->setCurrentScheme(domain->defaultScheme());
-    EXPECT_EQ(recorder.take(), StyleCalls{});
-}
-
-TEST_F(SchemeTests, SwitchingToAnotherSchemeNotifiesOnceAndLooksTheMainStyleUpAgain) {
-    const auto plain = addStyle(domain->defaultScheme(), "main");
-    const auto dark = addStyle(domain->darkScheme(), "main");
-    EXPECT_EQ(domain->mainStyle(), plain);
-    const auto owner = makePlain();
-    domain->registerChangeHandler(recorder.handler("owner"), owner);
-    recorder.take();
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", dark, 1}}));
-    EXPECT_EQ(domain->mainStyle(), dark);
 }
 
 TEST_F(SchemeTests, TheSwitchHasHappenedWhenHandlersRun) {
@@ -133,14 +98,6 @@ TEST_F(SchemeTests, TheCurrentSchemeIsHeldByTheDomain) {
     EXPECT_TRUE(held.expired());
 }
 
-TEST_F(SchemeTests, AStyleMissingFromTheCurrentSchemeIsFoundInTheDefaultOne) {
-    const auto cover = addStyle(domain->defaultScheme(), "cover");
-    domain->setCurrentScheme(domain->lightScheme());
-    EXPECT_EQ(domain->styleForIdentifier("cover"), cover);
-    const auto lightCover = addStyle(domain->lightScheme(), "cover");
-    EXPECT_EQ(domain->styleForIdentifier("cover"), lightCover);
-}
-
 TEST_F(SchemeTests, LookingForAStyleMakesNoDefaultScheme) {
     const auto former = std::exchange(ZelStyleSchemeIdentifierDefault, "elsewhere");
     EXPECT_EQ(domain->styleForIdentifier("main"), nullptr);
@@ -151,14 +108,6 @@ TEST_F(SchemeTests, LookingForAStyleMakesNoDefaultScheme) {
     EXPECT_TRUE(hasScheme(*domain, "elsewhere"));
     EXPECT_EQ(domain->styleForIdentifier("main"), found);
     ZelStyleSchemeIdentifierDefault = former;
-}
-
-TEST_F(SchemeTests, AStyleOfTheDarkSchemeAloneIsNotFoundWhileLightIsCurrent) {
-    const auto cover = addStyle(domain->darkScheme(), "cover");
-    domain->setCurrentScheme(domain->lightScheme());
-    EXPECT_EQ(domain->styleForIdentifier("cover"), nullptr);
-    domain->setCurrentScheme(domain->darkScheme());
-    EXPECT_EQ(domain->styleForIdentifier("cover"), cover);
 }
 
 TEST_F(SchemeTests, AnUnknownOrNilStyleIdentifierFindsNothing) {

@@ -25,7 +25,7 @@ protected:
     const std::shared_ptr<ZelStyleDomain> domain = ZelStyleDomain::defaultDomain();
 };
 
-TEST_F(SetupTests, LightAndDefaultShareOneMainStyleAndDarkHasAnother) {
+TEST_F(SetupTests, LightAndDefaultShareTheLightSchemesMainStyleAndDarkHasAnother) {
     ZelStyleDomain::setupStyles();
     const auto light = domain->lightScheme()->styleForIdentifier("main");
     const auto dark = domain->darkScheme()->styleForIdentifier("main");
@@ -34,25 +34,15 @@ TEST_F(SetupTests, LightAndDefaultShareOneMainStyleAndDarkHasAnother) {
     EXPECT_EQ(domain->defaultScheme()->styleForIdentifier("main"), light);
     EXPECT_NE(dark, light);
     EXPECT_EQ(schemeCount(*domain), 3U);
-}
-
-TEST_F(SetupTests, TheSharedStyleBelongsToTheLightScheme) {
-    ZelStyleDomain::setupStyles();
-    const auto light = domain->lightScheme()->styleForIdentifier("main");
-    const auto dark = domain->darkScheme()->styleForIdentifier("main");
     EXPECT_EQ(light->scheme(), domain->lightScheme());
     EXPECT_EQ(dark->scheme(), domain->darkScheme());
     EXPECT_EQ(light->domain(), domain);
     EXPECT_EQ(dark->domain(), domain);
     EXPECT_EQ(light->parentStyle(), nullptr);
     EXPECT_EQ(dark->parentStyle(), nullptr);
-}
-
-TEST_F(SetupTests, TheMainStylesAreFilledForTheirSchemes) {
-    ZelStyleDomain::setupStyles();
-    EXPECT_TRUE(domain->lightScheme()->styleForIdentifier("main")->isLightStyle());
-    EXPECT_TRUE(domain->darkScheme()->styleForIdentifier("main")->isDarkStyle());
-    EXPECT_NE(domain->darkScheme()->styleForIdentifier("main")->backgroundColor(), std::nullopt);
+    EXPECT_TRUE(light->isLightStyle());
+    EXPECT_TRUE(dark->isDarkStyle());
+    EXPECT_NE(dark->backgroundColor(), std::nullopt);
 }
 
 TEST_F(SetupTests, TheDefaultDomainFollowsTheSystemFromThenOn) {
@@ -62,12 +52,6 @@ TEST_F(SetupTests, TheDefaultDomainFollowsTheSystemFromThenOn) {
     makeSystemDark();
     EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
     EXPECT_EQ(domain->mainStyle(), domain->darkScheme()->styleForIdentifier("main"));
-}
-
-TEST_F(SetupTests, ADarkSystemMakesDarkCurrentAtOnce) {
-    makeSystemDark();
-    ZelStyleDomain::setupStyles();
-    EXPECT_EQ(domain->currentScheme(), domain->darkScheme());
 }
 
 TEST_F(SetupTests, TheLightStyleStandsInItsSchemesBeforeTheDarkOneIsFilled) {
@@ -85,16 +69,6 @@ TEST_F(SetupTests, TheLightStyleStandsInItsSchemesBeforeTheDarkOneIsFilled) {
     ZelStyleDomain::setupStyles();
     EXPECT_EQ(filled, (Names{"light", "dark"}));
     EXPECT_TRUE(domain->schemeFollowsSystem());
-}
-
-TEST_F(SetupTests, ListenersHearOfItOnce) {
-    Recorder recorder;
-    const auto owner = makePlain();
-    domain->registerChangeHandler(recorder.handler("owner"), owner);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", nullptr, 0}}));
-    ZelStyleDomain::setupStyles();
-    const auto light = domain->lightScheme()->styleForIdentifier("main");
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", light, 1}}));
 }
 
 TEST_F(SetupTests, OnlyTheDefaultDomainIsSetUp) {
@@ -195,14 +169,14 @@ protected:
     const std::shared_ptr<Plain> owner = makePlain();
 };
 
-TEST_F(SetupAfterExceptionTests, AProviderThatRaisedForLightIsAskedAgain) {
-    whenFilling("light", [] { throw std::runtime_error("no colours"); });
-    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
-    expectTheNextSetupDoesItAll();
-}
+class SetupOfEitherTests : public SetupAfterExceptionTests,
+                           public testing::WithParamInterface<std::string> {};
 
-TEST_F(SetupAfterExceptionTests, AProviderThatRaisedForDarkIsAskedAgain) {
-    whenFilling("dark", [] { throw std::runtime_error("no colours"); });
+INSTANTIATE_TEST_SUITE_P(Of, SetupOfEitherTests, testing::Values("light", "dark"),
+                         [](const auto& each) { return each.param; });
+
+TEST_P(SetupOfEitherTests, AProviderThatRaisedIsAskedAgain) {
+    whenFilling(GetParam(), [] { throw std::runtime_error("no colours"); });
     EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
     expectTheNextSetupDoesItAll();
 }
@@ -246,16 +220,6 @@ TEST_F(SetupAfterExceptionTests, AHandlerThatEndedFollowingBeforeItRaisedIsNotOv
     ZelStyleDomain::setupStyles();
     EXPECT_EQ(domain->lightScheme()->styleForIdentifier("main"), light);
     EXPECT_FALSE(domain->schemeFollowsSystem());
-}
-
-TEST_F(SetupAfterExceptionTests, ARaisedSetupLeavesEveryLockFree) {
-    whenFilling("light", [] { throw std::runtime_error("no colours"); });
-    EXPECT_THROW(ZelStyleDomain::setupStyles(), std::runtime_error);
-    runElsewhere([this] {
-        const auto main = addStyle(domain->defaultScheme(), "main");
-        main->updateStyleWithChanges([](const auto&) { return true; });
-        EXPECT_NE(ZelStyleDomain::domainForIdentifier("editor"), domain);
-    });
 }
 
 } // namespace

@@ -97,14 +97,6 @@ TEST_F(StyleResolutionTests, TheNearestSchemeIdentifierWins) {
     EXPECT_EQ(domain->styleFor(label), plain);
 }
 
-TEST_F(StyleResolutionTests, TheNearestStyleIdentifierWins) {
-    window->setCustomZelStyleIdentifier("cover");
-    EXPECT_EQ(domain->styleFor(label), cover);
-    label->setCustomZelStyleIdentifier("title");
-    EXPECT_EQ(domain->styleFor(label), title);
-    EXPECT_EQ(domain->styleFor(panel), cover);
-}
-
 TEST_F(StyleResolutionTests, EachIdentifierOfTheObjectsOwnWinsSeparately) {
     window->setCustomZelStyleIdentifier("cover");
     window->setCustomZelStyleSchemeIdentifier("light");

@@ -59,13 +59,6 @@ TEST_F(InheritedStyleTests, AnAcceptedUpdateOfTheParentComputesTheChildAgain) {
     EXPECT_EQ(child->seed(), 2U);
 }
 
-TEST_F(InheritedStyleTests, ACancelledUpdateOfTheParentComputesNothing) {
-    const auto child = parent->inheritedStyleWithChanges(copyBlue(), "child", scheme);
-    parent->updateStyleWithChanges([](const Style&) { return false; });
-    EXPECT_EQ(computed.size(), 1U);
-    EXPECT_EQ(child->seed(), 0U);
-}
-
 TEST_F(InheritedStyleTests, GrandchildrenFollowThroughTheChild) {
     const auto child = parent->inheritedStyleWithChanges(copyBlue(), "child", scheme);
     const auto grandchild = child->inheritedStyleWithChanges(
@@ -187,18 +180,6 @@ TEST_F(InheritedStyleTests, AChildWithoutChangesIsToldOfNothing) {
     EXPECT_EQ(child->blueColor(), before);
     child->updateStyleWithChanges(nullptr);
     EXPECT_EQ(child->blueColor(), NSColor::colorWithWhite(0.25, 1));
-}
-
-TEST_F(InheritedStyleTests, ListenersOfAChildWithoutChangesAreStillServed) {
-    const auto child = parent->inheritedStyleWithChanges(nullptr, "child", scheme);
-    const auto object = makeStyled();
-    object->setCustomZelStyleIdentifier("child");
-    std::vector<Style> delivered;
-    domain->registerChangeHandler([&](const std::shared_ptr<NSObject>&, const Style& style,
-                                      ZelStyleChangeEvent) { delivered.push_back(style); },
-                                  object);
-    parent->updateStyleWithChanges(nullptr);
-    EXPECT_EQ(delivered, (std::vector<Style>{child, child}));
 }
 
 class ParticularStyle : public ZelStyle {};

@@ -26,15 +26,6 @@ private:
     ProvidersRestored restored_;
 };
 
-TEST_F(ProviderSetupTests, TheLibraryRegistersMainInFrontOfBase) {
-    EXPECT_EQ(registeredIdentifiers(), (Names{"main", "base"}));
-}
-
-TEST_F(ProviderSetupTests, TheRegistryIsOneForAll) {
-    EXPECT_EQ(&ZelStyleInternals::_defaultValueProviders(),
-              &ZelStyleInternals::_defaultValueProviders());
-}
-
 TEST_F(ProviderSetupTests, ABuiltInProviderCanBeFoundAndRemoved) {
     const Providers found = ZelStyle::defaultValueProviders();
     ASSERT_EQ(found.size(), 2U);
@@ -48,8 +39,10 @@ TEST_F(ProviderSetupTests, ABuiltInProviderCanBeFoundAndRemoved) {
     EXPECT_EQ(style->labelColor(), std::nullopt);
 }
 
-TEST_F(ProviderSetupTests, CallbacksAreGivenTheSchemeNamedAtInitialisation) {
-    const auto scheme = alloc<ZelStyleScheme>()->initWithIdentifier("sepia", nullptr);
+TEST_F(ProviderSetupTests,
+       CallbacksAreGivenTheSchemeNamedAtInitialisationAndAStyleThatStandsInNone) {
+    const auto domain = ZelStyleDomain::domainForIdentifier("editor");
+    const auto scheme = domain->darkScheme();
     std::vector<std::shared_ptr<ZelStyleScheme>> given;
     std::vector<Style> styles;
     const auto provider =
@@ -59,24 +52,14 @@ TEST_F(ProviderSetupTests, CallbacksAreGivenTheSchemeNamedAtInitialisation) {
                         given.push_back(with);
                         EXPECT_EQ(style->identifier(), "main");
                         EXPECT_EQ(style->scheme(), nullptr);
+                        EXPECT_EQ(style->parentStyle(), nullptr);
+                        EXPECT_EQ(style->domain(), with ? domain : nullptr);
                     });
     const auto style = makeRoot(scheme);
     EXPECT_EQ(given, (std::vector{scheme}));
     EXPECT_EQ(styles, (std::vector{style}));
     (void)makeRoot();
     EXPECT_EQ(given.back(), nullptr);
-}
-
-TEST_F(ProviderSetupTests, AStyleKnowsItsDomainAndNoParentWhenItIsFilled) {
-    const auto domain = ZelStyleDomain::domainForIdentifier("editor");
-    int filled = 0;
-    addProvider("icons", std::nullopt, [&](const Style& style, auto&&) {
-        ++filled;
-        EXPECT_EQ(style->domain(), domain);
-        EXPECT_EQ(style->parentStyle(), nullptr);
-    });
-    (void)makeRoot(domain->darkScheme());
-    EXPECT_EQ(filled, 1);
 }
 
 TEST_F(ProviderSetupTests, ASetupMovesNoCounterAndCallsNoObserver) {
@@ -99,12 +82,6 @@ TEST_F(ProviderSetupTests, ASetupHoldsNoLock) {
                 [&](const Style& style, auto&&) { free = everyLockIsFree(style); });
     (void)makeRoot();
     EXPECT_TRUE(free);
-}
-
-TEST_F(ProviderSetupTests, ASubclassIsFilledByTheSameProviders) {
-    class ParticularStyle : public ZelStyle {};
-    const auto style = alloc<ParticularStyle>()->initWithIdentifier("main", nullptr);
-    EXPECT_EQ(style->effectiveValues()->size(), 55U);
 }
 
 TEST_F(ProviderSetupTests, AProviderMayMakeStylesItself) {

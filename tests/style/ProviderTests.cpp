@@ -47,25 +47,6 @@ TEST_F(ProviderTests, TheEmptyStringIsAnIdentifierAndARequirement) {
     EXPECT_EQ(provider->requiredDefaultValueProviders(), Identifiers{""});
 }
 
-TEST_F(ProviderTests, AProviderBeforeInitialisationHasNoIdentifier) {
-    EXPECT_EQ(alloc<ZelStyleDefaultValueProvider>()->identifier(), std::nullopt);
-}
-
-TEST_F(ProviderTests, TheCallbackIsGivenStyleAndScheme) {
-    Style givenStyle;
-    std::shared_ptr<ZelStyleScheme> givenScheme;
-    const auto provider = makeProvider(
-        "icons", std::nullopt, [&](const Style& each, const std::shared_ptr<ZelStyleScheme>& with) {
-            givenStyle = each;
-            givenScheme = with;
-        });
-    provider->provideDefaultValuesFor(style, scheme);
-    EXPECT_EQ(givenStyle, style);
-    EXPECT_EQ(givenScheme, scheme);
-    provider->provideDefaultValuesFor(style, nullptr);
-    EXPECT_EQ(givenScheme, nullptr);
-}
-
 TEST_F(ProviderTests, TheHooksAreGivenStyleSchemeReceiverAndTheOtherProvider) {
     const auto provider = makeProvider("icons");
     const auto running = makeProvider("running");
@@ -213,6 +194,62 @@ TEST_F(ProviderTests, AProviderWhoseInitFailsIsNil) {
     EXPECT_EQ(failing->initWithIdentifier("extra", std::nullopt, [](auto&&...) {}), nullptr);
     EXPECT_EQ(failing->identifier(), std::nullopt);
     EXPECT_FALSE(failing->providerBlock());
+}
+
+/// A provider whose class does what a block would do.
+class Particular : public ZelStyleDefaultValueProvider {
+public:
+    Names* calls = nullptr;
+
+    void provideDefaultValuesFor(const Style& style,
+                                 const std::shared_ptr<ZelStyleScheme>& withScheme) override {
+        note("fills " + style->identifier().value_or("") + " for " +
+             withScheme->identifier().value_or(""));
+    }
+    void willApply(const Provider& provider, const Style& toStyle,
+                   const std::shared_ptr<ZelStyleScheme>& withScheme) override {
+        note("will " + named(provider, toStyle, withScheme));
+    }
+    void didApply(const Provider& provider, const Style& toStyle,
+                  const std::shared_ptr<ZelStyleScheme>& withScheme) override {
+        note("did " + named(provider, toStyle, withScheme));
+    }
+
+private:
+    void note(const std::string& what) { calls->push_back("particular " + what); }
+    static std::string named(const Provider& provider, const Style& style,
+                             const std::shared_ptr<ZelStyleScheme>& scheme) {
+        return provider->identifier().value_or("") + " to " + style->identifier().value_or("") +
+               " for " + scheme->identifier().value_or("");
+    }
+};
+
+TEST_F(ProviderTests, ASubclassIsAskedWhereABlockWouldBeCalled) {
+    const ProvidersRestored restored;
+    removeAllProviders();
+    Names calls;
+    const auto particular = alloc<Particular>();
+    particular->calls = &calls;
+    ZelStyle::addDefaultValueProvider(
+        particular->initWithIdentifier("particular", std::nullopt, nullptr));
+    addProvider("b", std::vector<std::string>{"particular"},
+                [&](auto&&...) { calls.push_back("b"); });
+    (void)alloc<ZelStyle>()->initWithIdentifier("main", scheme);
+    EXPECT_EQ(
+        calls,
+        (Names{"particular will particular to main for sepia", "particular fills main for sepia",
+               "particular did particular to main for sepia", "particular will b to main for sepia",
+               "b", "particular did b to main for sepia"}));
+}
+
+TEST_F(ProviderTests, AProviderIsMadeOfTheClassThatIsAskedForIt) {
+    const std::shared_ptr<Particular> made =
+        ZelStyleDefaultValueProvider::providerWithIdentifier<Particular>(
+            "particular", std::vector<std::string>{"base"}, nullptr);
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(made->identifier(), "particular");
+    EXPECT_EQ(made->requiredDefaultValueProviders(),
+              ZelStyleDefaultValueProvider::Identifiers{"base"});
 }
 
 } // namespace

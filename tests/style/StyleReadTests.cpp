@@ -38,6 +38,22 @@ class StyleReadTests : public StylingTests {
 protected:
     const Style style = alloc<ZelStyle>()->initWithIdentifier("main", nullptr);
     const Style child = makeChild(style);
+
+    /// Two threads read over and over while another writes; every read answers that it was whole.
+    static void readWhile(const std::function<void()>& write, const std::function<bool()>& read) {
+        std::atomic<bool> done = false;
+        const auto readOn = [&] {
+            bool whole = true;
+            do {
+                whole = whole && read();
+            } while (!done.load());
+            EXPECT_TRUE(whole);
+        };
+        runAtOnce({readOn, readOn, [&] {
+                       write();
+                       done = true;
+                   }});
+    }
 };
 
 TEST_F(StyleReadTests, ReadingAPredefinedAttributeAllocatesNothing) {
@@ -106,25 +122,19 @@ TEST_F(StyleReadTests, AReaderNeverSeesHalfOfAWrite) {
     const NSColor second = NSColor::colorWithDeviceCyan(0.5, 0.6, 0.7, 0.8, 0.9);
     child->setBlueColor(first);
     child->setValue(Value(first), "paperColor");
-    std::atomic<bool> done = false;
-    const auto read = [&] {
-        bool whole = true;
-        do {
+    readWhile(
+        [&] {
+            for (int i = 0; i < 20000; ++i) {
+                child->setBlueColor(i % 2 == 0 ? second : first);
+                child->setValue(Value(i % 3 == 0 ? second : first), "paperColor");
+            }
+        },
+        [&] {
             const auto blue = child->blueColor();
             const auto paper = child->effectiveValueForAttribute("paperColor");
-            whole = whole && (blue == first || blue == second) &&
-                    (paper == Value(first) || paper == Value(second));
-        } while (!done.load());
-        EXPECT_TRUE(whole);
-    };
-    const auto write = [&] {
-        for (int i = 0; i < 20000; ++i) {
-            child->setBlueColor(i % 2 == 0 ? second : first);
-            child->setValue(Value(i % 3 == 0 ? second : first), "paperColor");
-        }
-        done = true;
-    };
-    runAtOnce({read, read, write});
+            return (blue == first || blue == second) &&
+                   (paper == Value(first) || paper == Value(second));
+        });
     EXPECT_EQ(child->blueColor(), first);
 }
 
@@ -133,24 +143,18 @@ TEST_F(StyleReadTests, UninterpretedValuesAreReadWholeWhileTheyAreReplaced) {
     const ZelAttributeValue second(std::string("Sans 9"));
     const Value third = gray(0.5);
     style->setValue(first, "font");
-    std::atomic<bool> done = false;
-    const auto read = [&] {
-        bool whole = true;
-        do {
+    readWhile(
+        [&] {
+            for (int i = 0; i < 5000; ++i) {
+                style->setValue(second, "font");
+                style->setValue(third, "font");
+                style->setValue(first, "font");
+            }
+        },
+        [&] {
             const Value value = style->effectiveValueForAttribute("font");
-            whole = whole && (value == Value(first) || value == Value(second) || value == third);
-        } while (!done.load());
-        EXPECT_TRUE(whole);
-    };
-    const auto write = [&] {
-        for (int i = 0; i < 5000; ++i) {
-            style->setValue(second, "font");
-            style->setValue(third, "font");
-            style->setValue(first, "font");
-        }
-        done = true;
-    };
-    runAtOnce({read, read, write});
+            return value == Value(first) || value == Value(second) || value == third;
+        });
     EXPECT_EQ(style->effectiveValueForAttribute("font"), Value(first));
 }
 

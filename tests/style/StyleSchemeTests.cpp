@@ -152,11 +152,6 @@ TEST_F(StyleSchemeTests, ASchemeKeepsItsStylesAlive) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(StyleSchemeTests, ASchemeDoesNotKeepItsDomainAlive) {
-    domain.reset();
-    EXPECT_EQ(scheme->domain(), nullptr);
-}
-
 TEST_F(StyleSchemeTests, AddingAStyleWithoutIdentifierRaisesAfterItWasTiedToTheScheme) {
     const auto style = makeEmptyStyle();
     EXPECT_THROW(scheme->addStyle(style), ZelInvalidArgument);

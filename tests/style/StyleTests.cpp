@@ -54,11 +54,6 @@ TEST_F(StyleTests, AStyleMayHaveNoIdentifierOrAnEmptyOne) {
     EXPECT_EQ(alloc<ZelStyle>()->initWithIdentifier("", nullptr)->identifier(), "");
 }
 
-TEST_F(StyleTests, AParentlessStyleIsFilledBeforeItsInitialiserReturns) {
-    const auto style = alloc<ZelStyle>()->initWithIdentifier("main", nullptr);
-    EXPECT_EQ(style->effectiveValues()->size(), 55U);
-}
-
 TEST_F(StyleTests, AChildIsNotFilled) {
     const auto child = makeChild(makeEmptyStyle());
     EXPECT_TRUE(child->effectiveValues()->empty());

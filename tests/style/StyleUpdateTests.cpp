@@ -41,15 +41,6 @@ TEST_F(StyleUpdateTests, AnAcceptedUpdateMovesTheCounterByOneAndMergesAfresh) {
     EXPECT_NE(main->effectiveValues(), merged);
 }
 
-TEST_F(StyleUpdateTests, TheChangesAreGivenTheStyle) {
-    Style given;
-    main->updateStyleWithChanges([&](const Style& style) {
-        given = style;
-        return false;
-    });
-    EXPECT_EQ(given, main);
-}
-
 TEST_F(StyleUpdateTests, ACancelledUpdateLeavesCounterCacheAndListenersAlone) {
     const auto object = listen("main");
     main->addStyleUpdateObserver(observer("observer"), object, false);
@@ -114,14 +105,6 @@ TEST_F(StyleUpdateTests, AnUpdateForcesDeliveryToListenersOfThatStyleWithEventOn
     EXPECT_EQ(recorder.take(), (StyleCalls{{"first", main, 1}, {"second", main, 1}}));
     quiet->updateStyleWithChanges(nullptr);
     EXPECT_EQ(recorder.take(), (StyleCalls{{"quiet", quiet, 1}}));
-}
-
-TEST_F(StyleUpdateTests, AnUpdateReachesListenersOfStylesThatDescendFromIt) {
-    const auto child = addChildStyle(main, "child");
-    const auto object = listen("child");
-    main->updateStyleWithChanges(nullptr);
-    EXPECT_EQ(order, Names{"child"});
-    EXPECT_EQ(localCounter(child), 0U);
 }
 
 TEST_F(StyleUpdateTests, DescendantsAreDoneDepthFirstBeforeTheDomainHearsOfTheAncestor) {

@@ -27,13 +27,6 @@ TEST_F(StyleValuesTests, AnAbsentValueIsNil) {
     EXPECT_EQ(style->effectiveValueForAttribute("neverWritten"), std::nullopt);
 }
 
-TEST_F(StyleValuesTests, AKeyWrittenToAnotherStyleIsAbsentHere) {
-    makeEmptyStyle()->setValue(gray(0.5), "elsewhere");
-    EXPECT_EQ(style->valueForAttribute("elsewhere"), std::nullopt);
-    EXPECT_EQ(style->effectiveValueForAttribute("elsewhere"), std::nullopt);
-    EXPECT_TRUE(style->effectiveValues()->empty());
-}
-
 // Names are numbered in the order of their first use: those of one style lie anywhere among those
 // of all styles, so that many share a place wherever they are kept by number.
 TEST_F(StyleValuesTests, EveryNameIsFoundWhereverItWasFirstUsed) {
@@ -197,19 +190,6 @@ TEST_F(StyleValuesTests, AWriteMovesNoCounterAndTellsNobody) {
     EXPECT_EQ(handled, 1);
     EXPECT_EQ(observed, 0);
     EXPECT_EQ(main->seed(), 0U);
-}
-
-TEST_F(StyleValuesTests, HundredsOfKeysOfTheHostsOwnAreToldApart) {
-    for (int i = 0; i < 500; ++i) {
-        style->setValue(NSNumber::numberWithLong(i), "own" + std::to_string(i));
-        ASSERT_EQ(style->effectiveValueForAttribute("own" + std::to_string(i)),
-                  Value(NSNumber::numberWithLong(i)));
-    }
-    for (int i = 0; i < 500; ++i) {
-        EXPECT_EQ(style->effectiveValueForAttribute("own" + std::to_string(i)),
-                  Value(NSNumber::numberWithLong(i)));
-    }
-    EXPECT_EQ(style->effectiveValues()->size(), 500U);
 }
 
 TEST_F(StyleValuesTests, SharedContentIsKeptAsItIsAndNilContentIsTheNullMarker) {

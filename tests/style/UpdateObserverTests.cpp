@@ -114,14 +114,6 @@ TEST_F(UpdateObserverTests, AStyleMayObserveItself) {
     EXPECT_EQ(takeNames(), Names{"itself"});
 }
 
-TEST_F(UpdateObserverTests, ARemovedObserverIsNotCalledAnyMore) {
-    style->addStyleUpdateObserver(observer("owner"), owner, false);
-    style->addStyleUpdateObserver(observer("other"), other, false);
-    style->removeStyleUpdateObserverWithOwner(owner);
-    update();
-    EXPECT_EQ(takeNames(), Names{"other"});
-}
-
 TEST_F(UpdateObserverTests, RemovingWhatIsNotThereIsHarmless) {
     style->removeStyleUpdateObserverWithOwner(owner);
     style->removeStyleUpdateObserverWithOwner(nullptr);

@@ -39,16 +39,12 @@ protected:
 INSTANTIATE_TEST_SUITE_P(OfEitherKind, EitherIdentifier, testing::Values("Style", "Scheme"),
                          [](const auto& each) { return each.param; });
 
-TEST_F(CustomIdentifiers, AStyleIdentifierThatChangesTheStyleCallsTheHandlerOnceWithEventOne) {
-    object->setCustomZelStyleIdentifier("accent");
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}}));
-    EXPECT_EQ(object->lastZelStyle(), accent->token());
-}
-
-TEST_F(CustomIdentifiers, ASchemeIdentifierThatChangesTheStyleCallsTheHandlerOnceWithEventOne) {
-    object->setCustomZelStyleSchemeIdentifier("dark");
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", darkMain, 1}}));
-    EXPECT_EQ(object->lastZelStyle(), darkMain->token());
+TEST_P(EitherIdentifier, AnIdentifierThatChangesTheStyleCallsTheHandlerOnceWithEventOne) {
+    const auto dark = addStyle(domain->defaultScheme(), "dark");
+    const auto expected = GetParam() == "Style" ? dark : darkMain;
+    set("dark");
+    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", expected, 1}}));
+    EXPECT_EQ(object->lastZelStyle(), expected->token());
 }
 
 TEST_P(EitherIdentifier, AnIdentifierThatLeavesTheStyleAsItIsCallsNobody) {
@@ -59,12 +55,6 @@ TEST_P(EitherIdentifier, AnIdentifierThatLeavesTheStyleAsItIsCallsNobody) {
     EXPECT_EQ(object->notifications, 2);
 }
 
-TEST_F(CustomIdentifiers, TheHandlerIsNotCalledWhereItsLastStyleIsTheOneThatApplies) {
-    object->setLastZelStyle(accent);
-    object->setCustomZelStyleIdentifier("accent");
-    EXPECT_TRUE(recorder.take().empty());
-}
-
 TEST_P(EitherIdentifier, TheSameIdentifierAgainNotifiesAgainAndReachesNobody) {
     set("dark");
     recorder.take();
@@ -72,14 +62,6 @@ TEST_P(EitherIdentifier, TheSameIdentifierAgainNotifiesAgainAndReachesNobody) {
     set("dark");
     EXPECT_EQ(object->notifications, 2);
     EXPECT_TRUE(recorder.take().empty());
-}
-
-TEST_F(CustomIdentifiers, TheSameIdentifierAgainReachesAListenerWhoseStyleIsOutOfDate) {
-    object->setCustomZelStyleIdentifier("accent");
-    recorder.take();
-    object->setLastZelStyle(nullptr);
-    object->setCustomZelStyleIdentifier("accent");
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}}));
 }
 
 TEST_F(CustomIdentifiers, WithoutItsStyleIdentifierAnObjectIsStyledAsIfItNeverHadOne) {
@@ -105,22 +87,6 @@ TEST_P(EitherIdentifier, SettingNoneNotifiesToo) {
     EXPECT_EQ(object->notifications, 1);
     set(std::nullopt);
     EXPECT_EQ(object->notifications, 2);
-}
-
-TEST_F(CustomIdentifiers, AnObjectThatLostItsIdentifierTakesItsParentsAgain) {
-    object->parent = makeStyled();
-    object->parent->setCustomZelStyleIdentifier("accent");
-    object->setCustomZelStyleIdentifier("main");
-    recorder.take();
-    object->setCustomZelStyleIdentifier(std::nullopt);
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}}));
-}
-
-TEST_F(CustomIdentifiers, OnlyTheFirstOfAnOwnersHandlersIsCalled) {
-    object->registerStyleableChangeHandler(recorder.handler("second"));
-    recorder.take();
-    object->setCustomZelStyleIdentifier("accent");
-    EXPECT_EQ(recorder.takeNames(), Names{"owner"});
 }
 
 TEST_F(CustomIdentifiers, EverythingBelowTheObjectIsToldAndNothingAboveOrBeside) {
@@ -178,13 +144,6 @@ TEST_F(CustomIdentifiers, TheDomainIsAskedForOnceTheIdentifierIsInPlace) {
     EXPECT_EQ(next->styleFor(wanderer), its);
 }
 
-TEST_F(CustomIdentifiers, ADomainThatDoesNotExistYetIsMadeForTheNotification) {
-    const auto elsewhere = zel::alloc<Target>();
-    elsewhere->domainIdentifier = "not yet made";
-    elsewhere->setCustomZelStyleIdentifier("accent");
-    EXPECT_EQ(elsewhere->notifications, 1);
-}
-
 TEST_P(EitherIdentifier, TheIdentifierIsInPlaceWhenTheHandlersRunWhichIsBeforeTheSetterReturns) {
     std::optional<std::string> style;
     std::optional<std::string> scheme;
@@ -221,21 +180,6 @@ TEST_P(EitherIdentifier, AHandlersExceptionPassesWithTheIdentifierStoredAndEvery
         set("dark");
     });
     EXPECT_EQ(object->notifications, 2); // the one that was cut short never came so far
-}
-
-TEST_F(CustomIdentifiers, AHandlerThatChangesAnIdentifierIsCalledAgainAndTheOuterCallIsStoredLast) {
-    const auto darkAccent = addStyle(domain->darkScheme(), "accent");
-    bool again = true;
-    object->unregisterStyleableChangeHandlers();
-    object->registerStyleableChangeHandler(recorder.handler("owner", [&] {
-        if (object->customZelStyleIdentifier() == "accent" && std::exchange(again, false)) {
-            object->setCustomZelStyleSchemeIdentifier("dark");
-        }
-    }));
-    recorder.take();
-    object->setCustomZelStyleIdentifier("accent");
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"owner", accent, 1}, {"owner", darkAccent, 1}}));
-    EXPECT_EQ(object->lastZelStyle(), accent->token());
 }
 
 } // namespace

@@ -102,14 +102,6 @@ TEST_F(StyleableHandlers, AssociatedObjectsAreOptional) {
     EXPECT_EQ(recorder.take(), (StyleCalls{{"minimal", main, 0}, {"minimal", accent, 1}}));
 }
 
-TEST_F(StyleableHandlers, ViewsAndViewControllersRegister) {
-    const auto view = zel::alloc<zel::NSView>();
-    const auto controller = zel::alloc<zel::NSViewController>();
-    EXPECT_TRUE(view->registerStyleableChangeHandler(recorder.handler("view")));
-    EXPECT_TRUE(controller->registerStyleableChangeHandler(recorder.handler("controller")));
-    EXPECT_EQ(recorder.take(), (StyleCalls{{"view", main, 0}, {"controller", main, 0}}));
-}
-
 TEST_F(StyleableHandlers, UnregisteringDropsEveryHandlerOfTheOwnerAndOfNobodyElse) {
     const auto other = makeStyled();
     object->registerStyleableChangeHandler(recorder.handler("first"));
@@ -158,23 +150,6 @@ TEST_F(StyleableHandlers, AnObjectMayUnregisterInItsDestructor) {
     leaving.reset();
     EXPECT_TRUE(answer);
     EXPECT_FALSE(stillThere) << "the handler and what it holds end there";
-}
-
-TEST_F(StyleableHandlers, AnOwnerThatEndsLeavesNothingBehind) {
-    auto ending = makeStyled();
-    auto captured = std::make_shared<int>(1);
-    const std::weak_ptr<int> weakCapture = captured;
-    const std::weak_ptr<zel::NSObject> weakOwner = ending;
-    ending->registerStyleableChangeHandler([captured, this](const auto&, const auto&, auto) {
-        recorder.calls.push_back({"x", nullptr, 0});
-    });
-    captured.reset();
-    recorder.take();
-    ending.reset();
-    EXPECT_TRUE(weakOwner.expired());
-    EXPECT_TRUE(weakCapture.expired());
-    domain->notifyForStyleChangeOf(nullptr, {.force = true});
-    EXPECT_TRUE(recorder.take().empty());
 }
 
 TEST_F(StyleableHandlers, ANilHandlerRaisesAndEveryLockIsFree) {

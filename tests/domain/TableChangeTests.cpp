@@ -48,10 +48,20 @@ protected:
     }
 };
 
-/// What holds for owners with handlers and for handler objects.
-class EitherTableTests : public TableChangeTests, public testing::WithParamInterface<std::string> {
+/// What holds for owners with handlers and for handler objects, whether or not the library knows
+/// their links.
+class EitherTableTests : public TableChangeTests,
+                         public testing::WithParamInterface<std::tuple<std::string, std::string>> {
 protected:
-    const bool areOwners = GetParam() == "Owners";
+    const bool areOwners = std::get<1>(GetParam()) == "Owners";
+
+    EitherTableTests() {
+        if (std::get<0>(GetParam()) == "Known") {
+            for (auto* each : {&before, &actor, &after, &added}) {
+                *each = alloc<Linked>();
+            }
+        }
+    }
 
     void enter(const std::string& name, const std::shared_ptr<NSObject>& listener) {
         areOwners ? listenAs(name, listener) : listenAsObject(name, listener);
@@ -75,8 +85,12 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Of, EitherTableTests, testing::Values("Owners", "Objects"),
-                         [](const auto& each) { return each.param; });
+INSTANTIATE_TEST_SUITE_P(Of, EitherTableTests,
+                         testing::Combine(testing::Values("Known", "Asked"),
+                                          testing::Values("Owners", "Objects")),
+                         [](const auto& each) {
+                             return std::get<0>(each.param) + std::get<1>(each.param);
+                         });
 
 TEST_P(EitherTableTests, AListenerUnregisteredMeanwhileIsNotCalledAnyMore) {
     EXPECT_EQ(forceWith([this] { leave(after); }), (Names{"before", "actor"}));

@@ -203,12 +203,12 @@ TEST_F(StyleInheritanceTests, ParentsMayBeTurnedRoundWhileOthersReadBoth) {
     const Style other = makeEmptyStyle();
     std::atomic<bool> turning{true};
     const auto read = [&] {
-        while (turning) {
+        do {
             for (const auto& style : {child, other}) {
                 style->setValue(NSColor::blackColor(), "sky"); // to be merged anew
                 (void)style->effectiveValues();
             }
-        }
+        } while (turning);
     };
     runAtOnce({[&] {
                    for (int i = 0; i < 12'000; ++i) {

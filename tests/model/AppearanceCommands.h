@@ -19,76 +19,13 @@ void drainOnce(Player<Kit>& p) {
     Kit::drain();
 }
 
-template <class Kit>
-const std::vector<Command<Kit>>& appearanceCommands() {
-    using P = Player<Kit>;
-    using A = Arguments;
-    static const std::vector<Command<Kit>> all = {
-        {"appear", 20,
-         [](P&, const A& a) {
-             static const std::array<std::string, 6> names = {
-                 "NSAppearanceNameAqua",
-                 "NSAppearanceNameDarkAqua",
-                 "NSAppearanceNameVibrantDark",
-                 "NSAppearanceNameAccessibilityHighContrastDarkAqua",
-                 "NSAppearanceNameVibrantLight",
-                 "a name of its own"};
-             Kit::appear(at(names, a[0]));
-         }},
-        {"setAppearanceType", 4,
-         [](P&, const A& a) { Kit::tracker().setCurrentAppearanceType(a[0] % 3); }},
-        {"determine", 4, [](P&, const A&) { Kit::tracker().determineFromSystemAppearance(); }},
-        {"darkAppearanceExists", 2,
-         [](P&, const A& a) { Kit::setDarkAppearanceExists(a[0] % 3 != 0); }},
-        {"drain", 25, [](P& p, const A&) { drainOnce(p); }},
-        {"observeType", 5,
-         [](P& p, const A& a) {
-             const auto thing = at(p.things, a[0]);
-             if (thing.controls && !std::exchange(thing.controls->observesType, true)) {
-                 thing.controls->onType = [&p, number = ++p.made, program = a[1]](bool isPrior) {
-                     p.trace.put(Mark::TypeAnnounced);
-                     p.trace.put(number);
-                     p.trace.put(isPrior);
-                     p.trace.put(Kit::tracker().currentAppearanceType());
-                     p.perform(program);
-                 };
-                 Kit::observeType(thing.object);
-             }
-         }},
-        {"stopObservingType", 2,
-         [](P& p, const A& a) {
-             const auto thing = at(p.things, a[0]);
-             if (thing.controls && std::exchange(thing.controls->observesType, false)) {
-                 Kit::unobserveType(thing.object);
-             }
-         }},
-        {"observePosts", 4,
-         [](P& p, const A& a) {
-             const auto thing = at(p.things, a[0]);
-             if (thing.controls && !std::exchange(thing.controls->observesPosts, true)) {
-                 Kit::observePosts(thing.object, [&p, number = ++p.made, program = a[1]] {
-                     p.trace.put(Mark::Posted);
-                     p.trace.put(number);
-                     p.perform(program);
-                 });
-             }
-         }},
-        {"stopObservingPosts", 2,
-         [](P& p, const A& a) {
-             const auto thing = at(p.things, a[0]);
-             if (thing.controls && std::exchange(thing.controls->observesPosts, false)) {
-                 Kit::unobservePosts(thing.object);
-             }
-         }},
-        {"systemColors", 2, [](P&, const A& a) { Kit::setSystemColors(a[0] % 2 == 0); }},
-    };
-    return all;
+inline auto modeIdentifier(unsigned number) {
+    return oneOf({"always-light", "always-dark", "follow-system", "own", "follow-system", nullptr},
+                 number);
 }
 
-inline std::optional<std::string> modeIdentifier(unsigned number) {
-    static const std::array<std::optional<std::string>, 6> all = {
-        "always-light", "always-dark", "follow-system", "own", "follow-system", std::nullopt};
-    return at(all, number);
+inline auto modeName(unsigned number) {
+    return oneOf({"a", "B", "b", "Light", "c", nullptr}, number);
 }
 
 /// The shared manager, or one of the script's own.
@@ -98,48 +35,89 @@ auto managerOf(Player<Kit>& p, unsigned number) {
 }
 
 template <class Kit>
-const std::vector<Command<Kit>>& managerCommands() {
+std::vector<Command<Kit>> appearanceCommands() {
     using P = Player<Kit>;
     using A = Arguments;
-    static const std::array<std::optional<std::string>, 6> names = {"a",     "B", "b",
-                                                                    "Light", "c", std::nullopt};
-    static const std::vector<Command<Kit>> all = {
-        {"newManager", 4, [](P& p, const A& a) { slot(p.managers, a[0]) = Kit::makeManager(); }},
+    return {
+        {"appear", 20,
+         [](P&, const A& a) {
+             Kit::appear(*oneOf({"NSAppearanceNameAqua", "NSAppearanceNameDarkAqua",
+                                 "NSAppearanceNameVibrantDark",
+                                 "NSAppearanceNameAccessibilityHighContrastDarkAqua",
+                                 "NSAppearanceNameVibrantLight", "a name of its own"},
+                                a[0]));
+         }},
+        {"setAppearanceType", 4,
+         [](P&, const A& a) { Kit::tracker().setCurrentAppearanceType(a[0] % 3); }},
+        {"determine", 4, [](P&, const A&) { Kit::tracker().determineFromSystemAppearance(); }},
+        {"darkAppearanceExists", 2,
+         [](P&, const A& a) { Kit::setDarkAppearanceExists(a[0] % 3 != 0); }},
+        {"drain", 25, [](P& p, const A&) { drainOnce(p); }},
+        on(&P::things, "observeType", 5,
+           [](P& p, auto& thing, const A& a) {
+               if (!std::exchange(thing.controls->observesType, true)) {
+                   thing.controls->onType = [&p, number = ++p.made, program = a[1]](bool isPrior) {
+                       p.note(mark("TYPE"), number, isPrior,
+                              Kit::tracker().currentAppearanceType());
+                       p.perform(program);
+                   };
+                   Kit::observeType(thing.object);
+               }
+           }),
+        on(&P::things, "stopObservingType", 2,
+           [](P&, auto& thing, const A&) {
+               if (std::exchange(thing.controls->observesType, false)) {
+                   Kit::unobserveType(thing.object);
+               }
+           }),
+        on(&P::things, "observePosts", 4,
+           [](P& p, auto& thing, const A& a) {
+               if (!std::exchange(thing.controls->observesPosts, true)) {
+                   Kit::observePosts(thing.object, [&p, number = ++p.made, program = a[1]] {
+                       p.note(mark("POSTED"), number);
+                       p.perform(program);
+                   });
+               }
+           }),
+        on(&P::things, "stopObservingPosts", 2,
+           [](P&, auto& thing, const A&) {
+               if (std::exchange(thing.controls->observesPosts, false)) {
+                   Kit::unobservePosts(thing.object);
+               }
+           }),
+        {"systemColors", 2, [](P&, const A& a) { Kit::setSystemColors(a[0] % 2 == 0); }},
+        {"newManager", 4,
+         [](P& p, const A& a) {
+             auto manager = Kit::template make<typename Kit::Manager>();
+             manager->init();
+             slot(p.managers, a[0]) = std::move(manager);
+         }},
         {"newMode", 8,
          [](P& p, const A& a) {
              slot(p.modes, a[0]) = Kit::template make<typename Kit::Mode>()->initWithIdentifier(
-                 modeIdentifier(a[1]), a[2] % 3 * 10, at(names, a[3]));
+                 modeIdentifier(a[1]), a[2] % 3 * 10, modeName(a[3]));
          }},
-        {"setMode", 3,
-         [](P& p, const A& a) {
-             if (const auto mode = at(p.modes, a[0])) {
-                 mode->setIdentifier(modeIdentifier(a[1]));
-                 mode->setRank(a[2] % 3 * 5);
-                 mode->setName(at(names, a[3]));
-             }
-         }},
+        on(&P::modes, "setMode", 3,
+           [](P&, auto& mode, const A& a) {
+               mode->setIdentifier(modeIdentifier(a[1]));
+               mode->setRank(a[2] % 3 * 5);
+               mode->setName(modeName(a[3]));
+           }),
         {"addMode", 10,
          [](P& p, const A& a) {
              const auto manager = managerOf(p, a[0]);
-             const auto mode = at(p.modes, a[1]);
              if (manager && manager->modes().size() < 12) {
-                 manager->addMode(mode);
+                 manager->addMode(at(p.modes, a[1]));
              }
          }},
         {"removeMode", 6,
          [](P& p, const A& a) {
-             const auto manager = managerOf(p, a[0]);
-             const auto mode = at(p.modes, a[1]);
-             if (manager) {
-                 manager->removeMode(mode);
+             if (const auto manager = managerOf(p, a[0])) {
+                 manager->removeMode(at(p.modes, a[1]));
              }
          }},
-        {"activateMode", 4,
-         [](P& p, const A& a) {
-             if (const auto mode = at(p.modes, a[0])) {
-                 mode->setActive(a[1] % 4 != 0);
-             }
-         }},
+        on(&P::modes, "activateMode", 4,
+           [](P&, auto& mode, const A& a) { mode->setActive(a[1] % 4 != 0); }),
         {"choose", 10,
          [](P& p, const A& a) {
              if (const auto manager = managerOf(p, a[0])) {
@@ -153,12 +131,8 @@ const std::vector<Command<Kit>>& managerCommands() {
              }
          }},
         {"storeNumber", 1, [](P&, const A& a) { Kit::store(a[0]); }},
-        {"dropManager", 1,
-         [](P& p, const A& a) {
-             const auto dropped = std::exchange(slot(p.managers, a[0]), nullptr);
-         }},
+        drop(&P::managers, "dropManager", 1),
     };
-    return all;
 }
 
 } // namespace zeltest

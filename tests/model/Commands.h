@@ -3,6 +3,7 @@
 
 #include "tests/model/Player.h"
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,7 +18,7 @@ template <class Kit>
 struct Command {
     std::string_view name;
     unsigned weight;
-    void (*run)(Player<Kit>& player, const Arguments& arguments);
+    std::function<void(Player<Kit>&, const Arguments&)> run;
 };
 
 template <class Kit>
@@ -36,67 +37,75 @@ auto at(const List& list, unsigned number) {
     return list[number % list.size()];
 }
 
-inline std::optional<std::string> styleIdentifier(unsigned number) {
-    static const std::array<std::optional<std::string>, 6> all = {"main", "accent", "main",
-                                                                  "card", "",       std::nullopt};
-    return at(all, number);
+/// A command for what the slot of the first argument holds; nothing happens where it is empty.
+template <class Kit, class Slots, class Run>
+Command<Kit> on(Slots Player<Kit>::*slots, std::string_view name, unsigned weight, Run run) {
+    return {name, weight, [slots, run](Player<Kit>& p, const Arguments& a) {
+                if (const auto held = at(p.*slots, a[0])) {
+                    run(p, held, a);
+                }
+            }};
 }
 
-inline std::optional<std::string> schemeIdentifier(unsigned number) {
-    static const std::array<std::optional<std::string>, 8> all = {
-        "light", "dark", "default", "dark", "light", "other", std::nullopt, "default"};
-    return at(all, number);
+/// A command that empties the slot of the first argument; what it held may end, and call back, when
+/// the slot is empty already.
+template <class Kit, class Slots>
+Command<Kit> drop(Slots Player<Kit>::*slots, std::string_view name, unsigned weight) {
+    return {name, weight, [slots](Player<Kit>& p, const Arguments& a) {
+                const auto dropped = std::exchange(slot(p.*slots, a[0]), {});
+            }};
 }
 
-inline std::optional<std::string> domainIdentifier(unsigned number) {
-    static const std::array<std::optional<std::string>, 6> all = {"default", "a",          "b",
-                                                                  "default", std::nullopt, "a"};
-    return at(all, number);
+/// A null pointer stands for nil.
+inline std::optional<std::string> oneOf(std::initializer_list<const char*> texts, unsigned number) {
+    const char* const text = texts.begin()[number % texts.size()];
+    return text ? std::optional<std::string>(text) : std::nullopt;
 }
 
-inline std::optional<std::string> attributeKey(unsigned number) {
-    static const std::array<std::optional<std::string>, 9> all = {
-        "labelColor", "mine", "accentColor", "indigoColor", "styleType",
-        "grayColor3", "",     "mine",        std::nullopt};
-    return at(all, number);
+inline auto styleIdentifier(unsigned number) {
+    return oneOf({"main", "accent", "main", "card", "", nullptr}, number);
+}
+
+inline auto schemeIdentifier(unsigned number) {
+    return oneOf({"light", "dark", "default", "dark", "light", "other", nullptr, "default"},
+                 number);
+}
+
+inline auto domainIdentifier(unsigned number) {
+    return oneOf({"default", "a", "b", "default", nullptr, "a"}, number);
+}
+
+inline auto attributeKey(unsigned number) {
+    return oneOf({"labelColor", "mine", "accentColor", "indigoColor", "styleType", "grayColor3", "",
+                  "mine", nullptr},
+                 number);
 }
 
 template <class Kit>
 typename Kit::Color someColor(unsigned number) {
-    switch (number % 6) {
-    case 0:
-        return Kit::gray(0.25, 1);
-    case 1:
-        return Kit::srgb(0.125, 0.9375, 0.5, 0.75);
-    case 2:
-        return Kit::device(0.5, 0.25, 1, 1);
-    case 3:
-        return Kit::cmyk(0.5, 0.25);
-    case 4:
-        return Kit::gray(0.001, 0.5);
-    default:
-        return Kit::srgb(1.25, -0.5, 1, 1);
-    }
+    using Color = typename Kit::Color;
+    static const std::array<Color, 6> all = {Color::colorWithWhite(0.25, 1),
+                                             Color::colorWithSRGBRed(0.125, 0.9375, 0.5, 0.75),
+                                             Color::colorWithDeviceRed(0.5, 0.25, 1, 1),
+                                             Color::colorWithDeviceCyan(0.5, 0.25, 0.5, 0.75, 0.25),
+                                             Color::colorWithWhite(0.001, 0.5),
+                                             Color::colorWithSRGBRed(1.25, -0.5, 1, 1)};
+    return at(all, number);
 }
 
 template <class Kit>
 std::optional<typename Kit::Value> someValue(unsigned number) {
-    switch (number % 12) {
-    case 0:
-        return std::nullopt;
-    case 1:
-        return Kit::null();
-    case 2:
-        return Kit::number(1);
-    case 3:
-        return Kit::number(2);
-    case 4:
-        return Kit::textValue("text");
-    case 5:
-        return std::nullopt;
-    default:
-        return typename Kit::Value(someColor<Kit>(number % 12 - 6));
-    }
+    using Some = std::optional<typename Kit::Value>;
+    static const std::array<Some, 6> all = {
+        Some(), Kit::null(), Kit::number(1), Kit::number(2), Some(std::string("text")), Some()};
+    return number % 12 < 6 ? at(all, number) : Some(someColor<Kit>(number));
+}
+
+/// The object that another one answers is above it; none where it can't be asked.
+template <class Object>
+auto parentOf(const Object& object) {
+    const auto* styleable = object.asZelStyleable();
+    return styleable ? styleable->parentZelStyleable() : nullptr;
 }
 
 } // namespace zeltest

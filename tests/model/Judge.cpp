@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/model/Judge.h"
 
-#include "tests/model/AllCommands.h"
-#include "tests/model/FreeLocks.h"
+#include "tests/model/AppearanceCommands.h"
+#include "tests/model/DomainCommands.h"
 #include "tests/model/LibraryKit.h"
+#include "tests/model/ObjectCommands.h"
 #include "tests/model/PlainKit.h"
+#include "tests/model/PlayerState.h"
+#include "tests/model/StyleCommands.h"
 
 #include <algorithm>
 #include <memory>
@@ -12,30 +15,52 @@
 
 namespace zeltest {
 
-const Vocabulary& vocabulary() {
-    static const auto words = [] {
-        Vocabulary all;
-        for (const auto& each : commands<PlainKit>()) {
-            all.names.push_back(each.name);
-            all.weights.push_back(each.weight);
+template <class Kit>
+const std::vector<Command<Kit>>& commands() {
+    static const auto all = [] {
+        std::vector<Command<Kit>> list;
+        for (const auto& subject : {styleCommands<Kit>(), domainCommands<Kit>(),
+                                    objectCommands<Kit>(), appearanceCommands<Kit>()}) {
+            list.insert(list.end(), subject.begin(), subject.end());
         }
-        return all;
+        return list;
     }();
-    return words;
+    return all;
 }
+
+template const std::vector<Command<PlainKit>>& commands<PlainKit>();
 
 namespace {
 
-std::string word(std::int64_t entry) {
-    static const std::array<const char*, 15> marks = {
-        "step",      "nested",   "result", "RAISED", "HANDLER", "OBJECT", "OBSERVER", "CHANGES",
-        "INHERITED", "PROVIDER", "HOOK",   "TYPE",   "POSTED",  "STATE",  "VALUES"};
-    const auto index = entry - static_cast<std::int64_t>(Mark::Step);
-    return index >= 0 && index < static_cast<std::int64_t>(marks.size())
-               ? std::string("\n    ") + marks[static_cast<std::size_t>(index)]
-               : std::to_string(entry);
+/// Leaves a light system, no domain but "_reset"'s, no mode, nothing to be told, and the two
+/// providers that every process begins with, whatever stands in the registry now.
+template <class Kit>
+void freshen() {
+    const auto shared = Kit::Manager::sharedStyleManager();
+    while (!shared->modes().empty()) {
+        shared->removeMode(shared->modes().front());
+    }
+    Kit::setSystemColors(false);
+    Kit::store(std::nullopt);
+    Kit::setDarkAppearanceExists(true);
+    Kit::Domain::domainForIdentifier("_reset");
+    Kit::appear("NSAppearanceNameAqua");
+    Kit::tracker().determineFromSystemAppearance();
+    Kit::drain();
+    for (const auto& each : Kit::providers()) {
+        Kit::Style::removeDefaultValueProvider(each);
+    }
+    for (auto each = Kit::providers().rbegin(); each != Kit::providers().rend(); ++each) {
+        Kit::Style::addDefaultValueProvider(*each); // "main" goes to the front
+    }
 }
 
+std::string word(std::int64_t entry) {
+    const auto index = static_cast<std::size_t>(entry - firstMark); // wraps
+    return index < marks.size() ? "\n    " + std::string(marks[index]) : std::to_string(entry);
+}
+
+/// Both sides' entries around the first one that isn't the same.
 std::string describe(const Trace& library, const Trace& model) {
     std::ostringstream out;
     const auto parted = std::ranges::mismatch(library.entries, model.entries);
@@ -54,46 +79,52 @@ std::string describe(const Trace& library, const Trace& model) {
     return out.str();
 }
 
-bool hasRaised(const Trace& trace) {
-    return std::ranges::find(trace.entries, static_cast<std::int64_t>(Mark::Raised)) !=
-           trace.entries.end();
-}
-
 } // namespace
 
-Verdict judge(const Script& script, const Judging& judging) {
-    Verdict verdict;
-    auto library = std::make_unique<Player<LibraryKit>>(script, judging.compares);
-    auto model = judging.compares ? std::make_unique<Player<PlainKit>>(script, true) : nullptr;
+void setUp(bool withStyles) {
+    zel::NSUserDefaults::standardUserDefaults().setStore(
+        std::make_shared<zel::NSUserDefaultsInMemory>());
+    zel::NSBundle::setStringTable([](std::string_view key) { return std::string(key); });
+    zel::NSApplication::sharedApplication();
+    LibraryKit::tracker();
+    LibraryKit::providers();
+    if (withStyles) {
+        LibraryKit::Domain::setupStyles();
+        PlainKit::Domain::setupStyles();
+    }
+    freshen<LibraryKit>();
+    freshen<PlainKit>();
+}
+
+Verdict judge(const Script& script, Sides sides) {
+    auto library = std::make_unique<Player<LibraryKit>>(script, sides == Sides::Both);
+    auto model = sides == Sides::Both ? std::make_unique<Player<PlainKit>>(script, true) : nullptr;
     const auto onBothSides = [&](auto play) {
         play(*library);
         if (model) {
             play(*model);
         }
     };
-    for (std::size_t i = 0; i <= script.steps.size() && !verdict.parted; ++i) {
+    for (std::size_t i = 0; i <= script.steps.size(); ++i) {
         onBothSides([&](auto& player) {
             i < script.steps.size() ? player.step(script.steps[i]) : player.putReads();
         });
-        if (model && library->trace.entries != model->trace.entries) {
-            verdict.parted = i;
-            verdict.difference = describe(library->trace, model->trace);
-        } else if (i % judging.lockInterval == 0 && hasRaised(library->trace) &&
-                   !locksAreFree(*library, judging.patience)) {
-            verdict.parted = i;
-            verdict.hasLeftALock = true;
-            verdict.difference = "  library: an exception has left a lock\n";
-            (void)library.release(); // a thread is stuck in it: nothing of it ends any more
-            return verdict;
+        const bool hasLeftALock = LibraryKit::holdsALock();
+        if (hasLeftALock || (model && library->entries != model->entries)) {
+            const std::string step = "after step " + std::to_string(i) + ":\n";
+            const std::string found =
+                hasLeftALock ? "  library: a lock is left\n" : describe(*library, *model);
+            (void)library.release(); // whose end may wait for a lock
+            return {0, step + found};
         }
-        onBothSides([](auto& player) { player.trace.entries.clear(); });
+        onBothSides([](auto& player) { player.entries.clear(); });
     }
-    verdict.played = library->played;
+    const std::uint64_t played = library->played;
     library.reset();
     model.reset();
-    LibraryKit::freshen();
-    PlainKit::freshen();
-    return verdict;
+    freshen<LibraryKit>();
+    freshen<PlainKit>();
+    return {played, {}};
 }
 
 } // namespace zeltest

@@ -3,34 +3,27 @@
 
 #include "tests/model/Script.h"
 
-#include <chrono>
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace zeltest {
 
-const Vocabulary& vocabulary();
+/// Has happen on both sides what happens once in a process. The default domain's styles are left to
+/// the scripts where the first of them is to see that.
+void setUp(bool withStyles);
 
-/// How a script went on both sides.
+/// Who plays. Alone, the library isn't compared with anything, and styles may end at any time.
+enum class Sides { Both, LibraryAlone };
+
+/// How a script went.
 struct Verdict {
-    std::uint64_t played = 0;          // operations, those of callbacks included
-    std::optional<std::size_t> parted; // the step after which the sides differ
-    std::string difference;            // the two sides' entries from there on
-    bool hasLeftALock = false; // the difference; a thread is then stuck, and the process of no use
-};
-
-/// How a script is judged. Locks that an exception has left behind are looked for, which takes a
-/// thread each time, after every so manieth step, if it raised one.
-struct Judging {
-    bool compares; // else the library plays alone, and styles may end at any time
-    std::size_t lockInterval = 1;
-    std::chrono::duration<double> patience; // until a lock that isn't free is one that was left
+    std::uint64_t played = 0; // operations, those of callbacks included
+    std::string difference;   // empty where there is none; else the process is of no more use
 };
 
 /// Plays a script on the library and on the model, step by step, and compares after each what can
 /// be observed without changing it; what reading changes, where the script reads, and at its end.
-Verdict judge(const Script& script, const Judging& judging);
+/// After each step the library has to have released every lock.
+Verdict judge(const Script& script, Sides sides);
 
 } // namespace zeltest

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/locks/PrivateLock.h"
 #include "style/StylingLock.h"
 #include "tests/support/Providers.h"
-#include "tests/support/Styling.h"
 
 #include <ZelStyleKit/ZelExceptions.h>
 #include <ZelStyleKit/ZelStyleKit.h>
 
 #include <array>
-#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -21,7 +20,7 @@ enum class Mistake {
     None,
     ForgottenDrain, ///< tasks on the main queue aren't run
     LockKept,       ///< after an exception
-    Crash,          ///< when a colour's effect is asked for
+    Crash,          ///< when somebody observes the system's appearance
 };
 
 /// The library as the player uses it.
@@ -37,7 +36,6 @@ struct LibraryKit {
     using Mode = zel::ZelStyleManagerMode;
     using View = zel::NSView;
     using Controller = zel::NSViewController;
-    using Delivery = zel::ZelStyleDelivery;
     using Event = zel::ZelStyleChangeEvent;
     using Value = zel::ZelAttributeValue;
     using Color = zel::NSColor;
@@ -65,11 +63,6 @@ struct LibraryKit {
     static std::shared_ptr<T> make() {
         return zel::alloc<T>();
     }
-    static std::shared_ptr<Manager> makeManager() {
-        auto manager = zel::alloc<Manager>();
-        manager->init();
-        return manager;
-    }
     static std::uint64_t serial(const std::shared_ptr<Style>& style) {
         return zel::ZelStyleToken(style).serial();
     }
@@ -77,28 +70,10 @@ struct LibraryKit {
     static void setLast(Object& object, const std::shared_ptr<Style>& style) {
         object.setLastZelStyle(style);
     }
-    static bool isStyleable(const Object& object) { return object.asZelStyleable() != nullptr; }
-    static std::shared_ptr<Object> parentOf(const Object& object) {
-        const auto* styleable = object.asZelStyleable();
-        return styleable ? styleable->parentZelStyleable() : nullptr;
-    }
-    static zel::NSColor gray(double level, double alpha) {
-        return Color::colorWithWhite(level, alpha);
-    }
-    static zel::NSColor srgb(double red, double green, double blue, double alpha) {
-        return Color::colorWithSRGBRed(red, green, blue, alpha);
-    }
-    static zel::NSColor device(double red, double green, double blue, double alpha) {
-        return Color::colorWithDeviceRed(red, green, blue, alpha);
-    }
-    static zel::NSColor cmyk(double cyan, double alpha) {
-        return Color::colorWithDeviceCyan(cyan, 0.25, 0.5, 0.75, alpha);
-    }
     static Value null() { return zel::NSNull(); }
     static Value number(std::uint64_t value) {
         return zel::NSNumber::numberWithUnsignedLong(value);
     }
-    static Value textValue(const std::string& value) { return Value(value); }
 
     static std::array<double, 6> parts(const Color& color) {
         const auto& c = color.components();
@@ -114,22 +89,6 @@ struct LibraryKit {
         return value.number() ? std::optional(value.number()->unsignedLongValue()) : std::nullopt;
     }
     static const std::string* text(const Value& value) { return value.as<std::string>(); }
-    static Color effect(const Color& color, unsigned effect, bool dark) {
-        if (mistake == Mistake::Crash) {
-            std::abort();
-        }
-        return color.colorWithZelStyleEffect(effect, dark);
-    }
-    static std::optional<Color> modifiable(const Color& color) { return color.modifiableColor(); }
-    static const zel::ZelAttributeDictionary&
-    entries(const std::shared_ptr<const zel::ZelAttributeDictionary>& values) {
-        return *values;
-    }
-    static std::optional<Color> labelColor(Style& style) { return style.labelColor(); }
-    static int type(Style& style) {
-        return (style.isDarkStyle() ? 2 : 0) + (style.isLightStyle() ? 1 : 0) +
-               (style.isCustomStyle() ? 0 : 4);
-    }
 
     static void appear(std::string_view name) {
         zel::NSApplication::sharedApplication()->setEffectiveAppearance(
@@ -139,6 +98,9 @@ struct LibraryKit {
         return *zel::ZelStyleSystemAppearance::sharedSystemAppearance();
     }
     static void observeType(const std::shared_ptr<Object>& observer) {
+        if (mistake == Mistake::Crash) {
+            std::abort();
+        }
         tracker().addObserver(observer, "currentAppearanceType",
                               zel::NSKeyValueObservingOptions::Prior, nullptr);
     }
@@ -184,9 +146,9 @@ struct LibraryKit {
     static void setSystemColors(bool some) {
         zel::NSSystemColors colors;
         if (some) {
-            colors.blue = srgb(0.125, 0.25, 0.875, 1);
-            colors.pink = gray(0.625, 0.75);
-            colors.windowBackground = srgb(0.75, 0.5, 0.25, 1);
+            colors.blue = Color::colorWithSRGBRed(0.125, 0.25, 0.875, 1);
+            colors.pink = Color::colorWithWhite(0.625, 0.75);
+            colors.windowBackground = Color::colorWithSRGBRed(0.75, 0.5, 0.25, 1);
         }
         zel::NSSystemColors::setSystemColors(colors);
     }
@@ -195,11 +157,15 @@ struct LibraryKit {
         return found;
     }
 
-    /// Brings the process back to where every script begins.
-    static void freshen();
-    /// Has happen what happens once in a process; the default domain's styles are left to the
-    /// script where it is to see that.
-    static void setUp(bool withStyles);
+    /// Whether this thread has left a lock. All of the library's are of these two kinds; how many
+    /// of the second one are held is counted in builds for debugging alone.
+    static bool holdsALock() {
+        bool holds = zel::StylingLock::isHeld();
+#ifndef NDEBUG
+        holds = holds || zel::heldPrivateLocks > 0;
+#endif
+        return holds;
+    }
 };
 
 } // namespace zeltest

@@ -5,30 +5,26 @@
 
 namespace zeltest {
 
+template <class Kit, class Made>
+typename Player<Kit>::Thing makeThingOf() {
+    const auto made = Kit::template make<Made>();
+    return {made, made.get(), std::dynamic_pointer_cast<typename Kit::View>(made),
+            std::dynamic_pointer_cast<typename Kit::Controller>(made)};
+}
+
 template <class Kit>
 typename Player<Kit>::Thing makeThing(unsigned kind) {
-    typename Player<Kit>::Thing thing;
-    const auto keep = [&](auto made) {
-        thing.controls = made.get();
-        thing.object = std::move(made);
-    };
     switch (kind % 6) {
     case 0:
-        keep(Kit::template make<Listening<Kit, typename Kit::Object>>());
-        break;
+        return makeThingOf<Kit, Listening<Kit, typename Kit::Object>>();
     case 1:
-        keep(Kit::template make<Listening<Kit, typename Kit::Controller>>());
-        break;
+        return makeThingOf<Kit, Listening<Kit, typename Kit::Controller>>();
     case 2:
     case 3:
-        keep(Kit::template make<Listening<Kit, typename Kit::View>>());
-        break;
+        return makeThingOf<Kit, Listening<Kit, typename Kit::View>>();
     default:
-        keep(Kit::template make<Answering<Kit>>());
+        return makeThingOf<Kit, Answering<Kit>>();
     }
-    thing.view = std::dynamic_pointer_cast<typename Kit::View>(thing.object);
-    thing.controller = std::dynamic_pointer_cast<typename Kit::Controller>(thing.object);
-    return thing;
 }
 
 /// Puts an object below another, or nowhere. One that the player answers for never gets below
@@ -47,7 +43,7 @@ void moveBelow(Player<Kit>& p, unsigned moved, unsigned below) {
     } else if (child.controls) {
         auto each = parent.object;
         while (each && each != child.object) {
-            each = Kit::parentOf(*each);
+            each = parentOf(*each);
         }
         if (!each) {
             child.controls->parent = parent.object;
@@ -63,10 +59,7 @@ void equip(Player<Kit>& p, typename Player<Kit>::Thing& thing, const Arguments& 
     thing.controls->domainIdentifier = domainIdentifier(a[3]);
     thing.controls->onStyle = [&p, number, program = a[2]](const auto& style, std::uint64_t event) {
         p.keepStyles();
-        p.trace.put(Mark::ObjectCalled);
-        p.trace.put(number);
-        p.put(style);
-        p.trace.put(event);
+        p.note(mark("OBJECT"), number, style, event);
         p.perform(program);
     };
 }
@@ -92,10 +85,7 @@ void joinCrowd(Player<Kit>& p, typename Kit::Domain& domain, unsigned i, const A
         domain.registerChangeHandler(
             [&p, number = ++p.made](const auto& owner, const auto& style, auto event) {
                 p.keepStyles();
-                p.put(Mark::HandlerCalled, owner);
-                p.trace.put(number);
-                p.put(style);
-                p.trace.put(static_cast<std::uint64_t>(event));
+                p.note(mark("HANDLER"), owner, number, style, static_cast<std::uint64_t>(event));
             },
             thing.object);
     }
@@ -125,68 +115,50 @@ void thinCrowd(Player<Kit>& p, const Arguments& a) {
 }
 
 template <class Kit>
-const std::vector<Command<Kit>>& objectCommands() {
+std::vector<Command<Kit>> objectCommands() {
     using P = Player<Kit>;
     using A = Arguments;
-    static const std::vector<Command<Kit>> all = {
+    return {
         {"newObject", 40,
          [](P& p, const A& a) {
              auto thing = makeThing<Kit>(a[1]);
              equip(p, thing, a);
              slot(p.things, a[0]) = std::move(thing);
          }},
-        {"dropObject", 10,
-         [](P& p, const A& a) {
-             const auto dropped =
-                 std::exchange(slot(p.things, a[0]), typename Player<Kit>::Thing());
-         }},
+        drop(&P::things, "dropObject", 10),
         {"gatherCrowd", 2, [](P& p, const A& a) { gatherCrowd(p, a); }},
         {"thinCrowd", 2, [](P& p, const A& a) { thinCrowd(p, a); }},
         {"moveBelow", 30, [](P& p, const A& a) { moveBelow(p, a[0], a[1]); }},
-        {"associate", 10,
-         [](P& p, const A& a) {
-             if (auto* const controls = at(p.things, a[0]).controls) {
-                 using Few = std::vector<std::weak_ptr<typename Kit::Object>>;
-                 controls->associated =
-                     a[3] % 4 == 0 ? std::optional<Few>()
-                                   : Few{at(p.things, a[1]).object, at(p.things, a[2]).object};
-             }
-         }},
-        {"setDomainIdentifier", 8,
-         [](P& p, const A& a) {
-             if (auto* const controls = at(p.things, a[0]).controls) {
-                 controls->domainIdentifier = domainIdentifier(a[1]);
-             }
-         }},
-        {"setCustomStyle", 30,
-         [](P& p, const A& a) {
-             if (const auto object = at(p.things, a[0]).object) {
-                 object->setCustomZelStyleIdentifier(styleIdentifier(a[1]));
-             }
-         }},
-        {"setCustomScheme", 30,
-         [](P& p, const A& a) {
-             if (const auto object = at(p.things, a[0]).object) {
-                 object->setCustomZelStyleSchemeIdentifier(schemeIdentifier(a[1]));
-             }
-         }},
-        {"setLastStyle", 4,
-         [](P& p, const A& a) {
-             if (const auto object = at(p.things, a[0]).object) {
-                 Kit::setLast(*object, at(p.styles, a[1]));
-             }
-         }},
+        on(&P::things, "associate", 10,
+           [](P& p, auto& thing, const A& a) {
+               using Few = std::vector<std::weak_ptr<typename Kit::Object>>;
+               thing.controls->associated =
+                   a[3] % 4 == 0 ? std::optional<Few>()
+                                 : Few{at(p.things, a[1]).object, at(p.things, a[2]).object};
+           }),
+        on(&P::things, "setDomainIdentifier", 8,
+           [](P&, auto& thing, const A& a) {
+               thing.controls->domainIdentifier = domainIdentifier(a[1]);
+           }),
+        on(&P::things, "setCustomStyle", 30,
+           [](P&, auto& thing, const A& a) {
+               thing.object->setCustomZelStyleIdentifier(styleIdentifier(a[1]));
+           }),
+        on(&P::things, "setCustomScheme", 30,
+           [](P&, auto& thing, const A& a) {
+               thing.object->setCustomZelStyleSchemeIdentifier(schemeIdentifier(a[1]));
+           }),
+        on(&P::things, "setLastStyle", 4,
+           [](P& p, auto& thing, const A& a) { Kit::setLast(*thing.object, at(p.styles, a[1])); }),
         {"raise", 8, [](P&, const A& a) { throw Raised(a[0]); }},
         {"look", 12, [](P& p, const A&) { p.putReads(); }},
         {"effect", 6,
          [](P& p, const A& a) {
-             const auto color = Kit::effect(someColor<Kit>(a[0]), a[1] % 7, a[2] % 2 == 0);
-             p.put(color);
-             const auto modifiable = Kit::modifiable(someColor<Kit>(a[0]));
-             p.put(modifiable ? std::optional<typename Kit::Value>(*modifiable) : std::nullopt);
+             const auto color = someColor<Kit>(a[0]);
+             p.note(color.colorWithZelStyleEffect(a[1] % 7, a[2] % 2 == 0),
+                    color.modifiableColor());
          }},
     };
-    return all;
 }
 
 } // namespace zeltest

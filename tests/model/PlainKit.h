@@ -16,7 +16,6 @@ struct PlainKit {
     using Mode = plain::Mode;
     using View = plain::View;
     using Controller = plain::Controller;
-    using Delivery = plain::Delivery;
     using Event = std::uint64_t;
     using Value = plain::Value;
     using Color = plain::Color;
@@ -34,7 +33,6 @@ struct PlainKit {
     static std::shared_ptr<T> make() {
         return std::make_shared<T>();
     }
-    static std::shared_ptr<Manager> makeManager() { return std::make_shared<Manager>(); }
     static std::uint64_t serial(const std::shared_ptr<Style>& style) {
         return plain::serialOf(style);
     }
@@ -42,23 +40,8 @@ struct PlainKit {
     static void setLast(Object& object, const std::shared_ptr<Style>& style) {
         object.last = plain::serialOf(style);
     }
-    static bool isStyleable(const Object& object) { return object.isStyleable(); }
-    static std::shared_ptr<Object> parentOf(const Object& object) {
-        return object.isStyleable() ? object.parentZelStyleable() : nullptr;
-    }
-    static Color gray(double level, double alpha) { return plain::white(level, alpha); }
-    static Color srgb(double red, double green, double blue, double alpha) {
-        return plain::srgb(red, green, blue, alpha);
-    }
-    static Color device(double red, double green, double blue, double alpha) {
-        return {Color::Device, {red, green, blue, alpha}};
-    }
-    static Color cmyk(double cyan, double alpha) {
-        return {Color::CMYK, {cyan, 0.25, 0.5, 0.75, alpha}};
-    }
     static Value null() { return std::monostate(); }
     static Value number(std::uint64_t value) { return value; }
-    static Value textValue(const std::string& value) { return value; }
 
     static std::array<double, 6> parts(const Color& color) {
         const auto& p = color.parts;
@@ -70,16 +53,6 @@ struct PlainKit {
         return number ? std::optional(*number) : std::nullopt;
     }
     static const std::string* text(const Value& value) { return std::get_if<std::string>(&value); }
-    static Color effect(const Color& color, unsigned effect, bool dark) {
-        return plain::withEffect(color, effect, dark);
-    }
-    static std::optional<Color> modifiable(const Color& color) { return plain::modifiable(color); }
-    static const plain::Values& entries(const plain::Values& values) { return values; }
-    static std::optional<Color> labelColor(Style& style) { return style.color("labelColor"); }
-    static int type(Style& style) {
-        const auto type = style.type();
-        return type == 2 ? 2 + 4 : type == 1 ? 1 + 4 : type == 0 ? 0 : 4;
-    }
 
     static void appear(const std::string& name) { plain::setEffectiveAppearance(name); }
     static plain::Tracker& tracker() { return plain::tracker(); }
@@ -90,8 +63,7 @@ struct PlainKit {
         tracker().removeObserver(observer);
     }
     static void observePosts(const std::shared_ptr<Object>& observer, std::function<void()> told) {
-        plain::world().center.push_back(std::make_shared<plain::CenterObserver>(
-            plain::CenterObserver{observer, observer.get(), std::move(told)}));
+        plain::startObserving(observer, observer.get(), std::move(told));
     }
     static void unobservePosts(const std::shared_ptr<Object>& observer) {
         plain::stopObserving(observer.get());
@@ -113,14 +85,22 @@ struct PlainKit {
     static void setSystemColors(bool some) {
         plain::world().systemColors.clear();
         if (some) {
-            plain::world().systemColors = {{"blue", srgb(0.125, 0.25, 0.875, 1)},
-                                           {"pink", gray(0.625, 0.75)},
-                                           {"windowBackground", srgb(0.75, 0.5, 0.25, 1)}};
+            plain::world().systemColors = {
+                {"blue", Color::colorWithSRGBRed(0.125, 0.25, 0.875, 1)},
+                {"pink", Color::colorWithWhite(0.625, 0.75)},
+                {"windowBackground", Color::colorWithSRGBRed(0.75, 0.5, 0.25, 1)}};
         }
     }
-    static const std::vector<std::shared_ptr<Provider>>& providers();
-    static void freshen();
-    static void setUp(bool withStyles);
+    static const std::vector<std::shared_ptr<Provider>>& providers() {
+        static const std::vector<std::shared_ptr<Provider>> both = {
+            Provider::providerWithIdentifier(
+                "main", std::vector<std::string>{"base"},
+                [](const auto& style, const auto& scheme) { plain::provideMain(*style, scheme); }),
+            Provider::providerWithIdentifier(
+                "base", std::nullopt,
+                [](const auto& style, const auto& scheme) { plain::provideBase(*style, scheme); })};
+        return both;
+    }
 };
 
 } // namespace zeltest

@@ -72,13 +72,12 @@ class Answering : public Listening<Kit, typename Kit::Styleable> {
 
 /// Plays a script on one side and writes down what can be observed.
 template <class Kit>
-class Player {
+class Player : public Trace {
 public:
     template <class T>
     using Ref = std::shared_ptr<T>;
     using Object = typename Kit::Object;
     using Style = typename Kit::Style;
-    using Id = std::optional<std::string>;
 
     /// An object and what it is besides.
     struct Thing {
@@ -86,6 +85,7 @@ public:
         Controls<Kit>* controls = nullptr;
         Ref<typename Kit::View> view;
         Ref<typename Kit::Controller> controller;
+        explicit operator bool() const { return object != nullptr; }
     };
 
     /// `keeps` whether styles are kept for the time of a step, see `keepStyles`.
@@ -94,7 +94,6 @@ public:
     Player& operator=(const Player&) = delete;
     ~Player() { finish(); }
 
-    Trace trace;
     std::uint64_t played = 0; // operations, those of callbacks included
     std::array<Ref<Style>, 6> styles;
     std::array<Thing, 7> things;
@@ -117,9 +116,17 @@ public:
     /// Lets everything go, silently.
     void finish();
 
-    void put(Mark mark, const Ref<Object>& owner);
+    /// Writes down one after the other.
+    template <class... Seen>
+    void note(const Seen&... seen) {
+        (put(seen), ...);
+    }
+    using Trace::put;
+    /// Whom a callback is for: an object that the player made, by its number, or a style.
+    void put(const Ref<Object>& owner);
     void put(const Ref<Style>& style);
     void put(const typename Kit::Color& color);
+    void put(const std::optional<typename Kit::Color>& color);
     void put(const std::optional<typename Kit::Value>& value);
     void putState();
     /// Everything that looking at changes, too.
@@ -127,8 +134,7 @@ public:
 
 private:
     void attempt(const Operation& operation);
-    void putStyle(Style& style);
-    void putScheme(const Ref<typename Kit::Scheme>& scheme);
+    void putModes(const typename Kit::Manager& manager);
 
     const Script& script_;
     const bool mayKeep_;

@@ -9,10 +9,9 @@
 namespace zeltest {
 
 template <class Kit>
-void Player<Kit>::put(Mark mark, const Ref<Object>& owner) {
-    trace.put(mark);
+void Player<Kit>::put(const Ref<Object>& owner) {
     if (const auto* controls = dynamic_cast<const Controls<Kit>*>(owner.get())) {
-        trace.put(controls->number);
+        put(controls->number);
     } else {
         put(std::dynamic_pointer_cast<Style>(owner));
     }
@@ -21,7 +20,7 @@ void Player<Kit>::put(Mark mark, const Ref<Object>& owner) {
 template <class Kit>
 void Player<Kit>::put(const Ref<Style>& style) {
     const auto serial = Kit::serial(style);
-    trace.style(serial);
+    putStyle(serial);
     if (style && seenSerials_.insert(serial).second) {
         seen_.emplace_back(style);
         if (keeps_) {
@@ -49,116 +48,101 @@ void Player<Kit>::put(const typename Kit::Color& color) {
     for (const double part : Kit::parts(color)) {
         sum = sum * 1099511628211U + static_cast<std::uint64_t>(std::llround(part * 1e9));
     }
-    trace.put(sum);
+    put(sum);
+}
+
+template <class Kit>
+void Player<Kit>::put(const std::optional<typename Kit::Color>& color) {
+    color ? put(*color) : put(std::int64_t{-1});
 }
 
 template <class Kit>
 void Player<Kit>::put(const std::optional<typename Kit::Value>& value) {
     if (!value) {
-        trace.put(std::int64_t{-1});
+        put(std::int64_t{-1});
     } else if (const auto* color = Kit::color(*value)) {
         put(*color);
     } else if (const auto number = Kit::number(*value)) {
-        trace.put(std::uint64_t{1000} + *number);
+        put(std::uint64_t{1000} + *number);
     } else if (const auto* text = Kit::text(*value)) {
-        trace.put(std::optional(*text));
+        put(std::optional(*text));
     } else {
-        trace.put(std::int64_t{-2});
+        put(std::int64_t{-2});
     }
 }
 
 template <class Kit>
-void Player<Kit>::putStyle(Style& style) {
-    trace.put(style.seed());
-    trace.put(style.identifier());
-    put(style.parentStyle());
-    trace.object(style.scheme());
-    trace.object(style.domain());
-    for (const char* key :
-         {"styleType", "labelColor", "mine", "accentColor", "indigoColor", "grayColor3", ""}) {
-        put(style.valueForAttribute(key));
+void Player<Kit>::putModes(const typename Kit::Manager& manager) {
+    for (const auto& mode : manager.modes()) {
+        note(mode, mode->manager(), mode->identifier(), mode->name(), mode->rank(), mode->active());
     }
-}
-
-template <class Kit>
-void Player<Kit>::putScheme(const Ref<typename Kit::Scheme>& scheme) {
-    trace.object(scheme);
-    if (scheme) {
-        trace.put(scheme->identifier());
-        trace.object(scheme->domain());
-        for (const auto& [identifier, style] : scheme->stylesByIdentifier()) {
-            trace.put(std::optional(identifier));
-            put(style);
-        }
-    }
+    put(Kit::chosen(manager));
 }
 
 template <class Kit>
 void Player<Kit>::putState() {
-    trace.put(Mark::State);
+    put(mark("STATE"));
     for (const auto& each : styles) {
         put(each);
         if (each) {
-            putStyle(*each);
+            note(each->seed(), each->identifier(), each->parentStyle(), each->scheme(),
+                 each->domain());
+            for (const char* key : {"styleType", "labelColor", "mine", "accentColor", "indigoColor",
+                                    "grayColor3", ""}) {
+                put(each->valueForAttribute(key));
+            }
         }
     }
     for (const Thing& each : things) {
-        trace.object(each.object);
-        if (each.object) {
-            trace.style(Kit::last(*each.object));
-            trace.put(each.object->customZelStyleIdentifier());
-            trace.put(each.object->customZelStyleSchemeIdentifier());
-            trace.object(Kit::parentOf(*each.object));
+        putLife(each.object);
+        if (each) {
+            putStyle(Kit::last(*each.object));
+            note(each.object->customZelStyleIdentifier(),
+                 each.object->customZelStyleSchemeIdentifier());
+            putLife(parentOf(*each.object));
         }
     }
     for (const Thing& each : crowd) {
-        trace.style(Kit::last(*each.object));
+        putStyle(Kit::last(*each.object));
     }
     for (const auto& each : schemes) {
-        putScheme(each);
+        put(each);
+        if (each) {
+            note(each->identifier(), each->domain());
+            for (const auto& [identifier, style] : each->stylesByIdentifier()) {
+                note(std::optional(identifier), style);
+            }
+        }
     }
     for (const auto& each : domains) {
-        trace.object(each);
+        put(each);
         if (each) {
-            trace.put(each->domainIdentifier());
-            trace.object(each->currentScheme());
-            trace.put(each->schemeFollowsSystem());
+            note(each->domainIdentifier(), each->currentScheme(), each->schemeFollowsSystem());
         }
     }
-    const auto putModes = [&](const auto& manager) {
-        for (const auto& mode : manager->modes()) {
-            trace.object(mode);
-            trace.object(mode->manager());
-            trace.put(mode->identifier());
-            trace.put(mode->name());
-            trace.put(static_cast<std::uint64_t>(mode->rank()));
-            trace.put(mode->active());
-        }
-        trace.put(Kit::chosen(*manager));
-    };
     for (const auto& each : managers) {
         if (each) {
-            putModes(each);
+            putModes(*each);
         }
     }
-    putModes(Kit::Manager::sharedStyleManager());
-    trace.put(Kit::tracker().currentAppearanceType());
-    trace.lives();
+    putModes(*Kit::Manager::sharedStyleManager());
+    put(Kit::tracker().currentAppearanceType());
+    putLives();
     std::uint64_t living = 0; // styles; wraps
     for (std::size_t i = 0; i < seen_.size(); ++i) {
         living = seen_[i].expired() ? living : living * 31 + i + 1;
     }
-    trace.put(living);
+    put(living);
 }
 
 template <class Kit>
 void Player<Kit>::putReads() {
     for (const auto& each : styles) {
         if (each) {
-            trace.put(Mark::Values);
-            for (const auto& [key, value] : Kit::entries(each->effectiveValues())) {
-                trace.put(std::optional<std::string>(key));
-                put(std::optional<typename Kit::Value>(value));
+            put(mark("VALUES"));
+            const auto values = each->effectiveValues();
+            for (const auto& [key, value] : *values) {
+                note(std::optional<std::string>(key), std::optional<typename Kit::Value>(value));
             }
         }
     }
@@ -166,7 +150,7 @@ void Player<Kit>::putReads() {
         if (each) {
             put(each->mainStyle());
             for (const Thing& thing : things) {
-                if (thing.object && Kit::isStyleable(*thing.object)) {
+                if (thing && thing.object->asZelStyleable()) {
                     put(each->styleFor(thing.object));
                 }
             }
@@ -181,17 +165,13 @@ void Player<Kit>::attempt(const Operation& operation) {
         commands<Kit>()[operation.command].run(*this, operation.arguments);
     } catch (const Raised& raised) {
         Kit::noteRaise();
-        trace.put(Mark::Raised);
-        trace.put(std::uint64_t{raised.number});
+        note(mark("RAISED"), std::uint64_t{raised.number});
     } catch (const typename Kit::InvalidArgument&) {
-        trace.put(Mark::Raised);
-        trace.put(std::int64_t{-1});
+        note(mark("RAISED"), std::int64_t{-1});
     } catch (const typename Kit::EnumerationMutation&) {
-        trace.put(Mark::Raised);
-        trace.put(std::int64_t{-2});
+        note(mark("RAISED"), std::int64_t{-2});
     } catch (const std::invalid_argument&) {
-        trace.put(Mark::Raised);
-        trace.put(std::int64_t{-3});
+        note(mark("RAISED"), std::int64_t{-3});
     }
 }
 
@@ -199,7 +179,7 @@ template <class Kit>
 void Player<Kit>::step(const Operation& operation) {
     constexpr unsigned operationsOfCallbacks = 16;
     left_ = operationsOfCallbacks;
-    trace.put(Mark::Step);
+    put(mark("step"));
     attempt(operation);
     keeps_ = false;
     std::exchange(kept_, {}).clear(); // ends may call back
@@ -224,7 +204,7 @@ void Player<Kit>::perform(unsigned program) {
             return;
         }
         --left_;
-        trace.put(Mark::Nested);
+        put(mark("nested"));
         if (goesOn) {
             attempt(each);
         } else {

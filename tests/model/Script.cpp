@@ -1,117 +1,104 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/model/Script.h"
 
+#include "tests/model/Commands.h"
+#include "tests/model/PlainKit.h"
+
 #include <algorithm>
-#include <istream>
-#include <numeric>
 #include <ostream>
-#include <random>
-#include <sstream>
-#include <stdexcept>
 #include <utility>
 
 namespace zeltest {
 
 namespace {
 
-std::size_t commandNamed(std::string_view name, const Vocabulary& vocabulary) {
-    const auto found = std::ranges::find(vocabulary.names, name);
-    if (found == vocabulary.names.end()) {
-        throw std::runtime_error("no operation of this name: " + std::string(name));
-    }
-    return static_cast<std::size_t>(found - vocabulary.names.begin());
-}
+/// Something of everything, so that what follows finds something to work on.
+constexpr std::pair<std::string_view, unsigned> furniture[] = {
+    {"takeDomain", 3},     {"takeScheme", 4}, {"newRoot", 2},   {"newChild", 2},
+    {"addStyle", 4},       {"newObject", 7},  {"moveBelow", 4}, {"register", 6},
+    {"registerObject", 3}, {"observe", 2},    {"newMode", 2}};
 
-class Drawing {
+class Reading {
 public:
-    Drawing(std::uint64_t seed, const Vocabulary& vocabulary)
-        : random_(seed), vocabulary_(vocabulary),
-          total_(std::accumulate(vocabulary.weights.begin(), vocabulary.weights.end(), 0U)) {}
+    explicit Reading(std::string_view bytes) : rest_(bytes) {
+        for (const auto& each : commands_) {
+            totalWeight_ += each.weight;
+        }
+    }
 
-    unsigned below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
+    [[nodiscard]] bool isAtEnd() const { return rest_.empty(); }
+
+    unsigned byte() {
+        if (rest_.empty()) {
+            return 0;
+        }
+        const auto read = static_cast<unsigned char>(rest_.front());
+        rest_.remove_prefix(1);
+        return read;
+    }
+
+    /// Two bytes draw which one by the weights, since one has fewer values than the weights' sum.
+    Operation operation() {
+        const unsigned high = byte();
+        unsigned at = (high * 256 + byte()) % totalWeight_;
+        std::size_t command = 0;
+        while (at >= commands_[command].weight) {
+            at -= commands_[command++].weight;
+        }
+        return {command, {argument(), argument(), argument(), argument()}};
+    }
 
     /// One by name, its first argument given.
     Operation operation(std::string_view name, unsigned first) {
-        Operation drawn = operation();
-        drawn.command = commandNamed(name, vocabulary_);
-        drawn.arguments[0] = first;
-        return drawn;
-    }
-
-    Operation operation() {
-        Operation drawn;
-        unsigned at = below(total_);
-        while (at >= vocabulary_.weights[drawn.command]) {
-            at -= vocabulary_.weights[drawn.command++];
-        }
-        for (unsigned& argument : drawn.arguments) {
-            argument = below(24);
-        }
-        return drawn;
+        const auto found = std::ranges::find(commands_, name, &Command<PlainKit>::name);
+        return {static_cast<std::size_t>(found - commands_.begin()),
+                {first, argument(), argument(), argument()}};
     }
 
 private:
-    std::mt19937_64 random_;
-    const Vocabulary& vocabulary_;
-    const unsigned total_;
+    unsigned argument() { return byte() % 24; }
+
+    const std::vector<Command<PlainKit>>& commands_ = commands<PlainKit>();
+    std::string_view rest_;
+    unsigned totalWeight_ = 0;
 };
-
-/// Something of everything, so that what follows finds something to work on.
-void furnish(Script& script, Drawing& drawing) {
-    const auto each = [&](std::string_view name, unsigned count) {
-        for (unsigned i = 0; i < count; ++i) {
-            script.steps.push_back(drawing.operation(name, i));
-        }
-    };
-    each("takeDomain", 3);
-    each("takeScheme", 4);
-    each("newRoot", 2);
-    each("newChild", 2);
-    each("addStyle", 4);
-    each("newObject", 7);
-    each("moveBelow", 4);
-    each("register", 6);
-    each("registerObject", 3);
-    each("observe", 2);
-    each("newMode", 2);
-}
-
-/// Merged values and what applies to an object are computed when they are read: most scripts read
-/// them now and then, so that they are found in all states, and some after each step.
-void lookAfterEachStep(Script& script, Drawing& drawing) {
-    std::vector<Operation> steps;
-    for (const Operation& each : script.steps) {
-        steps.push_back(each);
-        steps.push_back(drawing.operation("look", 0));
-    }
-    script.steps = std::move(steps);
-}
 
 } // namespace
 
-Script drawScript(std::uint64_t seed, std::size_t steps, const Vocabulary& vocabulary) {
-    Drawing drawing(seed, vocabulary);
+Script scriptOf(std::string_view bytes) {
+    Reading reading(bytes);
     Script script;
-    furnish(script, drawing);
-    while (script.steps.size() < steps) {
-        script.steps.push_back(drawing.operation());
-    }
+    const unsigned character = reading.byte();
+    // Merged values and what applies to an object are computed when they are read: most scripts
+    // read them now and then, so that they are found in all states, and some after each step.
+    const bool looks = character % 4 == 3;
     // Some scripts have quiet callbacks, so that what they reach isn't always shaken up.
-    const unsigned most = drawing.below(4) * 2 + 1;
+    const unsigned mostOfAProgram = character / 4 % 4 * 2 + 1;
     for (auto& program : script.programs) {
-        for (unsigned count = drawing.below(most); count > 0; --count) {
-            program.push_back(drawing.operation());
+        for (unsigned count = reading.byte() % mostOfAProgram; count > 0; --count) {
+            program.push_back(reading.operation());
         }
     }
-    if (drawing.below(4) == 0) {
-        lookAfterEachStep(script, drawing);
+    const auto add = [&](const Operation& step) {
+        script.steps.push_back(step);
+        if (looks) {
+            script.steps.push_back(Reading({}).operation("look", 0));
+        }
+    };
+    for (const auto& [name, count] : furniture) {
+        for (unsigned i = 0; i < count; ++i) {
+            add(reading.operation(name, i));
+        }
+    }
+    while (!reading.isAtEnd()) {
+        add(reading.operation());
     }
     return script;
 }
 
-void print(std::ostream& out, const Script& script, const Vocabulary& vocabulary) {
-    const auto line = [&](const Operation& operation) {
-        out << vocabulary.names[operation.command];
+void print(std::ostream& out, const Script& script) {
+    const auto line = [&](char kind, std::size_t number, const Operation& operation) {
+        out << kind << number << ' ' << commands<PlainKit>()[operation.command].name;
         for (const unsigned argument : operation.arguments) {
             out << ' ' << argument;
         }
@@ -119,37 +106,12 @@ void print(std::ostream& out, const Script& script, const Vocabulary& vocabulary
     };
     for (std::size_t i = 0; i < script.programs.size(); ++i) {
         for (const Operation& each : script.programs[i]) {
-            out << 'p' << i << ' ';
-            line(each);
+            line('p', i, each);
         }
     }
-    for (const Operation& each : script.steps) {
-        line(each);
+    for (std::size_t i = 0; i < script.steps.size(); ++i) {
+        line('s', i, script.steps[i]);
     }
-}
-
-Script parse(std::istream& in, const Vocabulary& vocabulary) {
-    Script script;
-    for (std::string text; std::getline(in, text);) {
-        std::istringstream line(text);
-        std::string word;
-        if (!(line >> word) || word[0] == '#') {
-            continue;
-        }
-        auto* target = &script.steps;
-        if (word.size() > 1 && word[0] == 'p' &&
-            std::isdigit(static_cast<unsigned char>(word[1]))) {
-            target = &script.programs.at(std::stoul(word.substr(1)));
-            line >> word;
-        }
-        Operation operation;
-        operation.command = commandNamed(word, vocabulary);
-        for (unsigned& argument : operation.arguments) {
-            line >> argument;
-        }
-        target->push_back(operation);
-    }
-    return script;
 }
 
 } // namespace zeltest

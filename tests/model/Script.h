@@ -2,9 +2,8 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <iosfwd>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,18 +23,11 @@ struct Script {
     std::array<std::vector<Operation>, programCount> programs;
 };
 
-/// What the operations are called, and how often each is drawn.
-struct Vocabulary {
-    std::vector<std::string_view> names;
-    std::vector<unsigned> weights;
-};
+/// The script that some bytes stand for. Any bytes stand for one: behind their end there are zeros
+/// until it has everything that every script has.
+Script scriptOf(std::string_view bytes);
 
-/// A script drawn at random; the same for the same seed.
-Script drawScript(std::uint64_t seed, std::size_t steps, const Vocabulary& vocabulary);
-
-/// As text, an operation a line: "setValue 1 0 3 0", what callbacks do behind "p3" for program 3.
-void print(std::ostream& out, const Script& script, const Vocabulary& vocabulary);
-/// The reverse. Raises `std::runtime_error` on a line that says nothing known.
-Script parse(std::istream& in, const Vocabulary& vocabulary);
+/// Prints the programs (p) and the steps (s) for a reader, an operation a line.
+void print(std::ostream& out, const Script& script);
 
 } // namespace zeltest

@@ -1,33 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace zeltest {
 
-/// What a trace's entries begin with.
-enum class Mark : std::int64_t {
-    Step = 9000,
-    Nested,
-    Result,
-    Raised,
-    HandlerCalled,
-    ObjectCalled,
-    ObserverCalled,
-    ChangesCalled,
-    InheritedCalled,
-    ProviderCalled,
-    HookCalled,
-    TypeAnnounced,
-    Posted,
-    State,
-    Values,
-};
+/// What an observation begins with.
+constexpr std::array<std::string_view, 14> marks = {
+    "step",      "nested",   "RAISED", "HANDLER", "OBJECT", "OBSERVER", "CHANGES",
+    "INHERITED", "PROVIDER", "HOOK",   "TYPE",    "POSTED", "STATE",    "VALUES"};
+constexpr std::int64_t firstMark = 9000;
+
+consteval std::int64_t mark(std::string_view name) {
+    const auto found = std::ranges::find(marks, name);
+    return found != marks.end() ? firstMark + (found - marks.begin()) : throw "no such mark";
+}
 
 /// All that could be observed, as numbers: the same for both sides where they behave the same.
 /// Objects that the script has no number for are numbered as they are first seen.
@@ -38,18 +33,21 @@ public:
     void put(std::int64_t value) { entries.push_back(value); }
     void put(std::uint64_t value) { entries.push_back(static_cast<std::int64_t>(value)); }
     void put(bool value) { entries.push_back(value ? 1 : 0); }
-    void put(Mark mark) { entries.push_back(static_cast<std::int64_t>(mark)); }
     void put(const std::optional<std::string>& text) {
         put(text ? static_cast<std::int64_t>(std::hash<std::string>()(*text) >> 1) : -1);
     }
     /// A style by its serial number; 0 is nil.
-    void style(std::uint64_t serial) {
+    void putStyle(std::uint64_t serial) {
         put(serial == 0 ? 0
                         : static_cast<std::int64_t>(
                               styles_.try_emplace(serial, styles_.size() + 1).first->second));
     }
-    /// An object that can be asked whether it lives.
-    void object(const std::shared_ptr<const void>& object) {
+    /// An object, and from now on whether it lives.
+    template <class Object>
+    void put(const std::shared_ptr<Object>& object) {
+        putLife(object);
+    }
+    void putLife(const std::shared_ptr<const void>& object) {
         if (!object) {
             return put(std::int64_t{0});
         }
@@ -62,7 +60,7 @@ public:
         put(static_cast<std::int64_t>(seen_.size()));
     }
     /// Which of the objects seen so far still live.
-    void lives() {
+    void putLives() {
         std::uint64_t sum = 0; // wraps
         for (std::size_t i = 0; i < seen_.size(); ++i) {
             sum = seen_[i].life.expired() ? sum : sum * 31 + i + 1;

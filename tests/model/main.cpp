@@ -1,179 +1,122 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/model/Judge.h"
 #include "tests/model/LibraryKit.h"
-#include "tests/model/Options.h"
-#include "tests/model/PlainKit.h"
-#include "tests/model/Processes.h"
-#include "tests/model/Shrink.h"
+#include "tests/support/CommandLine.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <new>
+#include <iterator>
+#include <map>
+#include <random>
 #include <stdexcept>
 
-#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
 using namespace zeltest;
 
-constexpr End agreed = 0;
-constexpr End differed = 1;  // or failed otherwise
-constexpr End leftALock = 3; // 2: misused
-
-End endOf(const Verdict& verdict) {
-    return !verdict.parted ? agreed : verdict.hasLeftALock ? leftALock : differed;
-}
-
-/// How far scripts drawn at random have been played, for when their process ends in the middle.
-struct Progress {
-    std::uint64_t seed = 0;   // of the script that is played
-    std::uint64_t played = 0; // operations of those before it
-    std::uint64_t steps = 0;  // of those before it
-
-    /// One that the processes made from now on share with this one.
-    static Progress& shared() {
-        void* const place = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE,
-                                 MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-        if (place == MAP_FAILED) {
-            throw std::bad_alloc();
-        }
-        return *new (place) Progress;
-    }
+struct Options {
+    std::uint64_t seed = 1;
+    std::uint64_t operations = 1'000'000;
+    bool firstSetup = false;
+    bool libraryOnly = false;
+    std::string file; // played instead of scripts at random
 };
 
-/// Plays one script in a process of its own, where the library hasn't played any.
-End playAlone(const Script& script, Output output, const Judging& judging) {
-    return runInAProcess([&] { return endOf(judge(script, judging)); }, output);
+Options optionsOf(int count, const char* const* words) {
+    Options options;
+    CommandLine program(
+        "Plays scripts made of random bytes on the library and on a plain model of it, and "
+        "compares the two after each step. Ends with 1, and prints what differs, where they "
+        "differ or a lock is left. The script's bytes stay in a file then, and where the process "
+        "crashes or hangs. Given that file, it prints the script before it plays it. libFuzzer "
+        "makes it shorter: fuzz_model -minimize_crash=1 -runs=100000 FILE, of the preset asan.");
+    program.add_option("FILE", options.file, "One script's bytes, played instead of random ones")
+        ->check(CLI::ExistingFile);
+    program.add_option("--seed", options.seed, "The first script's; the next one's is one more");
+    program.add_option("--operations", options.operations, "How many are played at least");
+    program.add_flag("--first-setup", options.firstSetup,
+                     "Each script has a process of its own, in which nothing was set up");
+    program.add_flag("--library-only", options.libraryOnly,
+                     "Compares nothing, and looks for left locks and ended processes alone");
+    program
+        .add_option("--mistake", LibraryKit::mistake,
+                    "One that the library's side makes, to show that it is found")
+        ->transform(CLI::CheckedTransformer(
+            std::map<std::string, Mistake>{{"drain", Mistake::ForgottenDrain},
+                                           {"lock", Mistake::LockKept},
+                                           {"crash", Mistake::Crash}}));
+    program.read(count, words);
+    return options;
 }
 
-/// As one script by itself is judged. Locks are looked for after each step: a script with steps
-/// taken away leaves them after another one.
-Judging thorough(const Options& options) {
-    return {.compares = !options.libraryOnly,
-            .lockInterval = 1,
-            .patience = std::chrono::duration<double>(options.patience)};
+std::string draw(std::uint64_t seed) {
+    constexpr std::size_t length = 900; // some 20 operations of callbacks and 150 steps
+    std::mt19937_64 random(seed);
+    std::string bytes(length, '\0');
+    std::ranges::generate(bytes, [&] { return static_cast<char>(random()); });
+    return bytes;
 }
 
-/// Prints the least script that ends in that way, then how.
-int report(const Options& options, const Script& script, End end) {
-    Judging impatient = thorough(options);
-    impatient.patience = std::min(impatient.patience, std::chrono::duration<double>(1));
-    const Script least = shrink(script, [&](const Script& each) {
-        return playAlone(each, Output::Hidden, impatient) == end;
-    });
-    std::cout << "# the least that shows it; again: " << options.againByScript() << '\n';
-    print(std::cout, least, vocabulary());
-    const End again = runInAProcess(
-        [&] {
-            const Verdict verdict = judge(least, thorough(options));
-            std::cout << "# the sides part after step " << verdict.parted.value_or(0) << '\n'
-                      << verdict.difference;
-            return endOf(verdict);
-        },
-        Output::Shown);
-    std::cout << "# its process ends with " << describe(again) << '\n';
-    return differed;
+/// Answers how many operations were played. A difference ends the process at once, since what is
+/// left of the script may wait for a lock.
+std::uint64_t play(const Script& script, const Options& options) {
+    const Verdict verdict = judge(script, options.libraryOnly ? Sides::LibraryAlone : Sides::Both);
+    if (!verdict.difference.empty()) {
+        std::cout << verdict.difference << std::flush;
+        std::_Exit(1);
+    }
+    return verdict.played;
 }
 
-int playFile(const Options& options) {
-    std::ifstream file(options.script);
-    if (!file) {
-        throw std::invalid_argument("no file " + options.script);
+/// Plays in a copy of this process. Answers how many steps were played.
+std::uint64_t playInAProcess(const Script& script, const Options& options) {
+    const pid_t child = fork();
+    if (child == 0) {
+        play(script, options);
+        std::_Exit(0);
     }
-    const Script script = parse(file, vocabulary());
-    const End end = playAlone(script, Output::Shown, thorough(options));
-    if (end != agreed) {
-        return report(options, script, end);
+    int status = 0;
+    if (waitpid(child, &status, 0) < 0 || status != 0) {
+        throw std::runtime_error("the script's process has ended with " + std::to_string(status));
     }
-    std::cout << "both sides agree\n";
-    return 0;
+    return script.steps.size();
 }
 
-/// Says once in a minute how far a long run is.
-class Minutes {
-public:
-    void tell(const Progress& progress, std::uint64_t operations) {
-        const auto now = std::chrono::steady_clock::now();
-        if (now < next_) {
-            return;
-        }
-        next_ = now + std::chrono::minutes(1);
-        std::cerr << "# " << progress.played << " of " << operations << " operations ("
-                  << 100 * progress.played / operations << " %), next seed " << progress.seed
-                  << '\n';
-    }
-
-private:
-    std::chrono::steady_clock::time_point next_ =
-        std::chrono::steady_clock::now() + std::chrono::minutes(1);
-};
-
-/// Plays scripts until one ends otherwise than both sides agreeing.
-End playAll(const Options& options, Progress& progress) {
-    Minutes minutes;
-    Judging judging = thorough(options);
-    judging.lockInterval = 16;
-    for (; progress.played < options.operations; ++progress.seed) {
-        minutes.tell(progress, options.operations);
-        const Script script = drawScript(progress.seed, options.steps, vocabulary());
-        Verdict verdict;
-        verdict.played = script.steps.size();
-        const End end = options.firstSetup ? playAlone(script, Output::Shown, thorough(options))
-                                           : endOf(verdict = judge(script, judging));
-        if (end != agreed) {
-            return end;
-        }
-        progress.played += verdict.played;
-        progress.steps += script.steps.size();
-    }
-    return agreed;
-}
-
-int reportSeed(const Options& options, const Progress& progress, End end) {
-    std::cout << "# " << describe(end) << " after " << progress.played << " operations, at seed "
-              << progress.seed << "; again: " << options.again(progress.seed, 1) << '\n';
-    if (isStopped(end) || progress.played >= options.operations) {
-        return differed;
-    }
-    const Script script = drawScript(progress.seed, options.steps, vocabulary());
-    const End alone =
-        playAlone(script, Output::Hidden, thorough(options)); // which may see it sooner
-    if (alone == agreed) {
-        std::cout << "# alone it shows nothing; with all before it: "
-                  << options.again(options.seed, progress.played + 1) << '\n';
-        return differed;
-    }
-    return report(options, script, alone);
-}
-
-int playAtRandom(const Options& options) {
+void playAtRandom(const Options& options) {
     const auto begin = std::chrono::steady_clock::now();
-    Progress& progress = Progress::shared();
-    progress.seed = options.seed;
-    const End end = options.firstSetup
-                        ? playAll(options, progress)
-                        : runInAProcess(
-                              [&] {
-                                  const End played = playAll(options, progress);
-                                  if (played == agreed) {
-                                      std::exit(agreed); // as what looks for leaks wants it
-                                  }
-                                  return played;
-                              },
-                              Output::Shown);
-    if (end != agreed) {
-        return reportSeed(options, progress, end);
+    const std::string path = "model-script-" + std::to_string(getpid());
+    std::cout << "the script that is being played: model_player"
+              << (options.firstSetup ? " --first-setup " : " ")
+              << (options.libraryOnly ? "--library-only " : "") << path << std::endl;
+    std::uint64_t played = 0;
+    std::uint64_t scripts = 0;
+    for (; played < options.operations; ++scripts) {
+        const std::string bytes = draw(options.seed + scripts);
+        std::ofstream file(path, std::ios::binary);
+        if (!file.write(bytes.data(), std::ssize(bytes)).flush()) {
+            throw std::runtime_error("cannot write " + path);
+        }
+        const Script script = scriptOf(bytes);
+        played += options.firstSetup ? playInAProcess(script, options) : play(script, options);
     }
+    unlink(path.c_str());
     const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - begin;
-    std::cout << progress.played << " operations, " << progress.steps << " of them steps of "
-              << progress.seed - options.seed << " scripts, in " << spent.count()
-              << " s: " << (options.libraryOnly ? "every lock is free" : "both sides agree")
-              << '\n';
-    return 0;
+    std::cout << played << " operations in " << scripts << " scripts, in " << spent.count()
+              << " s: ";
+}
+
+void playFile(const Options& options) {
+    std::ifstream file(options.file, std::ios::binary);
+    const Script script = scriptOf(std::string(std::istreambuf_iterator<char>(file), {}));
+    print(std::cout, script);
+    std::cout.flush(); // before it ends the process
+    play(script, options);
 }
 
 } // namespace
@@ -181,12 +124,12 @@ int playAtRandom(const Options& options) {
 int main(int count, char** words) {
     try {
         const Options options = optionsOf(count, words);
-        LibraryKit::mistake = options.mistake;
-        LibraryKit::setUp(!options.firstSetup);
-        PlainKit::setUp(!options.firstSetup);
-        return options.script.empty() ? playAtRandom(options) : playFile(options);
+        setUp(!options.firstSetup);
+        options.file.empty() ? playAtRandom(options) : playFile(options);
+        std::cout << (options.libraryOnly ? "every lock is free\n" : "both sides agree\n");
+        return 0;
     } catch (const std::exception& problem) {
         std::cerr << problem.what() << '\n';
-        return differed;
+        return 1;
     }
 }

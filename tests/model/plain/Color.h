@@ -16,16 +16,25 @@ namespace plain {
 struct Color {
     enum Space { SRGB, Device, Gray, CMYK } space = SRGB;
     std::array<double, 5> parts{};
-    friend bool operator==(const Color&, const Color&) = default;
-};
 
-Color srgb(double red, double green, double blue, double alpha);
-Color white(double level, double alpha);
-Color withAlpha(Color color, double alpha);
-/// Encoded red, green, blue, alpha; none for CMYK.
-std::optional<std::array<double, 4>> toSRGB(const Color& color);
-Color withEffect(const Color& color, unsigned long effect, bool dark);
-std::optional<Color> modifiable(const Color& color);
+    static Color colorWithSRGBRed(double red, double green, double blue, double alpha) {
+        return {SRGB, {red, green, blue, alpha}};
+    }
+    static Color colorWithDeviceRed(double red, double green, double blue, double alpha) {
+        return {Device, {red, green, blue, alpha}};
+    }
+    static Color colorWithWhite(double level, double alpha) { return {Gray, {level, alpha}}; }
+    static Color colorWithDeviceCyan(double cyan, double magenta, double yellow, double black,
+                                     double alpha) {
+        return {CMYK, {cyan, magenta, yellow, black, alpha}};
+    }
+
+    Color colorWithAlphaComponent(double alpha) const;
+    Color colorWithZelStyleEffect(unsigned long effect, bool darkMode) const;
+    std::optional<Color> modifiableColor() const;
+    /// Encoded red, green, blue, alpha; none for CMYK.
+    std::optional<std::array<double, 4>> toSRGB() const;
+};
 
 /// What stands under a key; `monostate` is the null marker.
 using Value = std::variant<std::monostate, Color, std::uint64_t, std::string>;

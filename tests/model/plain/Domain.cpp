@@ -14,28 +14,30 @@ Ref<Scheme> Scheme::initWithIdentifier(Id identifier, const Ref<Domain>& domain)
     return std::static_pointer_cast<Scheme>(shared_from_this());
 }
 
-void Scheme::addStyle(const Ref<Style>& style) {
+namespace {
+
+/// Has a style refer to these. Answers what a scheme keeps it under.
+std::string attach(const Ref<Style>& style, const Ref<Domain>& domain, const Ref<Scheme>& scheme) {
     if (!style) {
         throw InvalidArgument("nil style");
     }
-    style->setDomain(domain());
-    style->setScheme(std::static_pointer_cast<Scheme>(shared_from_this()));
+    style->setDomain(domain);
+    style->setScheme(scheme);
     if (!style->identifier()) {
         throw InvalidArgument("nil identifier");
     }
-    const auto replaced = std::exchange(styles_[*style->identifier()], style);
+    return *style->identifier();
+}
+
+} // namespace
+
+void Scheme::addStyle(const Ref<Style>& style) {
+    const auto key = attach(style, domain(), std::static_pointer_cast<Scheme>(shared_from_this()));
+    const auto replaced = std::exchange(styles_[key], style);
 }
 
 void Scheme::removeStyle(const Ref<Style>& style) {
-    if (!style) {
-        throw InvalidArgument("nil style");
-    }
-    style->setDomain(nullptr);
-    style->setScheme(nullptr);
-    if (!style->identifier()) {
-        throw InvalidArgument("nil identifier");
-    }
-    const auto removed = styles_.extract(*style->identifier());
+    const auto removed = styles_.extract(attach(style, nullptr, nullptr));
 }
 
 Ref<Style> Scheme::styleForIdentifier(const Id& identifier) const {
@@ -47,7 +49,7 @@ void Scheme::setStylesByIdentifier(std::map<std::string, Ref<Style>> styles) {
     styles_.swap(styles);
 }
 
-void Domain::enlist() {
+Domain::Domain() {
     world().domains.push_back(this);
 }
 
@@ -152,8 +154,7 @@ void Domain::setSchemeFollowsSystem(bool follows) {
     }
     follows_ = follows;
     if (follows) {
-        world().center.push_back(std::make_shared<CenterObserver>(
-            CenterObserver{weak_from_this(), this, [this] { updateFromSystemAppearance(); }}));
+        startObserving(weak_from_this(), this, [this] { updateFromSystemAppearance(); });
     } else {
         stopObserving(this);
     }
@@ -182,8 +183,7 @@ Ref<Style> Domain::styleForIdentifier(const Id& identifier) {
 
 Ref<Style> Domain::styleFor(const Ref<Object>& styleable) {
     Id scheme, style;
-    for (auto each = styleable; each && !(scheme && style);
-         each = each->isStyleable() ? each->parentZelStyleable() : nullptr) {
+    for (auto each = styleable; each && !(scheme && style); each = each->parentZelStyleable()) {
         scheme = scheme ? scheme : each->customZelStyleSchemeIdentifier();
         style = style ? style : each->customZelStyleIdentifier();
     }
@@ -197,8 +197,7 @@ Ref<Style> Domain::styleFor(const Ref<Object>& styleable) {
 }
 
 bool Domain::isEqualOrChildOf(const Ref<Object>& object, const Ref<Object>& other) {
-    for (auto each = object; each;
-         each = each->isStyleable() ? each->parentZelStyleable() : nullptr) {
+    for (auto each = object; each; each = each->parentZelStyleable()) {
         if (each == other) {
             return true;
         }

@@ -34,7 +34,7 @@ class Domain : public Object {
 public:
     using Handler = std::function<void(const Ref<Object>&, const Ref<Style>&, std::uint64_t)>;
 
-    Domain() { enlist(); }
+    Domain();
     ~Domain() override;
     static Ref<Domain> domainForIdentifier(const Id& identifier);
     static Ref<Domain> domainForStyleable(const Ref<Object>& styleable);
@@ -81,7 +81,6 @@ private:
     class Calling;
     using Path = std::vector<const Object*>;
 
-    void enlist();
     void updateFromSystemAppearance();
     Ref<Style> notifyStyleFor(const Ref<Object>& object);
     static bool applies(const Ref<Style>& style, const Object& owner, const Delivery& delivery);

@@ -14,12 +14,12 @@ class Manager : public Object {
 public:
     static Ref<Manager> sharedStyleManager();
     static void setup();
+    void init() {}
     const std::vector<Ref<Mode>>& modes() const { return modes_; }
     void addMode(const Ref<Mode>& mode);
     void removeMode(const Ref<Mode>& mode);
     std::variant<std::string, std::uint64_t> activeModeIdentifier() const;
     void setActiveModeIdentifier(const Id& identifier);
-    Ref<Mode> activeMode() const { return nullptr; } // no mode stores being active
 
 private:
     void updateActiveMode();
@@ -29,7 +29,7 @@ private:
 class Mode : public Object {
 public:
     Ref<Mode> initWithIdentifier(const Id& identifier, std::uint64_t rank, const Id& name);
-    bool active() const { return false; }
+    bool active() const { return false; } // no mode stores it
     void setActive(bool active);
     Ref<Manager> manager() const { return manager_.lock(); }
     void setManager(const Ref<Manager>& manager) { manager_ = manager; }

@@ -3,17 +3,17 @@
 
 #include "tests/model/plain/World.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace plain {
 
 Object::~Object() {
-    for (const std::size_t table : {0, 1}) {
-        const auto count = table == 0 ? world().domains.size() : world().styles.size();
-        for (std::size_t i = 0; i < count; ++i) {
-            table == 0 ? world().domains[i]->forgetTheDead() : world().styles[i]->forgetTheDead();
-        }
+    // Handlers end with it, and objects that they own; never a domain or a style.
+    for (std::size_t i = 0, count = world().domains.size(); i < count; ++i) {
+        world().domains[i]->forgetTheDead();
+    }
+    for (std::size_t i = 0, count = world().styles.size(); i < count; ++i) {
+        world().styles[i]->forgetTheDead();
     }
 }
 
@@ -52,52 +52,6 @@ bool Object::unregisterStyleableChangeHandlers() {
         domain->unregisterChangeHandlersWithOwner(self);
     }
     return domain != nullptr;
-}
-
-namespace {
-
-void refuseCycle(const Object* parent, const Object* child) {
-    for (Ref<Object> held; parent; held = parent->parentZelStyleable(), parent = held.get()) {
-        if (parent == child) {
-            throw std::invalid_argument("below itself");
-        }
-    }
-}
-
-} // namespace
-
-View::~View() = default;
-
-void View::addSubview(const Ref<View>& view) {
-    refuseCycle(this, view.get());
-    view->removeFromSuperview();
-    children_.push_back(view);
-    view->parent_ = std::static_pointer_cast<View>(shared_from_this());
-}
-
-void View::removeFromSuperview() {
-    const auto self = std::static_pointer_cast<View>(shared_from_this());
-    if (const auto old = std::exchange(parent_, {}).lock()) {
-        std::erase(old->children_, self);
-    }
-}
-
-void Controller::addChildViewController(const Ref<Controller>& child) {
-    refuseCycle(this, child.get());
-    child->removeFromParentViewController();
-    children_.push_back(child);
-    child->parent_ = std::static_pointer_cast<Controller>(shared_from_this());
-}
-
-void Controller::removeFromParentViewController() {
-    const auto self = std::static_pointer_cast<Controller>(shared_from_this());
-    if (const auto old = std::exchange(parent_, {}).lock()) {
-        std::erase(old->children_, self);
-    }
-}
-
-std::optional<std::vector<Ref<Object>>> Controller::associatedZelStyleables() const {
-    return view_ ? std::optional(std::vector<Ref<Object>>{view_}) : std::nullopt;
 }
 
 } // namespace plain

@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace plain {
@@ -36,6 +37,7 @@ public:
     virtual ~Object(); // every table forgets it
 
     virtual bool isStyleable() const { return false; }
+    const Object* asZelStyleable() const { return isStyleable() ? this : nullptr; }
     virtual Id domainIdentifierOfZelStyleable() const { return {}; }
     virtual Ref<Object> parentZelStyleable() const { return nullptr; }
     virtual std::optional<std::vector<Ref<Object>>> associatedZelStyleables() const { return {}; }
@@ -57,36 +59,56 @@ private:
     Id styleIdentifier_, schemeIdentifier_;
 };
 
-/// A view: owns its subviews.
-class View : public Object {
+/// A node of a tree of its class, as views and controllers are: owns those below it.
+template <class Node>
+class TreeNode : public Object {
 public:
-    ~View() override;
-    bool isStyleable() const override { return true; }
-    Id domainIdentifierOfZelStyleable() const override { return "default"; }
-    Ref<Object> parentZelStyleable() const override { return parent_.lock(); }
-    void addSubview(const Ref<View>& view);
-    void removeFromSuperview();
+    bool isStyleable() const final { return true; }
+    Id domainIdentifierOfZelStyleable() const final { return "default"; }
+    Ref<Object> parentZelStyleable() const final { return parent_.lock(); }
+
+protected:
+    void add(const Ref<Node>& child) {
+        Ref<Object> each = shared_from_this();
+        for (; each; each = each->parentZelStyleable()) {
+            if (each == child) {
+                throw std::invalid_argument("below itself");
+            }
+        }
+        child->leave();
+        children_.push_back(child);
+        child->parent_ = self();
+    }
+    void leave() {
+        if (const auto old = std::exchange(parent_, {}).lock()) {
+            std::erase(old->children_, self());
+        }
+    }
 
 private:
-    Weak<View> parent_;
-    std::vector<Ref<View>> children_;
+    Ref<Node> self() { return std::static_pointer_cast<Node>(shared_from_this()); }
+
+    Weak<Node> parent_;
+    std::vector<Ref<Node>> children_;
 };
 
-/// A controller: owns its child controllers, and its view once that is loaded.
-class Controller : public Object {
+class View : public TreeNode<View> {
 public:
-    bool isStyleable() const override { return true; }
-    Id domainIdentifierOfZelStyleable() const override { return "default"; }
-    Ref<Object> parentZelStyleable() const override { return parent_.lock(); }
-    std::optional<std::vector<Ref<Object>>> associatedZelStyleables() const override;
-    void addChildViewController(const Ref<Controller>& child);
-    void removeFromParentViewController();
+    void addSubview(const Ref<View>& view) { add(view); }
+    void removeFromSuperview() { leave(); }
+};
+
+/// A controller: owns its view, too, once that is loaded.
+class Controller : public TreeNode<Controller> {
+public:
+    std::optional<std::vector<Ref<Object>>> associatedZelStyleables() const override {
+        return view_ ? std::optional(std::vector<Ref<Object>>{view_}) : std::nullopt;
+    }
+    void addChildViewController(const Ref<Controller>& child) { add(child); }
+    void removeFromParentViewController() { leave(); }
     void setView(Ref<View> view) { view_ = std::move(view); }
-    bool isViewLoaded() const { return view_ != nullptr; }
 
 private:
-    Weak<Controller> parent_;
-    std::vector<Ref<Controller>> children_;
     Ref<View> view_;
 };
 

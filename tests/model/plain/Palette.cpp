@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/model/plain/Provider.h"
 #include "tests/model/plain/World.h"
 
 namespace plain {
@@ -18,11 +17,11 @@ void fill(Style& style, const std::string& key, const std::optional<Value>& valu
 }
 
 Color gray255(double red, double green, double blue) {
-    return srgb(red / 255, green / 255, blue / 255, 1);
+    return Color::colorWithSRGBRed(red / 255, green / 255, blue / 255, 1);
 }
 
 Color level(double value, double alpha) {
-    return srgb(value, value, value, alpha);
+    return Color::colorWithSRGBRed(value, value, value, alpha);
 }
 
 void fillMain(Style& style, bool dark) {
@@ -40,7 +39,8 @@ void fillMain(Style& style, bool dark) {
     fill(style, "accentColor", style.effectiveValueForAttribute("blueColor"));
     const auto accent = style.color("accentColor");
     fill(style, "accentColorSecondary",
-         accent ? std::optional<Value>(withAlpha(*accent, dark ? 0.25 : 0.15)) : std::nullopt);
+         accent ? std::optional<Value>(accent->colorWithAlphaComponent(dark ? 0.25 : 0.15))
+                : std::nullopt);
 }
 
 } // namespace
@@ -55,14 +55,15 @@ void provideBase(Style& style, const Ref<Scheme>& scheme) {
         style.setValue(present ? std::optional<Value>(found->second) : std::nullopt,
                        std::string(hue) + "Color");
     }
-    fill(style, "blackColor", white(0, 1));
-    fill(style, "whiteColor", white(1, 1));
-    fill(style, "clearColor", white(0, 0));
-    fill(style, "grayColor", white(dark ? 0.95 : 0.1, 1));
+    fill(style, "blackColor", Color::colorWithWhite(0, 1));
+    fill(style, "whiteColor", Color::colorWithWhite(1, 1));
+    fill(style, "clearColor", Color::colorWithWhite(0, 0));
+    fill(style, "grayColor", Color::colorWithWhite(dark ? 0.95 : 0.1, 1));
     const double darks[] = {0.82, 0.7, 2.0 / 3, 0.5, 0.38, 1.0 / 3, 0.22, 0.12};
     const double lights[] = {0.2, 1.0 / 3, 0.38, 0.5, 2.0 / 3, 0.7, 0.82, 0.95};
     for (std::size_t i = 0; i < 8; ++i) {
-        fill(style, "grayColor" + std::to_string(i + 2), white(dark ? darks[i] : lights[i], 1));
+        fill(style, "grayColor" + std::to_string(i + 2),
+             Color::colorWithWhite(dark ? darks[i] : lights[i], 1));
     }
     fill(style, "blueColor", gray255(0, 122, 255));
     fill(style, "greenColor", gray255(52, 199, 89));
@@ -83,7 +84,8 @@ void provideMain(Style& style, const Ref<Scheme>& scheme) {
     };
     const auto selected = [&](const char* to, const char* from) {
         const auto color = style.color(from);
-        style.setValue(color ? std::optional<Value>(withEffect(*color, 1, dark)) : std::nullopt,
+        style.setValue(color ? std::optional<Value>(color->colorWithZelStyleEffect(1, dark))
+                             : std::nullopt,
                        to);
     };
     copy("controlColor", "accentColor");
@@ -107,7 +109,8 @@ void provideMain(Style& style, const Ref<Scheme>& scheme) {
     for (const std::string bar : {"navigationBar", "toolbar"}) {
         copy(bar + "TextColor", dark ? "whiteColor" : "blackColor");
         copy(bar + "TintColor", "accentColor");
-        style.setValue(dark ? style.effectiveValueForAttribute("grayColor9") : white(0.9725, 1),
+        style.setValue(dark ? style.effectiveValueForAttribute("grayColor9")
+                            : Color::colorWithWhite(0.9725, 1),
                        bar + "BackgroundColor");
     }
 }

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/model/plain/Provider.h"
-
 #include "tests/model/plain/World.h"
 
 #include <algorithm>
@@ -39,29 +37,28 @@ void eachProvider(const Visit& visit) {
 
 void Provider::run(const Ref<Provider>& provider, const Ref<Style>& style,
                    const Ref<Scheme>& scheme) {
-    eachProvider([&](const Ref<Provider>& each) {
-        if (each->willApply_) {
-            each->willApply_(style, scheme, each, provider);
-        }
-    });
+    const auto callHooks = [&](ApplyBlock Provider::*hook) {
+        eachProvider([&](const Ref<Provider>& each) {
+            if (const auto& block = (*each).*hook) {
+                block(style, scheme, each, provider);
+            }
+        });
+    };
+    callHooks(&Provider::willApply_);
     if (provider->block_) {
         provider->block_(style, scheme);
     }
-    eachProvider([&](const Ref<Provider>& each) {
-        if (each->didApply_) {
-            each->didApply_(style, scheme, each, provider);
-        }
-    });
+    callHooks(&Provider::didApply_);
 }
 
-void setUpDefaultValues(const Ref<Style>& style, const Ref<Scheme>& scheme) {
+void Provider::setUpDefaultValues(const Ref<Style>& style, const Ref<Scheme>& scheme) {
     std::set<std::string> applied;
     for (bool ran = true; ran;) {
         ran = false;
         eachProvider([&](const Ref<Provider>& each) {
             if (!applied.contains(each->identifier_) &&
                 std::ranges::includes(applied, each->required_)) {
-                Provider::run(each, style, scheme);
+                run(each, style, scheme);
                 applied.insert(each->identifier_);
                 ran = true;
             }

@@ -22,7 +22,7 @@ Ref<Style> Style::initWithIdentifier(Id identifier, const Ref<Scheme>& scheme,
     domain_ = scheme ? scheme->domain() : nullptr;
     parent_ = parentStyle;
     if (!parentStyle) {
-        setUpDefaultValues(self(), scheme);
+        Provider::setUpDefaultValues(self(), scheme);
     }
     return self();
 }
@@ -55,29 +55,29 @@ void Style::setValue(const std::optional<Value>& value, const Id& forAttribute) 
     merged_.reset();
 }
 
-const Values& Style::effectiveValues() {
-    if (!merged_) {
-        if (const auto parent = parentStyle()) {
-            Values merged = parent->effectiveValues();
-            for (const auto& [key, value] : values_) {
-                if (std::holds_alternative<std::monostate>(value)) {
-                    merged.erase(key); // a child's null hides what it would inherit
-                } else {
-                    merged[key] = value;
-                }
-            }
-            merged_ = std::move(merged);
+Ref<const Values> Style::effectiveValues() {
+    if (merged_) {
+        return merged_;
+    }
+    const auto parent = parentStyle();
+    if (!parent) {
+        return merged_ = std::make_shared<Values>(values_); // null markers included
+    }
+    Values merged = *parent->effectiveValues();
+    for (const auto& [key, value] : values_) {
+        if (std::holds_alternative<std::monostate>(value)) {
+            merged.erase(key); // a child's null hides what it would inherit
         } else {
-            merged_ = values_; // null markers included
+            merged[key] = value;
         }
     }
-    return *merged_;
+    return merged_ = std::make_shared<Values>(std::move(merged));
 }
 
 std::optional<Value> Style::effectiveValueForAttribute(const Id& key) {
-    const Values& merged = effectiveValues(); // merged for a nil key as well
-    const auto found = key ? merged.find(*key) : merged.end();
-    return found == merged.end() || std::holds_alternative<std::monostate>(found->second)
+    const auto merged = effectiveValues(); // merged for a nil key as well
+    const auto found = key ? merged->find(*key) : merged->end();
+    return found == merged->end() || std::holds_alternative<std::monostate>(found->second)
                ? std::nullopt
                : std::optional(found->second);
 }
@@ -88,7 +88,7 @@ std::optional<Color> Style::color(const std::string& key) {
     return color ? std::optional(*color) : std::nullopt;
 }
 
-unsigned long Style::type() {
+std::uint64_t Style::type() {
     const auto value = effectiveValueForAttribute("styleType");
     const auto* number = value ? std::get_if<std::uint64_t>(&*value) : nullptr;
     return number ? *number : 0;

@@ -4,6 +4,8 @@
 #include "tests/model/plain/Color.h"
 #include "tests/model/plain/Object.h"
 
+#include <set>
+
 namespace plain {
 
 class Provider;
@@ -35,10 +37,13 @@ public:
 
     std::optional<Value> valueForAttribute(const Id& key) const;
     std::optional<Value> effectiveValueForAttribute(const Id& key);
-    const Values& effectiveValues();
+    Ref<const Values> effectiveValues();
     void setValue(const std::optional<Value>& value, const Id& forAttribute);
     std::optional<Color> color(const std::string& key); // as the typed accessors read it
-    unsigned long type();
+    std::optional<Color> labelColor() { return color("labelColor"); }
+    bool isDarkStyle() { return type() == 2; }
+    bool isLightStyle() { return type() == 1; }
+    bool isCustomStyle() { return type() == 0; }
 
     void updateStyleWithChanges(const Changes& changes);
     Ref<Style> inheritedStyleWithChanges(InheritedChanges changes, Id identifier,
@@ -59,6 +64,7 @@ private:
         Ref<UpdateObserver> observer;
     };
     Ref<Style> self() { return std::static_pointer_cast<Style>(shared_from_this()); }
+    std::uint64_t type();
     void callObservers();
 
     Weak<Domain> domain_;
@@ -67,10 +73,40 @@ private:
     Id identifier_;
     std::uint64_t counter_ = 0;
     Values values_;
-    std::optional<Values> merged_;
+    Ref<const Values> merged_;
     std::vector<Observation> observations_;
     std::uint64_t mutations_ = 0; // of the observers
 };
+
+class Provider : public Object {
+public:
+    using ProviderBlock = std::function<void(const Ref<Style>&, const Ref<Scheme>&)>;
+    using ApplyBlock = std::function<void(const Ref<Style>&, const Ref<Scheme>&,
+                                          const Ref<Provider>&, const Ref<Provider>&)>;
+
+    static Ref<Provider>
+    providerWithIdentifier(const std::string& identifier,
+                           const std::optional<std::vector<std::string>>& afterRunning,
+                           ProviderBlock usingBlock);
+    /// Runs the registered providers over a new root.
+    static void setUpDefaultValues(const Ref<Style>& style, const Ref<Scheme>& scheme);
+    Id identifier() const { return identifier_; }
+    void setWillApplyBlock(ApplyBlock block) { willApply_ = std::move(block); }
+    void setDidApplyBlock(ApplyBlock block) { didApply_ = std::move(block); }
+
+private:
+    static void run(const Ref<Provider>& provider, const Ref<Style>& style,
+                    const Ref<Scheme>& scheme);
+
+    std::string identifier_;
+    std::set<std::string> required_;
+    ProviderBlock block_;
+    ApplyBlock willApply_, didApply_;
+};
+
+/// What the two providers of every process write.
+void provideBase(Style& style, const Ref<Scheme>& scheme);
+void provideMain(Style& style, const Ref<Scheme>& scheme);
 
 inline std::uint64_t serialOf(const Ref<Style>& style) {
     return style ? style->serial : 0;

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/model/plain/Appearance.h"
-
 #include "tests/model/plain/World.h"
 
 #include <algorithm>
@@ -20,10 +18,16 @@ Tracker& tracker() {
     return *world().tracker;
 }
 
-void stopObserving(const Object* observer) {
+void startObserving(const Weak<Object>& observer, const Object* address,
+                    std::function<void()> callback) {
+    world().center.push_back(
+        std::make_shared<CenterObserver>(CenterObserver{observer, address, std::move(callback)}));
+}
+
+void stopObserving(const Object* address) {
     std::erase_if(world().center, [&](const Ref<CenterObserver>& each) {
-        each->removed = each->removed || each->address == observer;
-        return each->address == observer;
+        each->removed = each->removed || each->address == address;
+        return each->address == address;
     });
 }
 

@@ -26,23 +26,23 @@ protected:
 };
 
 /// Counts how often the chosen mode is read, and refuses to write when told to.
-class CountingDefaults : public DefaultsInMemory {
+class CountingDefaults : public zel::NSUserDefaultsInMemory {
 public:
     int reads = 0;
     bool refuses = false;
 
     std::optional<zel::NSUserDefaultsValue> objectForKey(std::string_view key) override {
         reads += key == "style-manager-active-mode";
-        return DefaultsInMemory::objectForKey(key);
+        return zel::NSUserDefaultsInMemory::objectForKey(key);
     }
     bool setObject(const std::optional<zel::NSUserDefaultsValue>& value,
                    std::string_view forKey) override {
-        return !refuses && DefaultsInMemory::setObject(value, forKey);
+        return !refuses && zel::NSUserDefaultsInMemory::setObject(value, forKey);
     }
 };
 
 /// Does something where it is read next, once.
-class CallingDefaults : public DefaultsInMemory {
+class CallingDefaults : public zel::NSUserDefaultsInMemory {
 public:
     std::function<void()> onRead;
 
@@ -50,7 +50,7 @@ public:
         if (const auto once = std::exchange(onRead, nullptr)) {
             once();
         }
-        return DefaultsInMemory::objectForKey(key);
+        return zel::NSUserDefaultsInMemory::objectForKey(key);
     }
 };
 

@@ -136,7 +136,7 @@ TEST_F(ManagerSetup, AStoredAlwaysDarkIsAppliedAfterAlwaysLight) {
 }
 
 TEST_F(ManagerSetup, AChoiceSurvivesARestart) {
-    const auto defaults = std::make_shared<DefaultsInMemory>();
+    const auto defaults = std::make_shared<zel::NSUserDefaultsInMemory>();
     zel::NSUserDefaults::standardUserDefaults().setStore(defaults);
     const auto before = zel::alloc<ZelStyleManager>();
     before->init();

@@ -86,7 +86,7 @@ class PairTests : public StylingTests,
 /// where one blocks the other for good.
 TEST_P(PairTests, NeitherBlocksTheOther) {
     constexpr int rounds = 40;
-    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
+    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<NSUserDefaultsInMemory>());
     const Work first = std::get<0>(GetParam()); // clang 14 captures no structured binding
     const Work second = std::get<1>(GetParam());
     const auto owner = makePlain();

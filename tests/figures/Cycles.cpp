@@ -45,7 +45,7 @@ struct Heap {
 class Owners {
 public:
     Owners() {
-        NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
+        NSUserDefaults::standardUserDefaults().setStore(std::make_shared<NSUserDefaultsInMemory>());
         NSApplication::sharedApplication();
         ZelStyleManager::setup();
         stays_->registerStyleableChangeHandler(

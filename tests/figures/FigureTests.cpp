@@ -151,7 +151,7 @@ TEST_F(FigureTests, ListenersThatComeAndGoLeaveTheMemoryFlat) {
 }
 
 TEST(SetupFigures, TheManagersSetupMakesUnder300Allocations) {
-    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
+    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<NSUserDefaultsInMemory>());
     NSApplication::sharedApplication();
     const auto before = Allocations::now().count;
     ZelStyleManager::setup();

@@ -15,8 +15,6 @@
 
 namespace zeltest {
 
-using DefaultsInMemory = zel::NSUserDefaultsInMemory;
-
 /// A fresh library around each test: defaults in memory, no domain, nothing queued, a light system.
 /// The application object is made before the appearance tracker, which therefore observes it.
 class StylingTests : public testing::Test {
@@ -40,7 +38,8 @@ protected:
 
 private:
     static void freshen() {
-        zel::NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
+        zel::NSUserDefaults::standardUserDefaults().setStore(
+            std::make_shared<zel::NSUserDefaultsInMemory>());
         zel::NSMainQueue::mainQueue().setWakeHook(nullptr);
         zel::ZelStyleDomain::domainForIdentifier("_reset");
         makeSystem("NSAppearanceNameAqua");

@@ -123,18 +123,18 @@ TEST_F(CallbackTests, AllAreDoneInAHostsComparison) {
 }
 
 TEST_F(CallbackTests, AllAreDoneInAHostsStore) {
-    class Store : public DefaultsInMemory {
+    class Store : public NSUserDefaultsInMemory {
     public:
         std::function<void()> onRead = [] {};
         std::function<void()> onWrite = [] {};
         std::optional<NSUserDefaultsValue> objectForKey(std::string_view key) override {
             onRead();
-            return DefaultsInMemory::objectForKey(key);
+            return NSUserDefaultsInMemory::objectForKey(key);
         }
         bool setObject(const std::optional<NSUserDefaultsValue>& value,
                        std::string_view forKey) override {
             onWrite();
-            return DefaultsInMemory::setObject(value, forKey);
+            return NSUserDefaultsInMemory::setObject(value, forKey);
         }
     };
     auto& defaults = NSUserDefaults::standardUserDefaults();

@@ -99,12 +99,12 @@ void queue(World&) {
 
 void storeDefaults(World&) {
     auto& defaults = NSUserDefaults::standardUserDefaults();
-    defaults.setStore(std::make_shared<DefaultsInMemory>());
+    defaults.setStore(std::make_shared<NSUserDefaultsInMemory>());
     defaults.setObject(NSUserDefaultsValue(std::string("value")), "key");
     (void)defaults.objectForKey("key");
     NSUserDefaults own;
-    own.setStore(std::make_shared<DefaultsInMemory>());
-    DefaultsInMemory store;
+    own.setStore(std::make_shared<NSUserDefaultsInMemory>());
+    NSUserDefaultsInMemory store;
     store.setObject(NSUserDefaultsValue(std::string("value")), "key");
     (void)store.objectForKey("key");
 }

@@ -50,7 +50,7 @@ void Diary::note(const std::shared_ptr<ZelStyle>& style, ZelStyleChangeEvent eve
 }
 
 Stage::Stage() {
-    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<DefaultsInMemory>());
+    NSUserDefaults::standardUserDefaults().setStore(std::make_shared<NSUserDefaultsInMemory>());
     NSApplication::sharedApplication();
     ZelStyleManager::setup();
     painted.emplace_back(addStyle(domain->lightScheme(), "main"));

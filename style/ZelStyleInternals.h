@@ -54,8 +54,8 @@ struct ZelStyle::State {
     }
 };
 
-/// What a style keeps to itself, for the library's other sources: its fields, reads
-/// without a lock, and the internal operations.
+/// What a style keeps to itself, for the library's other sources: its fields, reads without a lock,
+/// and the internal operations.
 struct ZelStyleInternals {
     using State = ZelStyle::State;
     static State& state(const ZelStyle& style) noexcept { return *style.state_; }

@@ -46,8 +46,7 @@ struct StyleableTree {
     /// The binding of a node, remembered or found by walking up; nodes passed on the way that have
     /// the same one remember it too.
     static Binding bindingOf(const ZelStyleableNode& node) ZEL_REQUIRES(linkLock);
-    /// Has a node remember its binding, `state` being its object's. Most take over
-    /// their parent's.
+    /// Has a node remember its binding, `state` being its object's. Most take over their parent's.
     static void bind(const ZelStyleableNode& node, const StylingState& state)
         ZEL_REQUIRES(linkLock) {
         if (node.parent_ && !state.hasIdentifiers()) [[likely]] {
@@ -61,9 +60,8 @@ struct StyleableTree {
     /// What a binding refers to, held.
     static AppliedIdentifiers identifiersOf(const Binding& binding) ZEL_REQUIRES(linkLock);
 
-    /// Forgets what was remembered of a node's object and of those below it. A node
-    /// without children whose object has no listener forgets alone, so that building a tree doesn't
-    /// invalidate other trees.
+    /// Forgets what was remembered of a node's object and of those below it. A node that has no
+    /// children, and no listener, forgets alone: building a tree invalidates no other tree.
     static void invalidate(const ZelStyleableNode& node) noexcept ZEL_REQUIRES(linkLock);
 
     /// Whether the node, or one above it, is that object's.

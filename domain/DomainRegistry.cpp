@@ -31,7 +31,7 @@ public:
         if (auto present = find(identifier)) {
             return present;
         }
-        const auto made = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
+        auto made = alloc<ZelStyleDomain>()->initWithDomainIdentifier(identifier);
         const PrivateGuard guard(lock_);
         const auto found = std::ranges::find(domains_, identifier, &Registered::identifier);
         if (found != domains_.end()) {

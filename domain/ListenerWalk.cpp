@@ -15,7 +15,8 @@ ListenerWalk::ListenerWalk(ListenerTable& table, FoundStyles& styles,
     : table_(table), styles_(styles), target_(target.get()), listBegin_(table.listed.size()) {
     const ZelStyleableNode* const node = target ? StyleableTree::nodeOf(*target) : nullptr;
     const PrivateGuard guard(linkLock);
-    end_ = table_.places().size();
+    const auto& places = table_.places();
+    end_ = places.size();
     if (target) {
         beginList();
     } else if (family && table_.families.areKnown()) {

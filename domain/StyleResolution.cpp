@@ -7,7 +7,6 @@
 #include <ZelStyleKit/ZelStyleScheme.h>
 #include <ZelStyleKit/ZelStyleable.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace zel::inline v1 {
@@ -85,10 +84,11 @@ void FoundStyles::search(const ZelStyleableNode& node) {
 
 // Compared by text: equal identifiers of two objects lie at different addresses.
 void FoundStyles::select(AppliedIdentifiers&& applied) {
-    const auto same = std::ranges::find(found_, applied, &Found::applied);
-    if (same != found_.end()) {
-        last_ = &*same;
-        return;
+    for (Found& each : found_) {
+        if (each.applied == applied) {
+            last_ = &each;
+            return;
+        }
     }
     last_ = &found_[oldest_];
     oldest_ = (oldest_ + 1) % found_.size();

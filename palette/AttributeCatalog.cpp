@@ -24,9 +24,11 @@ static_assert(ZelStyleAttributeCount == 55);
 /// whole key and divides, which takes twice as long as all of this.)
 constexpr std::size_t shortestKey = 8;
 constexpr std::size_t placeOf(std::string_view key) {
-    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(key[i]); };
+    const auto at = [&](std::size_t i) -> std::size_t {
+        return static_cast<unsigned char>(key[i]);
+    };
     const std::size_t size = key.size();
-    return size * 2 + at(0) * 16U + at(size / 2) * 10U + at(size - 8) * 9U + at(size - 1) * 13U;
+    return size * 2 + at(0) * 16 + at(size / 2) * 10 + at(size - 8) * 9 + at(size - 1) * 13;
 }
 
 /// The attributes by the places of their keys, each at the first free one; made by the compiler.
